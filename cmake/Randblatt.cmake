@@ -1,0 +1,47 @@
+# How a folder under src/ becomes a target, and how the targets are compiled.
+
+add_library(randblatt_options INTERFACE)
+target_include_directories(randblatt_options INTERFACE "${PROJECT_SOURCE_DIR}/src")
+target_compile_options(randblatt_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align
+    $<$<BOOL:${QUILLBAR_WARNINGS_AS_ERRORS}>:-Werror>)
+target_compile_definitions(randblatt_options INTERFACE
+    QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING QT_NO_KEYWORDS
+    QT_NO_CONTEXTLESS_CONNECT QT_USE_QSTRINGBUILDER)
+if(QUILLBAR_SANITIZE)
+    target_compile_options(randblatt_options INTERFACE -fsanitize=${QUILLBAR_SANITIZE} -fno-omit-frame-pointer)
+    target_link_options(randblatt_options INTERFACE -fsanitize=${QUILLBAR_SANITIZE})
+endif()
+
+# randblatt_library(<target> SOURCES … LINK … [PRIVATE_LINK …])
+# A plain C++ room.
+function(randblatt_library target)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINK;PRIVATE_LINK" ${ARGN})
+    add_library(${target} STATIC ${ARG_SOURCES})
+    target_link_libraries(${target} PUBLIC randblatt_options ${ARG_LINK} PRIVATE ${ARG_PRIVATE_LINK})
+endfunction()
+
+# randblatt_qml_module(<target> URI <uri> [SOURCES …] [QML …] LINK … [IMPORTS …])
+# A room with views, or with types that views use: one library and one QML module.
+function(randblatt_qml_module target)
+    cmake_parse_arguments(ARG "" "URI" "SOURCES;QML;LINK;IMPORTS;SINGLETONS" ${ARGN})
+    if(ARG_SINGLETONS)
+        set_source_files_properties(${ARG_SINGLETONS} PROPERTIES QT_QML_SINGLETON_TYPE TRUE)
+    endif()
+    qt_add_library(${target} STATIC)
+    target_link_libraries(${target} PUBLIC randblatt_options Qt6::Qml ${ARG_LINK})
+    # The generated type registration includes the headers by their file names.
+    target_include_directories(${target} PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}")
+    # Byte code alone: compiling the generated C++ would take longer than everything else, for handlers that
+    # are a line or two.
+    set_target_properties(${target} PROPERTIES QT_QMLCACHEGEN_ARGUMENTS "--only-bytecode")
+    qt_add_qml_module(${target}
+        URI ${ARG_URI}
+        VERSION 1.0
+        RESOURCE_PREFIX "/qt/qml"
+        SOURCES ${ARG_SOURCES}
+        QML_FILES ${ARG_QML} ${ARG_SINGLETONS}
+        IMPORTS ${ARG_IMPORTS}
+    )
+    set_property(GLOBAL APPEND PROPERTY RANDBLATT_QML_TARGETS ${target})
+endfunction()

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "platform/Screen.h"
+
+#include <QList>
+#include <QObject>
+#include <QPointF>
+
+#include <optional>
+
+namespace randblatt {
+
+/// What the desktop in front of the user offers: its screens, and where the pointer is. All geometry is in
+/// the core's coordinates (see Screen).
+class Desktop : public QObject
+{
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    /// The connected screens in the system's order; screens without an area are left out, so the list may be
+    /// empty. Cheap enough to be asked on every tick of the edge trigger.
+    [[nodiscard]] virtual QList<Screen> screens() const = 0;
+    /// The screen on which the panel appears when nothing else decides; none while no screen is connected.
+    [[nodiscard]] virtual std::optional<Screen> mainScreen() const = 0;
+    /// The pointer's position, or none where the desktop does not tell it.
+    [[nodiscard]] virtual std::optional<QPointF> pointerLocation() const = 0;
+    /// Whether translucent windows are blended with what lies behind them.
+    [[nodiscard]] virtual bool isComposited() const = 0;
+
+Q_SIGNALS:
+    /// Screens came, went, or changed a frame.
+    void screensChanged();
+    void compositedChanged();
+};
+
+} // namespace randblatt

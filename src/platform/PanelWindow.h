@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QRectF>
+
+namespace randblatt {
+
+/// The sidebar's window as the desktop handles it: borderless, translucent, without a shadow, above other
+/// windows, on every virtual desktop, absent from taskbar and pager, never moved by the user and never
+/// activated by being shown. Frames are in the core's coordinates (see Screen).
+class PanelWindow
+{
+public:
+    PanelWindow() = default;
+    virtual ~PanelWindow() = default;
+    PanelWindow(const PanelWindow &) = delete;
+    PanelWindow &operator=(const PanelWindow &) = delete;
+
+    /// Moves and resizes the window, also while it is hidden; positions beyond the screen's edge are allowed.
+    virtual void setFrame(const QRectF &frame) = 0;
+    /// The frame that was last set.
+    [[nodiscard]] virtual QRectF frame() const = 0;
+    /// 0 is invisible, 1 opaque.
+    virtual void setAlpha(double alpha) = 0;
+    [[nodiscard]] virtual double alpha() const = 0;
+    /// Shows the window above the others without giving it the keyboard.
+    virtual void orderFront() = 0;
+    /// Hides the window. If it had the keyboard, the window that had it before gets it back.
+    virtual void orderOut() = 0;
+    /// Gives the window the keyboard.
+    virtual void makeKey() = 0;
+};
+
+} // namespace randblatt

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QObject>
+#include <QUrl>
+#include <QVariantMap>
+#include <QtQml/qqmlregistration.h>
+
+namespace randblatt {
+
+/// What to load to get a view: a QML document and the properties that it is made with. An empty source is an
+/// empty view.
+struct ViewDescription
+{
+    Q_GADGET
+    QML_VALUE_TYPE(viewDescription)
+    Q_PROPERTY(QUrl source MEMBER source FINAL)
+    Q_PROPERTY(QVariantMap properties MEMBER properties FINAL)
+
+public:
+    QUrl source;
+    QVariantMap properties;
+};
+
+/// One feature of the sidebar with its model and its views. A module lives as long as the process; disabling
+/// it only hides its card.
+class SidebarModule : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Modules are made at start-up.")
+    Q_PROPERTY(QString id READ id CONSTANT FINAL)
+    Q_PROPERTY(QString title READ title CONSTANT FINAL)
+    Q_PROPERTY(QString systemImage READ systemImage CONSTANT FINAL)
+
+public:
+    using QObject::QObject;
+
+    /// Names the module in the settings; never changes from one version to the next.
+    [[nodiscard]] virtual QString id() const = 0;
+    /// The card's German title.
+    [[nodiscard]] virtual QString title() const = 0;
+    /// The symbol in the card's header, a name from resources/symbols.
+    [[nodiscard]] virtual QString systemImage() const = 0;
+    /// The card's content. Besides the properties named there, the view gets `appearance`, a CardAppearance.
+    [[nodiscard]] Q_INVOKABLE virtual randblatt::ViewDescription makeView() const = 0;
+    /// What the module adds to its card's quick settings; empty for a module without a menu. White on dark.
+    [[nodiscard]] Q_INVOKABLE virtual randblatt::ViewDescription makeQuickMenu() const { return {}; }
+};
+
+} // namespace randblatt

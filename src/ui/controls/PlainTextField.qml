@@ -1,0 +1,39 @@
+import QtQuick
+import QtQuick.Templates as T
+
+// A single-line text field without a frame of its own, for a card.
+T.TextField {
+    id: root
+
+    required property CardAppearance appearance
+    // Size in points at text scale 1.
+    property real size: Metrics.bodySize
+
+    implicitWidth: 120
+    implicitHeight: Math.ceil(contentHeight)
+    color: appearance.foreground
+    placeholderTextColor: appearance.tertiary
+    selectionColor: appearance.accent
+    selectedTextColor: "white"
+    selectByMouse: true
+    verticalAlignment: TextInput.AlignVCenter
+    font.pixelSize: Math.max(1, Math.round(size * appearance.textScale * 4) / 4)
+
+    Accessible.role: Accessible.EditableText
+    Accessible.name: placeholderText
+
+    Text {
+        anchors.fill: parent
+        visible: root.length === 0 && root.preeditText === ""
+        text: root.placeholderText
+        color: root.placeholderTextColor
+        font: root.font
+        elide: Text.ElideRight
+        verticalAlignment: root.verticalAlignment
+        textFormat: Text.PlainText
+    }
+
+    HoverHandler {
+        cursorShape: Qt.IBeamCursor
+    }
+}

@@ -1,0 +1,65 @@
+import QtQuick
+import QtQuick.Templates as T
+
+// The button for what a view most wants the user to do: a filled, rounded bar.
+T.AbstractButton {
+    id: root
+
+    property color accent: "#8c73ff"
+    property string symbol
+    property real textSize: Metrics.bodySize
+
+    implicitWidth: contentItem.implicitWidth + 2 * 14
+    implicitHeight: Math.max(28, contentItem.implicitHeight + 2 * 6)
+    focusPolicy: Qt.TabFocus
+    opacity: enabled ? 1 : 0.4
+
+    Accessible.role: Accessible.Button
+    Accessible.name: text
+    Accessible.onPressAction: root.clicked()
+
+    Keys.onReturnPressed: root.clicked()
+    Keys.onEnterPressed: root.clicked()
+
+    contentItem: Item {
+        implicitWidth: row.implicitWidth
+        implicitHeight: row.implicitHeight
+
+        Row {
+            id: row
+
+            anchors.centerIn: parent
+            spacing: 6
+
+            Symbol {
+                visible: root.symbol !== ""
+                anchors.verticalCenter: parent.verticalCenter
+                name: root.symbol
+                size: root.textSize + 2
+            }
+
+            Text {
+                anchors.verticalCenter: parent.verticalCenter
+                text: root.text
+                color: "white"
+                font.pixelSize: root.textSize
+                font.weight: Font.Medium
+                textFormat: Text.PlainText
+            }
+        }
+    }
+
+    background: Rectangle {
+        radius: Metrics.rowRadius
+        color: root.down ? Qt.darker("#6a50e6", 1.2) : root.hovered ? Qt.lighter("#6a50e6", 1.08) : "#6a50e6"
+
+        FocusRing {
+            visible: root.visualFocus
+            accent: root.accent
+        }
+    }
+
+    HoverHandler {
+        cursorShape: Qt.PointingHandCursor
+    }
+}
