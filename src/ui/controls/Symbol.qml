@@ -15,8 +15,7 @@ Image {
 
     width: size
     height: size
-    sourceSize.width: Math.ceil(size * Screen.devicePixelRatio)
-    sourceSize.height: sourceSize.width
+    sourceSize: Qt.size(Math.ceil(size * Screen.devicePixelRatio), Math.ceil(size * Screen.devicePixelRatio))
     source: name === "" ? "" : "image://symbol/" + name + "/" + tint()
     fillMode: Image.PreserveAspectFit
     Accessible.ignored: true

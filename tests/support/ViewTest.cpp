@@ -1,0 +1,121 @@
+#include "support/ViewTest.h"
+
+#include "ui/controls/SymbolProvider.h"
+
+#include <QQmlComponent>
+#include <QRegularExpression>
+#include <QTest>
+
+#include <algorithm>
+
+namespace randblatt {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+void collect(QQuickItem *item, const QString &objectName, QList<QQuickItem *> &found)
+{
+    if (item->objectName() == objectName)
+        found.append(item);
+    const auto children = item->childItems();
+    for (QQuickItem *child : children)
+        collect(child, objectName, found);
+}
+
+} // namespace
+
+void prepareEngine(QQmlEngine &engine)
+{
+    engine.addImportPath(u"qrc:/qt/qml"_s);
+    engine.addImageProvider(u"symbol"_s, new SymbolProvider);
+}
+
+ViewTest::ViewTest(const QUrl &source, const QVariantMap &properties, const QSize &size)
+    : m_view(std::make_unique<QQuickView>())
+{
+    prepareEngine(*m_view->engine());
+    m_view->setInitialProperties(properties);
+    m_view->setSource(source);
+    show(size);
+}
+
+ViewTest::ViewTest(const QByteArray &qml, const QSize &size)
+    : m_view(std::make_unique<QQuickView>())
+{
+    prepareEngine(*m_view->engine());
+    auto *component = new QQmlComponent(m_view->engine(), m_view.get());
+    component->setData(qml, QUrl(u"qrc:/qt/qml/Test.qml"_s));
+    m_view->setContent({}, component, component->create());
+    show(size);
+}
+
+void ViewTest::show(const QSize &size)
+{
+    QTest::failOnWarning(QRegularExpression(u"\\.qml:"_s));
+    if (m_view->status() != QQuickView::Ready) {
+        const auto errors = m_view->errors();
+        for (const QQmlError &error : errors)
+            qWarning("%ls", qUtf16Printable(error.toString()));
+        qFatal("Die Ansicht lässt sich nicht laden.");
+    }
+    m_view->setResizeMode(QQuickView::SizeRootObjectToView);
+    m_view->resize(size);
+    m_view->show();
+    m_view->requestActivate();
+    if (!QTest::qWaitForWindowActive(m_view.get()))
+        qFatal("Das Fenster wird nicht aktiv.");
+}
+
+QQuickItem *ViewTest::find(const QString &objectName) const
+{
+    QList<QQuickItem *> found;
+    collect(m_view->contentItem(), objectName, found);
+    return found.isEmpty() ? nullptr : found.first();
+}
+
+QList<QQuickItem *> ViewTest::findAll(const QString &objectName) const
+{
+    QList<QQuickItem *> found;
+    collect(m_view->contentItem(), objectName, found);
+    found.removeIf([](const QQuickItem *item) { return !item->isVisible(); });
+    std::sort(found.begin(), found.end(), [](const QQuickItem *a, const QQuickItem *b) {
+        const QPointF placeA = a->mapToScene({});
+        const QPointF placeB = b->mapToScene({});
+        return placeA.y() != placeB.y() ? placeA.y() < placeB.y() : placeA.x() < placeB.x();
+    });
+    return found;
+}
+
+QPoint ViewTest::centre(const QQuickItem *item)
+{
+    return item->mapToScene(QPointF(item->width() / 2, item->height() / 2)).toPoint();
+}
+
+void ViewTest::click(const QQuickItem *item, Qt::MouseButton button)
+{
+    QTest::mouseClick(m_view.get(), button, {}, centre(item));
+}
+
+void ViewTest::doubleClick(const QQuickItem *item)
+{
+    QTest::mouseDClick(m_view.get(), Qt::LeftButton, {}, centre(item));
+}
+
+void ViewTest::moveTo(const QQuickItem *item)
+{
+    QTest::mouseMove(m_view.get(), centre(item));
+}
+
+void ViewTest::type(const QString &text)
+{
+    for (const QChar character : text)
+        QTest::sendKeyEvent(QTest::Click, m_view.get(), Qt::Key_unknown, QString(character), Qt::NoModifier);
+}
+
+void ViewTest::press(Qt::Key key, Qt::KeyboardModifiers modifiers)
+{
+    QTest::keyClick(m_view.get(), key, modifiers);
+}
+
+} // namespace randblatt

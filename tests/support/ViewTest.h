@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickView>
+#include <QVariantMap>
+
+#include <memory>
+
+namespace randblatt {
+
+/// Makes an engine that finds the application's QML modules and symbols.
+void prepareEngine(QQmlEngine &engine);
+
+/// A window that shows one view, for tests with real events.
+class ViewTest
+{
+public:
+    /// Loads the document at `source`, as `qrc:/qt/qml/Randblatt/Todo/TodoRow.qml`, shows it in a window of
+    /// `size` points and waits until the window is active. Fails the test program if it cannot be loaded.
+    ViewTest(const QUrl &source, const QVariantMap &properties, const QSize &size);
+    /// The same for QML text, with the application's modules to import.
+    ViewTest(const QByteArray &qml, const QSize &size);
+
+    [[nodiscard]] QQuickView &window() { return *m_view; }
+    [[nodiscard]] QQuickItem *root() const { return m_view->rootObject(); }
+    /// The first item named `objectName` in the window, depth first; null if there is none.
+    [[nodiscard]] QQuickItem *find(const QString &objectName) const;
+    /// All visible items named `objectName`, in the order of their places: top to bottom, left to right.
+    [[nodiscard]] QList<QQuickItem *> findAll(const QString &objectName) const;
+    /// The centre of an item in window coordinates.
+    [[nodiscard]] static QPoint centre(const QQuickItem *item);
+    void click(const QQuickItem *item, Qt::MouseButton button = Qt::LeftButton);
+    void doubleClick(const QQuickItem *item);
+    void moveTo(const QQuickItem *item);
+    /// Types text on the keyboard, one key after another.
+    void type(const QString &text);
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+
+private:
+    void show(const QSize &size);
+
+    std::unique_ptr<QQuickView> m_view;
+};
+
+} // namespace randblatt
