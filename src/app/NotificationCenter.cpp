@@ -13,7 +13,8 @@ void NotificationCenter::post(const QString &name)
     Q_EMIT posted(name);
 }
 
-void NotificationCenter::addObserver(const QString &name, QObject *context, const std::function<void()> &action)
+void NotificationCenter::addObserver(const QString &name, QObject *context,
+                                     const std::function<void()> &action)
 {
     connect(this, &NotificationCenter::posted, context, [name, action](const QString &postedName) {
         if (postedName == name)

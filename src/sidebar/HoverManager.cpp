@@ -70,8 +70,8 @@ bool HoverManager::keepsPanelUp() const
     if (!point || !screen)
         return false;
     const double width = limitedPanelWidth(m_settings.panelWidth(), screen->visibleFrame);
-    return isInPanelArea(screen->visibleFrame, m_settings.sidebarSide(), width, *point)
-           || zone().contains(screen->frame, *point);
+    return isInPanelArea(screen->visibleFrame, m_settings.sidebarSide(), width, *point) ||
+           zone().contains(screen->frame, *point);
 }
 
 void HoverManager::checkReveal()

@@ -56,8 +56,8 @@ private:
     Clock m_clock;
     QTimer m_timer;
     std::optional<TimePoint> m_pendingSince;
-    /// Id of the screen on which the pending reveal started. It survives the reveal, so that a panel closed by
-    /// other means stays closed until the pointer has left the zone once.
+    /// Id of the screen on which the pending reveal started. It survives the reveal, so that a panel closed
+    /// by other means stays closed until the pointer has left the zone once.
     std::optional<QString> m_pendingScreen;
     std::optional<TimePoint> m_heldUntil;
 };

@@ -47,8 +47,8 @@ QRectF between(const QRectF &from, const QRectF &to, double progress)
 
 } // namespace
 
-SidebarPanelController::SidebarPanelController(AppSettings &settings, Desktop &desktop, PanelFactory makePanel,
-                                               QObject *parent)
+SidebarPanelController::SidebarPanelController(AppSettings &settings, Desktop &desktop,
+                                               PanelFactory makePanel, QObject *parent)
     : QObject(parent)
     , m_settings(settings)
     , m_desktop(desktop)
@@ -162,8 +162,8 @@ void SidebarPanelController::followScreens()
         tearDown();
         return;
     }
-    const QRectF shown = panelGeometry(screen->visibleFrame, m_settings.sidebarSide(), m_settings.panelWidth(),
-                                       m_settings.panelHeightFraction())
+    const QRectF shown = panelGeometry(screen->visibleFrame, m_settings.sidebarSide(),
+                                       m_settings.panelWidth(), m_settings.panelHeightFraction())
                              .shown;
     if (m_animation.state() == QAbstractAnimation::Running)
         m_slide.to = shown;

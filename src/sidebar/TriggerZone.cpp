@@ -33,8 +33,8 @@ bool TriggerZone::contains(const QRectF &frame, const QPointF &point) const
         return false;
     const bool inColumn = side == SidebarSide::left ? isWithin(minX, point.x(), minX + cornerSize)
                                                     : isWithin(maxX - cornerSize, point.x(), maxX);
-    return inColumn
-           && (isWithin(maxY - cornerSize, point.y(), maxY) || isWithin(minY, point.y(), minY + cornerSize));
+    return inColumn &&
+           (isWithin(maxY - cornerSize, point.y(), maxY) || isWithin(minY, point.y(), minY + cornerSize));
 }
 
 bool isInPanelArea(const QRectF &visibleFrame, SidebarSide side, double panelWidth, const QPointF &point)
@@ -44,17 +44,17 @@ bool isInPanelArea(const QRectF &visibleFrame, SidebarSide side, double panelWid
     const double minY = visibleFrame.y();
     const double maxY = visibleFrame.y() + visibleFrame.height();
     const double reach = panelWidth + innerReach;
-    return isWithin(minY - tolerance, point.y(), maxY + tolerance)
-           && (side == SidebarSide::left ? isWithin(minX - tolerance, point.x(), minX + reach)
-                                         : isWithin(maxX - reach, point.x(), maxX + tolerance));
+    return isWithin(minY - tolerance, point.y(), maxY + tolerance) &&
+           (side == SidebarSide::left ? isWithin(minX - tolerance, point.x(), minX + reach)
+                                      : isWithin(maxX - reach, point.x(), maxX + tolerance));
 }
 
 std::optional<Screen> screenAt(const QList<Screen> &screens, const QPointF &point)
 {
     const auto contains = [&](const Screen &screen) {
         const QRectF &frame = screen.frame;
-        return point.x() >= frame.x() && point.x() < frame.x() + frame.width() && point.y() >= frame.y()
-               && point.y() < frame.y() + frame.height();
+        return point.x() >= frame.x() && point.x() < frame.x() + frame.width() && point.y() >= frame.y() &&
+               point.y() < frame.y() + frame.height();
     };
     const auto it = std::find_if(screens.begin(), screens.end(), contains);
     if (it == screens.end())

@@ -35,7 +35,8 @@ struct Fixture
                               return FakeModule::all();
                           },
                           [this](ModuleRegistry &) {
-                              return [this](const QSizeF &) { return std::make_unique<RecordingPanel>(record); };
+                              return
+                                  [this](const QSizeF &) { return std::make_unique<RecordingPanel>(record); };
                           }}};
 
     Fixture()

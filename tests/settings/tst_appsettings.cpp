@@ -54,7 +54,8 @@ class AppSettingsTest : public QObject
 
     static QString defaults()
     {
-        return u"leftEdge left system scratch \"\" hidden login new 90 3 0.12 420 1 {} global default theme [] "
+        return u"leftEdge left system scratch \"\" hidden login new 90 3 0.12 420 1 {} global default theme "
+               u"[] "
                "kanban [notes,spotify,todo] [spotify,todo,calendar,notes] \"\""_s;
     }
 
@@ -97,9 +98,10 @@ private Q_SLOTS:
             settings.setSpotifyClientID(u"abc"_s);
             before = describe(settings);
         }
-        QCOMPARE(before, u"corners right spotify apple \"Zeile 1\nZeile 2 😀 \" '\" visible no login onboarded 50 1 0 "
-                         "512.5 0.35 {weather=300} per module own theme [todo] list [calendar,spotify,todo] "
-                         "[notes,weather] \"abc\""_s);
+        QCOMPARE(before,
+                 u"corners right spotify apple \"Zeile 1\nZeile 2 😀 \" '\" visible no login onboarded 50 1 0 "
+                 "512.5 0.35 {weather=300} per module own theme [todo] list [calendar,spotify,todo] "
+                 "[notes,weather] \"abc\""_s);
         QCOMPARE(describe(AppSettings(preferences, m_loginItem)), before);
     }
 

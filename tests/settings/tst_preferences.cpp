@@ -124,7 +124,8 @@ private Q_SLOTS:
         {
             Preferences preferences(path());
             preferences.setValue(u"key"_s, true);
-            QCOMPARE(QFile::permissions(path()) & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
+            QCOMPARE(QFile::permissions(path()) & (QFile::ReadGroup | QFile::ReadOther),
+                     QFile::Permissions());
             QCOMPARE(QFile::permissions(path() + "-wal"_L1) & (QFile::ReadGroup | QFile::ReadOther),
                      QFile::Permissions());
             QCOMPARE(QFile::permissions(QFileInfo(path()).path()) & (QFile::ExeGroup | QFile::ExeOther),
@@ -151,7 +152,8 @@ private Q_SLOTS:
     void setsAFileAsideThatItCannotRead_data()
     {
         QTest::addColumn<QByteArray>("content");
-        QTest::newRow("no database") << QByteArray("not a database at all, but long enough to be looked at").repeated(40);
+        QTest::newRow("no database")
+            << QByteArray("not a database at all, but long enough to be looked at").repeated(40);
         QTest::newRow("header alone") << QByteArray("SQLite format 3\0", 16) + QByteArray(4080, '\xff');
     }
 
@@ -199,9 +201,11 @@ private Q_SLOTS:
             preferences.setValue(u"first"_s, u"alt"_s);
             {
                 const FullDisk full;
-                QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"Einstellung „first“ nicht gespeichert"_s));
+                QTest::ignoreMessage(QtWarningMsg,
+                                     QRegularExpression(u"Einstellung „first“ nicht gespeichert"_s));
                 QVERIFY(!preferences.setValue(u"first"_s, u"neu"_s));
-                QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"Einstellung „second“ nicht gespeichert"_s));
+                QTest::ignoreMessage(QtWarningMsg,
+                                     QRegularExpression(u"Einstellung „second“ nicht gespeichert"_s));
                 QVERIFY(!preferences.setValue(u"second"_s, 1.0));
                 QCOMPARE(preferences.get<QString>(u"first"_s), u"neu"_s);
             }

@@ -27,8 +27,8 @@ struct Fixture
     FakeDesktop desktop;
     SidebarUIState uiState;
     std::shared_ptr<PanelRecord> record = std::make_shared<PanelRecord>();
-    SidebarPanelController controller{settings, desktop,
-                                      [this](const QSizeF &) { return std::make_unique<RecordingPanel>(record); }};
+    SidebarPanelController controller{
+        settings, desktop, [this](const QSizeF &) { return std::make_unique<RecordingPanel>(record); }};
     HoverManager::TimePoint now;
     HoverManager trigger{settings, desktop, uiState, controller, [this] { return now; }};
 

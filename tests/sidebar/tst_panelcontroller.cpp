@@ -23,8 +23,8 @@ struct Fixture
     AppSettings settings{preferences, loginItem};
     FakeDesktop desktop;
     std::shared_ptr<PanelRecord> record = std::make_shared<PanelRecord>();
-    SidebarPanelController controller{settings, desktop,
-                                      [this](const QSizeF &) { return std::make_unique<RecordingPanel>(record); }};
+    SidebarPanelController controller{
+        settings, desktop, [this](const QSizeF &) { return std::make_unique<RecordingPanel>(record); }};
 
     Fixture() { desktop.connected = {FakeDesktop::primaryScreen(), FakeDesktop::rightScreen()}; }
 

@@ -22,7 +22,8 @@ class SidebarModelTest : public QObject
     {
         QStringList ids;
         for (int row = 0; row < model.count(); ++row) {
-            const auto *module = model.index(row).data(static_cast<int>(SidebarModel::Role::module)).value<SidebarModule *>();
+            const auto *module =
+                model.index(row).data(static_cast<int>(SidebarModel::Role::module)).value<SidebarModule *>();
             ids.append(module->id());
         }
         return ids.join(u' ');
@@ -60,7 +61,9 @@ private Q_SLOTS:
         const ModuleRegistry registry(settings, FakeModule::all());
         const SidebarModel model(settings, registry);
         QSignalSpy changes(&model, &SidebarModel::dataChanged);
-        const auto todo = [&](SidebarModel::Role role) { return model.index(1).data(static_cast<int>(role)); };
+        const auto todo = [&](SidebarModel::Role role) {
+            return model.index(1).data(static_cast<int>(role));
+        };
 
         settings.setHeight(100, u"todo"_s);
         QCOMPARE(todo(SidebarModel::Role::cardHeight).toDouble(), 100.0);

@@ -128,11 +128,13 @@ private Q_SLOTS:
         QTest::newRow("left") << true << 420.0 << 1.0 << QRectF(0, 39, 420, 836) << -444.0;
         QTest::newRow("right") << false << 420.0 << 1.0 << QRectF(1020, 39, 420, 836) << 1464.0;
         QTest::newRow("30 %") << true << 420.0 << 0.3 << QRectF(0, 875 - 836 * 0.3, 420, 836 * 0.3) << -444.0;
-        QTest::newRow("10 % is 30 %") << true << 420.0 << 0.1 << QRectF(0, 875 - 836 * 0.3, 420, 836 * 0.3)
-                                      << -444.0;
+        QTest::newRow("10 % is 30 %")
+            << true << 420.0 << 0.1 << QRectF(0, 875 - 836 * 0.3, 420, 836 * 0.3) << -444.0;
         QTest::newRow("150 % is 100 %") << true << 420.0 << 1.5 << QRectF(0, 39, 420, 836) << -444.0;
-        QTest::newRow("fraction that is no number") << true << 420.0 << notANumber << QRectF(0, 39, 420, 836) << -444.0;
-        QTest::newRow("width that is no number") << true << notANumber << 1.0 << QRectF(0, 39, 420, 836) << -444.0;
+        QTest::newRow("fraction that is no number")
+            << true << 420.0 << notANumber << QRectF(0, 39, 420, 836) << -444.0;
+        QTest::newRow("width that is no number")
+            << true << notANumber << 1.0 << QRectF(0, 39, 420, 836) << -444.0;
         QTest::newRow("negative width") << true << -5.0 << 1.0 << QRectF(0, 39, 420, 836) << -444.0;
         QTest::newRow("wider than the screen") << false << 1e9 << 1.0 << QRectF(0, 39, 1440, 836) << 1464.0;
     }
