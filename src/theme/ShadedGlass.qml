@@ -13,8 +13,8 @@ Item {
     readonly property real intensity: limited(config.lightsIntensity)
     readonly property color tint: config.tint.color(config.tintStrength)
     readonly property color darkening: Qt.rgba(0, 0, 0, limited(config.darkness))
-    readonly property color material: config.textWhite ? Qt.rgba(0.13, 0.13, 0.16, 0.5)
-                                                       : Qt.rgba(0.96, 0.96, 0.98, 0.55)
+    readonly property color material: config.textWhite ? Qt.rgba(0.13, 0.13, 0.16, 0.62)
+                                                       : Qt.rgba(0.96, 0.96, 0.98, 0.62)
 
     function limited(value: real): real {
         return value > 0 ? Math.min(value, 1) : 0
