@@ -9,8 +9,8 @@ layout(std140, binding = 0) uniform buf {
     float qt_Opacity;
     float corner;
     float pixel;
-    float margin;
     vec2 area;
+    vec4 piece;
     float blur;
     float intensity;
     float drift;
@@ -28,7 +28,7 @@ float through(vec2 point, float opacity, float diameter, vec2 from, vec2 to)
 
 void main()
 {
-    vec2 point = qt_TexCoord0 * (area + 2.0 * margin) - margin;
+    vec2 point = piece.xy + qt_TexCoord0 * piece.zw;
     float d = 0.9 * max(area.x, area.y);
     float dark = through(point, 1.0, 1.1 * d, area * vec2(0.16, 0.16) + vec2(-16.0, -12.0),
                          area * vec2(0.16, 0.16) + vec2(16.0, 12.0))

@@ -9,8 +9,8 @@ layout(std140, binding = 0) uniform buf {
     float qt_Opacity;
     float corner;
     float pixel;
-    float margin;
     vec2 area;
+    vec4 piece;
     float sheen;
     float rim;
     vec4 fill;
@@ -38,11 +38,17 @@ float rimLight(CardEdge edge)
     return lit * (0.13 * glow * glow + 0.16 * line * line);
 }
 
+// INNER draws the piece that is too far inside for the edge to matter.
 void main()
 {
-    vec2 point = qt_TexCoord0 * (area + 2.0 * margin) - margin;
-    CardEdge edge = cardEdge(point, area, corner);
+    vec2 point = piece.xy + qt_TexCoord0 * piece.zw;
     vec4 pane = over(upper, over(lower, fill));
-    float light = sheen * clamp(1.0 - 2.0 * point.y / area.y, 0.0, 1.0) + rim * rimLight(edge);
+    float light = sheen * clamp(1.0 - 2.0 * point.y / area.y, 0.0, 1.0);
+#ifdef INNER
+    fragColor = over(vec4(light), pane) * qt_Opacity;
+#else
+    CardEdge edge = cardEdge(point, area, corner);
+    light += rim * rimLight(edge);
     fragColor = over(vec4(light), pane) * (cardCoverage(edge.distance, pixel) * qt_Opacity);
+#endif
 }
