@@ -34,7 +34,7 @@ Item {
         anchors.fill: parent
         corner: root.corner
         visible: root.opaque
-        fill: root.config.textWhite ? "#26262c" : "#e9e9ee"
+        layers: [root.config.textWhite ? Qt.rgba(0.15, 0.15, 0.17, 1) : Qt.rgba(0.91, 0.91, 0.93, 1)]
     }
 
     Loader {
@@ -55,9 +55,7 @@ Item {
         objectName: "pane"
         anchors.fill: parent
         corner: root.corner
-        fill: root.config.frosted ? root.material : "transparent"
-        lower: root.config.frosted ? root.tint : root.darkening
-        upper: root.config.frosted ? root.darkening : root.tint
+        layers: root.config.frosted ? [root.material, root.tint, root.darkening] : [root.darkening, root.tint]
         sheen: root.config.frosted ? 0.14 : 0
         rim: root.config.frosted ? 0 : 1
     }
