@@ -17,7 +17,8 @@ private Q_SLOTS:
         QTest::newRow("primary") << QRectF(0, 0, 1440, 900) << QRectF(0, 0, 1440, 900);
         QTest::newRow("below a top panel") << QRectF(0, 25, 1440, 850) << QRectF(0, 25, 1440, 850);
         QTest::newRow("hanging from the top") << QRectF(0, 25, 420, 836) << QRectF(0, 39, 420, 836);
-        QTest::newRow("taller screen to the right") << QRectF(1440, 0, 1920, 1080) << QRectF(1440, -180, 1920, 1080);
+        QTest::newRow("taller screen to the right")
+            << QRectF(1440, 0, 1920, 1080) << QRectF(1440, -180, 1920, 1080);
         QTest::newRow("screen above") << QRectF(0, -768, 1024, 768) << QRectF(0, 900, 1024, 768);
     }
 
