@@ -1,5 +1,7 @@
 #include "platform/freedesktop/ApplicationAdaptor.h"
 
+#include "platform/freedesktop/SingleInstance.h"
+
 namespace randblatt {
 
 ApplicationAdaptor::ApplicationAdaptor(SingleInstance *instance)
@@ -21,9 +23,9 @@ void ApplicationAdaptor::Open(const QStringList &uris, const QVariantMap &)
     Q_EMIT m_instance->opened(urls);
 }
 
-void ApplicationAdaptor::ActivateAction(const QString &actionName, const QVariantList &, const QVariantMap &)
+void ApplicationAdaptor::ActivateAction(const QString &action_name, const QVariantList &, const QVariantMap &)
 {
-    Q_EMIT m_instance->actionActivated(actionName);
+    Q_EMIT m_instance->actionActivated(action_name);
 }
 
 } // namespace randblatt

@@ -5,37 +5,42 @@
 #include <QObject>
 #include <QUrl>
 
-#include <memory>
-
 namespace randblatt {
 
-/// Sees to it that one instance runs per session, and lets others talk to it: the first owns the bus name
-/// com.randblatt.Quillbar and answers org.freedesktop.Application (Desktop Entry Specification, "D-Bus
-/// Activation") at /com/randblatt/Quillbar.
-class SingleInstance : public QObject
+/// Makes this process the application's only one in the session, and takes the requests of later processes
+/// and of the desktop's launchers.
+class SingleInstance final : public QObject
 {
     Q_OBJECT
 
 public:
-    explicit SingleInstance(const QDBusConnection &bus, QObject *parent = nullptr);
-    ~SingleInstance() override;
+    /// What a process was started for.
+    struct Request
+    {
+        /// To be opened; if there are none, `action`; if that is empty too, the application comes forward.
+        QList<QUrl> urls;
+        QString action;
+    };
 
-    /// Claims the name; to be called before any window is made. Where another instance has it, that one is
-    /// told to open `urls`, or without any to show itself, and the result is false: the caller ends. Without
-    /// a session bus the caller runs, unreachable.
-    [[nodiscard]] bool acquire(const QList<QUrl> &urls);
+    explicit SingleInstance(const QDBusConnection &sessionBus, QObject *parent = nullptr);
+
+    /// Takes the application's name on the bus. Returns true if this process is to run: from then on the
+    /// signals tell what others ask for, and `request` stays with the caller. Returns false if another
+    /// process runs already: it was handed the request, and this one is to exit. Without a session bus every
+    /// process runs. To be called before any window is made; may take seconds if the other process does not
+    /// answer.
+    [[nodiscard]] bool claim(const Request &request);
 
 Q_SIGNALS:
-    /// Somebody wants to see the application.
     void activated();
     void opened(const QList<QUrl> &urls);
     void actionActivated(const QString &name);
 
 private:
-    void forward(const QList<QUrl> &urls) const;
+    /// Whether the running process took the request.
+    [[nodiscard]] bool forward(const Request &request) const;
 
     QDBusConnection m_bus;
-    bool m_owner = false;
 };
 
 } // namespace randblatt

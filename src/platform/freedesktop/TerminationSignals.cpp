@@ -1,39 +1,23 @@
 #include "platform/freedesktop/TerminationSignals.h"
 
-#include <QLoggingCategory>
-
 #include <cerrno>
-#include <csignal>
-#include <cstring>
-#include <sys/socket.h>
+
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace randblatt {
 
 namespace {
 
-Q_LOGGING_CATEGORY(lcSignals, "quillbar.signals")
+volatile std::sig_atomic_t writingEnd = -1;
 
-constexpr std::array handledSignals{SIGTERM, SIGINT, SIGHUP};
-
-// A signal handler may do no more than write; the event loop reads at the other end.
-volatile std::sig_atomic_t writeEnd = -1;
-
-extern "C" void handleTermination(int)
+// Nothing but a write is safe here; the event loop does the rest.
+void tellEventLoop(int)
 {
-    const int before = errno;
-    const char byte = 1;
-    [[maybe_unused]] const auto written = ::write(writeEnd, &byte, 1);
-    errno = before;
-}
-
-void setHandler(void (*handler)(int))
-{
-    struct sigaction action = {};
-    action.sa_handler = handler;
-    action.sa_flags = SA_RESTART;
-    for (const int signal : handledSignals)
-        sigaction(signal, &action, nullptr);
+    const int savedError = errno;
+    const char byte = 0;
+    [[maybe_unused]] const auto written = ::write(writingEnd, &byte, 1);
+    errno = savedError;
 }
 
 } // namespace
@@ -41,32 +25,35 @@ void setHandler(void (*handler)(int))
 TerminationSignals::TerminationSignals(QObject *parent)
     : QObject(parent)
 {
-    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, m_sockets.data()) != 0) {
-        qCWarning(lcSignals, "Signale werden nicht abgefangen: %s", std::strerror(errno));
+    if (::pipe2(m_pipe.data(), O_CLOEXEC | O_NONBLOCK) != 0)
         return;
-    }
-    m_notifier = std::make_unique<QSocketNotifier>(m_sockets.at(1), QSocketNotifier::Read);
-    connect(m_notifier.get(), &QSocketNotifier::activated, this, &TerminationSignals::read);
-    writeEnd = m_sockets.at(0);
-    setHandler(&handleTermination);
+    writingEnd = m_pipe[1];
+    m_notifier = std::make_unique<QSocketNotifier>(m_pipe[0], QSocketNotifier::Read);
+    connect(m_notifier.get(), &QSocketNotifier::activated, this, [this] {
+        std::array<char, 16> drained;
+        while (::read(m_pipe[0], drained.data(), drained.size()) > 0) {
+        }
+        Q_EMIT terminationRequested();
+    });
+    struct sigaction action
+    {
+    };
+    action.sa_handler = tellEventLoop;
+    action.sa_flags = SA_RESTART;
+    for (std::size_t i = 0; i < handled.size(); ++i)
+        ::sigaction(handled[i], &action, &m_former[i]);
 }
 
 TerminationSignals::~TerminationSignals()
 {
     if (!m_notifier)
         return;
-    setHandler(SIG_DFL);
-    writeEnd = -1;
+    for (std::size_t i = 0; i < handled.size(); ++i)
+        ::sigaction(handled[i], &m_former[i], nullptr);
+    writingEnd = -1;
     m_notifier.reset();
-    for (const int socket : m_sockets)
-        ::close(socket);
-}
-
-void TerminationSignals::read()
-{
-    char byte = 0;
-    while (::read(m_sockets.at(1), &byte, 1) > 0)
-        Q_EMIT terminationRequested();
+    ::close(m_pipe[0]);
+    ::close(m_pipe[1]);
 }
 
 } // namespace randblatt

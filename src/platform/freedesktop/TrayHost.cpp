@@ -11,48 +11,54 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr auto serviceName = "org.kde.StatusNotifierWatcher"_L1;
-constexpr auto objectPath = "/StatusNotifierWatcher"_L1;
+const QString watcherService = u"org.kde.StatusNotifierWatcher"_s;
+const QString watcherPath = u"/StatusNotifierWatcher"_s;
 
 } // namespace
 
-TrayHost::TrayHost(const QDBusConnection &bus, QObject *parent)
+TrayHost::TrayHost(const QDBusConnection &sessionBus, QObject *parent)
     : QObject(parent)
-    , m_bus(bus)
-    , m_watcher(serviceName, m_bus, QDBusServiceWatcher::WatchForOwnerChange)
+    , m_bus(sessionBus)
+    , m_watcher(watcherService, sessionBus)
 {
+    if (!m_bus.isConnected())
+        return;
     connect(&m_watcher, &QDBusServiceWatcher::serviceRegistered, this, &TrayHost::ask);
-    connect(&m_watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] { set(m_hasHost, false); });
-    m_bus.connect(serviceName, objectPath, serviceName, u"StatusNotifierHostRegistered"_s, this, SLOT(ask()));
-    m_bus.connect(serviceName, objectPath, serviceName, u"StatusNotifierHostUnregistered"_s, this, SLOT(ask()));
+    connect(&m_watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] { setNotifierHost(false); });
+    for (const auto &signal : {u"StatusNotifierHostRegistered"_s, u"StatusNotifierHostUnregistered"_s})
+        m_bus.connect(watcherService, watcherPath, watcherService, signal, this, SLOT(ask()));
     ask();
 }
 
-void TrayHost::setClassicTray(bool present)
+void TrayHost::setEmbeddingTray(bool exists)
 {
-    set(m_hasClassicTray, present);
+    update(m_hasEmbeddingTray, exists);
 }
 
 void TrayHost::ask()
 {
-    QDBusMessage call =
-        QDBusMessage::createMethodCall(serviceName, objectPath, u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
-    call << QString(serviceName) << u"IsStatusNotifierHostRegistered"_s;
-    // A watcher that is not there must not be started for the question.
+    QDBusMessage call = QDBusMessage::createMethodCall(watcherService, watcherPath,
+                                                       u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
+    call.setArguments({watcherService, u"IsStatusNotifierHostRegistered"_s});
     call.setAutoStartService(false);
     auto *pending = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
     connect(pending, &QDBusPendingCallWatcher::finished, this, [this, pending] {
-        const QDBusPendingReply<QDBusVariant> reply = *pending;
-        set(m_hasHost, reply.isValid() && reply.value().variant().toBool());
         pending->deleteLater();
+        const QDBusPendingReply<QDBusVariant> reply = *pending;
+        setNotifierHost(reply.isValid() && reply.value().variant().toBool());
     });
 }
 
-void TrayHost::set(bool &member, bool value)
+void TrayHost::setNotifierHost(bool exists)
 {
-    const bool before = isAvailable();
-    member = value;
-    if (isAvailable() != before)
+    update(m_hasNotifierHost, exists);
+}
+
+void TrayHost::update(bool &kind, bool exists)
+{
+    const bool wasAvailable = isAvailable();
+    kind = exists;
+    if (isAvailable() != wasAvailable)
         Q_EMIT availableChanged();
 }
 

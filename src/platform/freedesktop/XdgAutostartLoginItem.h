@@ -4,25 +4,26 @@
 
 namespace randblatt {
 
-/// Starts the application at login through an entry in the user's autostart folder (freedesktop.org Desktop
-/// Application Autostart Specification).
+/// A desktop entry in the user's autostart folder (Desktop Application Autostart Specification).
+///
+/// An entry that is hidden or switched off, or that starts another program, counts as not registered.
 class XdgAutostartLoginItem final : public LoginItem
 {
 public:
-    /// The entry starts `executable`, an absolute path.
-    explicit XdgAutostartLoginItem(QString executable);
+    /// The entry lies in `folder` and starts `executable`, an absolute path.
+    XdgAutostartLoginItem(const QString &folder, const QString &executable);
 
-    /// Whether the entry is there, not switched off, and starts this executable.
+    /// The user's autostart folder.
+    [[nodiscard]] static QString defaultFolder();
+
     [[nodiscard]] bool isRegistered() const override;
     std::optional<QString> registerItem() override;
     std::optional<QString> unregisterItem() override;
 
-    /// The entry's file.
-    [[nodiscard]] static QString entryPath();
-
 private:
-    [[nodiscard]] QByteArray entry() const;
+    [[nodiscard]] QString execValue() const;
 
+    QString m_path;
     QString m_executable;
 };
 

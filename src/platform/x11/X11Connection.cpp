@@ -15,7 +15,7 @@ struct Free
 {
     void operator()(void *reply) const { std::free(reply); }
 };
-template <typename Reply>
+template<typename Reply>
 using Owned = std::unique_ptr<Reply, Free>;
 
 constexpr quint32 longestProperty = 4096;
@@ -117,14 +117,36 @@ void X11Connection::tellWindowManager(xcb_window_t window, xcb_atom_t type,
     xcb_flush(m_xcb);
 }
 
+xcb_timestamp_t X11Connection::timestamp() const
+{
+    return static_cast<xcb_timestamp_t>(
+        reinterpret_cast<quintptr>(QGuiApplication::platformNativeInterface()->nativeResourceForScreen(
+            "gettimestamp", QGuiApplication::primaryScreen())));
+}
+
 bool X11Connection::isSupported(const QByteArray &name) const
+{
+    return checkWindow() != XCB_NONE && numbers(m_root, atom("_NET_SUPPORTED")).contains(atom(name));
+}
+
+QByteArray X11Connection::windowManager() const
+{
+    const auto cookie = xcb_get_property(m_xcb, false, checkWindow(), atom("_NET_WM_NAME"),
+                                         XCB_GET_PROPERTY_TYPE_ANY, 0, longestProperty);
+    const Owned<xcb_get_property_reply_t> reply(xcb_get_property_reply(m_xcb, cookie, nullptr));
+    if (!reply || reply->format != 8)
+        return {};
+    return {static_cast<const char *>(xcb_get_property_value(reply.get())),
+            xcb_get_property_value_length(reply.get())};
+}
+
+xcb_window_t X11Connection::checkWindow() const
 {
     // The root window's properties outlive a window manager; its check window does not.
     const xcb_atom_t check = atom("_NET_SUPPORTING_WM_CHECK");
     const QList<quint32> window = numbers(m_root, check);
-    if (window.size() != 1 || numbers(window.first(), check) != window)
-        return false;
-    return numbers(m_root, atom("_NET_SUPPORTED")).contains(atom(name));
+    const bool isAlive = window.size() == 1 && numbers(window.first(), check) == window;
+    return isAlive ? window.first() : xcb_window_t(XCB_NONE);
 }
 
 } // namespace randblatt

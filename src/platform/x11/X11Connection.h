@@ -38,10 +38,16 @@ public:
     void listen(xcb_window_t window, quint32 events) const;
     /// Sends the window manager a client message about `window`.
     void tellWindowManager(xcb_window_t window, xcb_atom_t type, const std::array<quint32, 5> &data) const;
+    /// The server's time.
+    [[nodiscard]] xcb_timestamp_t timestamp() const;
     /// Whether a running window manager announces the hint `name` in _NET_SUPPORTED.
     [[nodiscard]] bool isSupported(const QByteArray &name) const;
+    /// The name by which a running window manager introduces itself; empty without one.
+    [[nodiscard]] QByteArray windowManager() const;
 
 private:
+    [[nodiscard]] xcb_window_t checkWindow() const;
+
     xcb_connection_t *m_xcb;
     xcb_window_t m_root;
     int m_screenNumber;

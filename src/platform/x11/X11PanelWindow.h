@@ -35,8 +35,9 @@ public:
 private:
     bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;
     [[nodiscard]] xcb_window_t id() const;
+    void applyFrame() const;
     void announce() const;
-    void leaveTaskbarAndPager() const;
+    void announceMapped() const;
     void rememberKeyWindow();
 
     const X11Desktop &m_desktop;
