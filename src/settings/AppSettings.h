@@ -25,25 +25,30 @@ class AppSettings : public QObject
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The application makes the one settings object.")
-    Q_PROPERTY(QString triggerMode READ triggerModeName WRITE setTriggerModeName NOTIFY triggerModeChanged FINAL)
-    Q_PROPERTY(QString sidebarSide READ sidebarSideName WRITE setSidebarSideName NOTIFY sidebarSideChanged FINAL)
-    Q_PROPERTY(QString mediaSource READ mediaSourceName WRITE setMediaSourceName NOTIFY mediaSourceChanged FINAL)
+    Q_PROPERTY(
+        QString triggerMode READ triggerModeName WRITE setTriggerModeName NOTIFY triggerModeChanged FINAL)
+    Q_PROPERTY(
+        QString sidebarSide READ sidebarSideName WRITE setSidebarSideName NOTIFY sidebarSideChanged FINAL)
+    Q_PROPERTY(
+        QString mediaSource READ mediaSourceName WRITE setMediaSourceName NOTIFY mediaSourceChanged FINAL)
     Q_PROPERTY(QString notesMode READ notesModeName WRITE setNotesModeName NOTIFY notesModeChanged FINAL)
     Q_PROPERTY(QString notesScratch READ notesScratch WRITE setNotesScratch NOTIFY notesScratchChanged FINAL)
     Q_PROPERTY(bool alwaysVisible READ alwaysVisible WRITE setAlwaysVisible NOTIFY alwaysVisibleChanged FINAL)
     Q_PROPERTY(bool launchAtLogin READ launchAtLogin WRITE setLaunchAtLogin NOTIFY launchAtLoginChanged FINAL)
     Q_PROPERTY(bool hasOnboarded READ hasOnboarded WRITE setHasOnboarded NOTIFY hasOnboardedChanged FINAL)
     Q_PROPERTY(double cornerSize READ cornerSize WRITE setCornerSize NOTIFY cornerSizeChanged FINAL)
-    Q_PROPERTY(double edgeThickness READ edgeThickness WRITE setEdgeThickness NOTIFY edgeThicknessChanged FINAL)
+    Q_PROPERTY(
+        double edgeThickness READ edgeThickness WRITE setEdgeThickness NOTIFY edgeThicknessChanged FINAL)
     Q_PROPERTY(double revealDelay READ revealDelay WRITE setRevealDelay NOTIFY revealDelayChanged FINAL)
     Q_PROPERTY(double panelWidth READ panelWidth WRITE setPanelWidth NOTIFY panelWidthChanged FINAL)
     Q_PROPERTY(double panelHeightFraction READ panelHeightFraction WRITE setPanelHeightFraction NOTIFY
                    panelHeightFractionChanged FINAL)
-    Q_PROPERTY(bool perModuleTheme READ perModuleTheme WRITE setPerModuleTheme NOTIFY perModuleThemeChanged FINAL)
-    Q_PROPERTY(randblatt::ThemeConfig globalTheme READ globalTheme WRITE setGlobalTheme NOTIFY globalThemeChanged
-                   FINAL)
-    Q_PROPERTY(QString todoViewMode READ todoViewModeName WRITE setTodoViewModeName NOTIFY todoViewModeChanged
-                   FINAL)
+    Q_PROPERTY(
+        bool perModuleTheme READ perModuleTheme WRITE setPerModuleTheme NOTIFY perModuleThemeChanged FINAL)
+    Q_PROPERTY(randblatt::ThemeConfig globalTheme READ globalTheme WRITE setGlobalTheme NOTIFY
+                   globalThemeChanged FINAL)
+    Q_PROPERTY(
+        QString todoViewMode READ todoViewModeName WRITE setTodoViewModeName NOTIFY todoViewModeChanged FINAL)
     Q_PROPERTY(QStringList moduleOrder READ moduleOrder WRITE setModuleOrder NOTIFY moduleOrderChanged FINAL)
     Q_PROPERTY(QString spotifyClientID READ spotifyClientID WRITE setSpotifyClientID NOTIFY
                    spotifyClientIDChanged FINAL)
@@ -144,9 +149,9 @@ private:
     using Signal = void (AppSettings::*)();
 
     void load();
-    template<typename T>
+    template <typename T>
     bool assign(T &member, const T &value, const QString &key, Signal signal);
-    template<typename Enum>
+    template <typename Enum>
     void assignNamed(const QString &name, void (AppSettings::*setter)(Enum));
 
     [[nodiscard]] QString triggerModeName() const { return rawString(m_triggerMode); }
@@ -180,7 +185,8 @@ private:
     ThemeConfig m_globalTheme;
     ModuleThemes m_moduleThemes;
     TodoViewMode m_todoViewMode = TodoViewMode::kanban;
-    QSet<QString> m_enabledModuleIDs{QStringLiteral("spotify"), QStringLiteral("todo"), QStringLiteral("notes")};
+    QSet<QString> m_enabledModuleIDs{QStringLiteral("spotify"), QStringLiteral("todo"),
+                                     QStringLiteral("notes")};
     QStringList m_moduleOrder{QStringLiteral("spotify"), QStringLiteral("todo"), QStringLiteral("calendar"),
                               QStringLiteral("notes")};
     QString m_spotifyClientID;

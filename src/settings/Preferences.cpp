@@ -43,38 +43,48 @@ constexpr auto setupStatements = R"(
     ) STRICT, WITHOUT ROWID;
 )";
 constexpr auto selectStatement = "SELECT type, value FROM preferences WHERE key = ?1";
-constexpr auto upsertStatement = "INSERT INTO preferences (key, type, value) VALUES (?1, ?2, ?3) "
-                                 "ON CONFLICT (key) DO UPDATE SET type = excluded.type, value = excluded.value";
+constexpr auto upsertStatement =
+    "INSERT INTO preferences (key, type, value) VALUES (?1, ?2, ?3) "
+    "ON CONFLICT (key) DO UPDATE SET type = excluded.type, value = excluded.value";
 
 QByteArray json(const QJsonDocument &document)
 {
     return document.toJson(QJsonDocument::Compact);
 }
 
+/// Borrows `utf8`, which must live until the statement is reset.
 int bindText(sqlite3_stmt *statement, int index, const QByteArray &utf8)
 {
     return sqlite3_bind_text(statement, index, utf8.constData(), static_cast<int>(utf8.size()),
-                             SQLITE_TRANSIENT);
+                             SQLITE_STATIC);
 }
 
-/// Binds a value's stored form.
+/// Binds a value's stored form, and keeps it until the statement has run.
 struct Binder
 {
     sqlite3_stmt *statement;
     int index;
+    QByteArray kept = {};
 
-    int operator()(const QString &text) const { return bindText(statement, index, text.toUtf8()); }
-    int operator()(bool boolean) const { return sqlite3_bind_int(statement, index, boolean ? 1 : 0); }
-    int operator()(double number) const { return sqlite3_bind_double(statement, index, number); }
-    int operator()(const QJsonArray &array) const { return (*this)(json(QJsonDocument(array)), true); }
-    int operator()(const QJsonObject &object) const { return (*this)(json(QJsonDocument(object)), true); }
-    int operator()(const QByteArray &bytes) const
+    int operator()(const QString &text) { return bind(text.toUtf8()); }
+    int operator()(bool boolean) { return sqlite3_bind_int(statement, index, boolean ? 1 : 0); }
+    int operator()(double number) { return sqlite3_bind_double(statement, index, number); }
+    int operator()(const QJsonArray &array) { return bind(json(QJsonDocument(array))); }
+    int operator()(const QJsonObject &object) { return bind(json(QJsonDocument(object))); }
+    int operator()(const QByteArray &bytes)
     {
         // A null pointer would bind NULL instead of an empty blob.
-        const char *data = bytes.isEmpty() ? "" : bytes.constData();
-        return sqlite3_bind_blob(statement, index, data, static_cast<int>(bytes.size()), SQLITE_STATIC);
+        kept = bytes;
+        const char *data = kept.isEmpty() ? "" : kept.constData();
+        return sqlite3_bind_blob(statement, index, data, static_cast<int>(kept.size()), SQLITE_STATIC);
     }
-    int operator()(const QByteArray &utf8, bool) const { return bindText(statement, index, utf8); }
+
+private:
+    int bind(const QByteArray &utf8)
+    {
+        kept = utf8;
+        return bindText(statement, index, kept);
+    }
 };
 
 QByteArray columnBytes(sqlite3_stmt *statement, int column)
@@ -177,8 +187,8 @@ Preferences::~Preferences()
 
 QString Preferences::defaultPath()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
-           + "/quillbar/preferences.sqlite"_L1;
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+           "/quillbar/preferences.sqlite"_L1;
 }
 
 QString Preferences::inMemory()
@@ -192,8 +202,9 @@ std::optional<PreferenceValue> Preferences::value(const QString &key) const
         return *it;
     if (!m_select)
         return std::nullopt;
+    const QByteArray name = key.toUtf8();
     const StatementUse use(m_select.get());
-    bindText(m_select.get(), 1, key.toUtf8());
+    bindText(m_select.get(), 1, name);
     if (sqlite3_step(m_select.get()) != SQLITE_ROW)
         return std::nullopt;
     return readRow(m_select.get());
@@ -220,10 +231,12 @@ bool Preferences::write(const QString &key, const PreferenceValue &value)
         return false;
     }
     sqlite3_stmt *statement = m_upsert.get();
+    const QByteArray name = key.toUtf8();
+    Binder binder{statement, 3};
     const StatementUse use(statement);
-    bindText(statement, 1, key.toUtf8());
+    bindText(statement, 1, name);
     sqlite3_bind_text(statement, 2, typeNames.at(value.index()), -1, SQLITE_STATIC);
-    std::visit(Binder{statement, 3}, value);
+    std::visit(binder, value);
     if (sqlite3_step(statement) == SQLITE_DONE)
         return true;
     qCWarning(lcPreferences, "Einstellung „%ls“ nicht gespeichert: %s", qUtf16Printable(key),

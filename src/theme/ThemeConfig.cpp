@@ -14,9 +14,10 @@ namespace {
 
 std::array<double, 12> numbers(const ThemeConfig &theme)
 {
-    return {theme.tint.r,       theme.tint.g,       theme.tint.b,       theme.tintStrength,
-            theme.darkness,     theme.blur,         theme.lightColor.r, theme.lightColor.g,
-            theme.lightColor.b, theme.lightsIntensity, theme.haloStrength, theme.textScale};
+    return {theme.tint.r,          theme.tint.g,       theme.tint.b,
+            theme.tintStrength,    theme.darkness,     theme.blur,
+            theme.lightColor.r,    theme.lightColor.g, theme.lightColor.b,
+            theme.lightsIntensity, theme.haloStrength, theme.textScale};
 }
 
 bool isEncodable(const ThemeConfig &theme)

@@ -41,7 +41,8 @@ private Q_SLOTS:
     {
         const auto theme = ThemeConfig::fromJson(sampleJson());
         QVERIFY(theme);
-        const ThemeConfig expected{true, {0.1, 0.2, 0.3}, 0.4, 0.5, 6, false, {0.7, 0.8, 0.9}, 0.11, false, 0.12, 1.3};
+        const ThemeConfig expected{true, {0.1, 0.2, 0.3}, 0.4,  0.5, 6, false, {0.7, 0.8, 0.9},
+                                   0.11, false,           0.12, 1.3};
         QCOMPARE(*theme, expected);
     }
 
@@ -62,7 +63,8 @@ private Q_SLOTS:
         const QStringList members = sampleJson().keys();
         for (const QString &member : members) {
             if (member != "textScale"_L1)
-                QTest::addRow("without %s", qPrintable(member)) << member << QJsonValue(QJsonValue::Undefined);
+                QTest::addRow("without %s", qPrintable(member))
+                    << member << QJsonValue(QJsonValue::Undefined);
         }
         QTest::newRow("frosted as a number") << u"frosted"_s << QJsonValue(1);
         QTest::newRow("blur as a boolean") << u"blur"_s << QJsonValue(true);

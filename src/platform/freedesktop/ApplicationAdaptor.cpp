@@ -1,7 +1,5 @@
 #include "platform/freedesktop/ApplicationAdaptor.h"
 
-#include "platform/freedesktop/SingleInstance.h"
-
 namespace randblatt {
 
 ApplicationAdaptor::ApplicationAdaptor(SingleInstance *instance)
@@ -23,9 +21,9 @@ void ApplicationAdaptor::Open(const QStringList &uris, const QVariantMap &)
     Q_EMIT m_instance->opened(urls);
 }
 
-void ApplicationAdaptor::ActivateAction(const QString &action_name, const QVariantList &, const QVariantMap &)
+void ApplicationAdaptor::ActivateAction(const QString &actionName, const QVariantList &, const QVariantMap &)
 {
-    Q_EMIT m_instance->actionActivated(action_name);
+    Q_EMIT m_instance->actionActivated(actionName);
 }
 
 } // namespace randblatt

@@ -1,16 +1,16 @@
 #pragma once
 
+#include "platform/freedesktop/SingleInstance.h"
+
 #include <QDBusAbstractAdaptor>
-#include <QUrl>
-#include <QVariant>
+#include <QStringList>
+#include <QVariantList>
+#include <QVariantMap>
 
 namespace randblatt {
 
-class SingleInstance;
-
-/// The interface by which launchers and other instances call the application (Desktop Entry Specification,
-/// "D-Bus Activation").
-class ApplicationAdaptor final : public QDBusAbstractAdaptor
+/// The interface org.freedesktop.Application on the bus; it tells the instance what it hears.
+class ApplicationAdaptor : public QDBusAbstractAdaptor
 {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
@@ -18,11 +18,11 @@ class ApplicationAdaptor final : public QDBusAbstractAdaptor
 public:
     explicit ApplicationAdaptor(SingleInstance *instance);
 
-public Q_SLOTS: // NOLINT(readability-redundant-access-specifiers): what is exported
-    void Activate(const QVariantMap &platform_data);
-    void Open(const QStringList &uris, const QVariantMap &platform_data);
-    void ActivateAction(const QString &action_name, const QVariantList &parameter,
-                        const QVariantMap &platform_data);
+public Q_SLOTS:
+    void Activate(const QVariantMap &platformData);
+    void Open(const QStringList &uris, const QVariantMap &platformData);
+    void ActivateAction(const QString &actionName, const QVariantList &parameter,
+                        const QVariantMap &platformData);
 
 private:
     SingleInstance *m_instance;

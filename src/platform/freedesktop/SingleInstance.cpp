@@ -6,8 +6,6 @@
 #include <QDBusMessage>
 #include <QLoggingCategory>
 
-#include <array>
-
 namespace randblatt {
 
 using namespace Qt::StringLiterals;
@@ -19,77 +17,78 @@ Q_LOGGING_CATEGORY(lcInstance, "quillbar.instance")
 constexpr auto busName = "com.randblatt.Quillbar"_L1;
 constexpr auto objectPath = "/com/randblatt/Quillbar"_L1;
 constexpr auto interfaceName = "org.freedesktop.Application"_L1;
-constexpr int timeoutInMilliseconds = 5000;
+constexpr int forwardMilliseconds = 5000;
 constexpr int attempts = 3;
 
-/// What the launcher handed this process, for the running one to come forward with.
+/// What the launcher handed this process so that the other one may come forward (Desktop Entry Specification,
+/// "D-Bus Activation").
 QVariantMap platformData()
 {
     QVariantMap data;
-    constexpr std::array<std::pair<const char *, const char *>, 2> entries{
-        {{"DESKTOP_STARTUP_ID", "desktop-startup-id"}, {"XDG_ACTIVATION_TOKEN", "activation-token"}}};
-    for (const auto &[variable, key] : entries) {
+    const auto add = [&](const QString &key, const char *variable) {
         if (const QString value = qEnvironmentVariable(variable); !value.isEmpty())
-            data.insert(QLatin1StringView(key), value);
-    }
+            data.insert(key, value);
+    };
+    add(u"desktop-startup-id"_s, "DESKTOP_STARTUP_ID");
+    add(u"activation-token"_s, "XDG_ACTIVATION_TOKEN");
     return data;
 }
 
 } // namespace
 
-SingleInstance::SingleInstance(const QDBusConnection &sessionBus, QObject *parent)
+SingleInstance::SingleInstance(const QDBusConnection &bus, QObject *parent)
     : QObject(parent)
-    , m_bus(sessionBus)
+    , m_bus(bus)
 {
     new ApplicationAdaptor(this);
 }
 
-bool SingleInstance::claim(const Request &request)
+SingleInstance::~SingleInstance()
 {
-    if (!m_bus.isConnected())
+    if (!m_owner)
+        return;
+    m_bus.unregisterService(busName);
+    m_bus.unregisterObject(objectPath);
+}
+
+bool SingleInstance::acquire(const QList<QUrl> &urls)
+{
+    if (!m_bus.isConnected()) {
+        qCInfo(lcInstance, "Kein Sitzungsbus: Quillbar läuft, ist von außen aber nicht erreichbar");
         return true;
-    // Before the name: whoever sees the name may call at once.
+    }
+    // The object is there before the name, so that nobody who waits for the name calls into nothing.
     m_bus.registerObject(objectPath, this, QDBusConnection::ExportAdaptors);
+    // If the other instance ends before it is told, the name is free again.
     for (int attempt = 0; attempt < attempts; ++attempt) {
-        const auto reply = m_bus.interface()->registerService(busName);
-        if (!reply.isValid()) {
-            qCWarning(lcInstance, "Name am Sitzungsbus nicht erhalten: %ls",
-                      qUtf16Printable(reply.error().message()));
+        m_owner = m_bus.registerService(busName);
+        if (m_owner)
             return true;
-        }
-        if (reply.value() == QDBusConnectionInterface::ServiceRegistered)
-            return true;
-        // If the other process ends in between, the name is free again.
-        if (forward(request))
+        if (forward(urls))
             break;
     }
     m_bus.unregisterObject(objectPath);
     return false;
 }
 
-bool SingleInstance::forward(const Request &request) const
+bool SingleInstance::forward(const QList<QUrl> &urls) const
 {
-    QString method = u"Activate"_s;
-    QVariantList arguments;
-    if (!request.urls.isEmpty()) {
-        method = u"Open"_s;
-        arguments.append(QUrl::toStringList(request.urls, QUrl::FullyEncoded));
-    } else if (!request.action.isEmpty()) {
-        method = u"ActivateAction"_s;
-        arguments = {request.action, QVariant::fromValue(QVariantList())};
-    }
-    arguments.append(platformData());
-    QDBusMessage call = QDBusMessage::createMethodCall(busName, objectPath, interfaceName, method);
-    call.setArguments(arguments);
+    QDBusMessage call = QDBusMessage::createMethodCall(busName, objectPath, interfaceName,
+                                                       urls.isEmpty() ? u"Activate"_s : u"Open"_s);
+    if (!urls.isEmpty())
+        call << QUrl::toStringList(urls, QUrl::FullyEncoded);
+    call << platformData();
     call.setAutoStartService(false);
-    const QDBusMessage reply = m_bus.call(call, QDBus::Block, timeoutInMilliseconds);
+    const QDBusMessage reply = m_bus.call(call, QDBus::Block, forwardMilliseconds);
     if (reply.type() != QDBusMessage::ErrorMessage)
         return true;
-    qCWarning(lcInstance, "Die laufende Anwendung antwortet nicht: %ls",
-              qUtf16Printable(reply.errorMessage()));
     const QString error = reply.errorName();
-    return error != "org.freedesktop.DBus.Error.ServiceUnknown"_L1 &&
-           error != "org.freedesktop.DBus.Error.NameHasNoOwner"_L1;
+    if (error == "org.freedesktop.DBus.Error.ServiceUnknown"_L1 ||
+        error == "org.freedesktop.DBus.Error.NameHasNoOwner"_L1)
+        return false;
+    qCWarning(lcInstance, "Das laufende Quillbar antwortet nicht: %ls",
+              qUtf16Printable(reply.errorMessage()));
+    return true;
 }
 
 } // namespace randblatt

@@ -5,42 +5,38 @@
 #include <QObject>
 #include <QUrl>
 
+#include <memory>
+
 namespace randblatt {
 
-/// Makes this process the application's only one in the session, and takes the requests of later processes
-/// and of the desktop's launchers.
-class SingleInstance final : public QObject
+/// Sees to it that one instance runs per session, and lets others talk to it: the first owns the bus name
+/// com.randblatt.Quillbar and answers org.freedesktop.Application (Desktop Entry Specification, "D-Bus
+/// Activation") at /com/randblatt/Quillbar.
+class SingleInstance : public QObject
 {
     Q_OBJECT
 
 public:
-    /// What a process was started for.
-    struct Request
-    {
-        /// To be opened; if there are none, `action`; if that is empty too, the application comes forward.
-        QList<QUrl> urls;
-        QString action;
-    };
+    explicit SingleInstance(const QDBusConnection &bus, QObject *parent = nullptr);
+    ~SingleInstance() override;
 
-    explicit SingleInstance(const QDBusConnection &sessionBus, QObject *parent = nullptr);
-
-    /// Takes the application's name on the bus. Returns true if this process is to run: from then on the
-    /// signals tell what others ask for, and `request` stays with the caller. Returns false if another
-    /// process runs already: it was handed the request, and this one is to exit. Without a session bus every
-    /// process runs. To be called before any window is made; may take seconds if the other process does not
-    /// answer.
-    [[nodiscard]] bool claim(const Request &request);
+    /// Claims the name; to be called before any window is made. Where another instance has it, that one is
+    /// told to open `urls`, or without any to show itself, and the result is false: the caller ends. Without
+    /// a session bus the caller runs, unreachable. May take seconds if the other instance does not answer.
+    [[nodiscard]] bool acquire(const QList<QUrl> &urls);
 
 Q_SIGNALS:
+    /// Somebody wants to see the application.
     void activated();
     void opened(const QList<QUrl> &urls);
     void actionActivated(const QString &name);
 
 private:
-    /// Whether the running process took the request.
-    [[nodiscard]] bool forward(const Request &request) const;
+    /// Whether there was an instance to forward to.
+    [[nodiscard]] bool forward(const QList<QUrl> &urls) const;
 
     QDBusConnection m_bus;
+    bool m_owner = false;
 };
 
 } // namespace randblatt

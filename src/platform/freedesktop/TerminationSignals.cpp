@@ -1,23 +1,27 @@
 #include "platform/freedesktop/TerminationSignals.h"
 
-#include <cerrno>
+#include <QLoggingCategory>
 
-#include <fcntl.h>
+#include <cerrno>
+#include <cstring>
+#include <sys/socket.h>
 #include <unistd.h>
 
 namespace randblatt {
 
 namespace {
 
-volatile std::sig_atomic_t writingEnd = -1;
+Q_LOGGING_CATEGORY(lcSignals, "quillbar.signals")
 
-// Nothing but a write is safe here; the event loop does the rest.
-void tellEventLoop(int)
+// A signal handler may do no more than write; the event loop reads at the other end.
+volatile std::sig_atomic_t writeEnd = -1;
+
+extern "C" void handleTermination(int)
 {
-    const int savedError = errno;
-    const char byte = 0;
-    [[maybe_unused]] const auto written = ::write(writingEnd, &byte, 1);
-    errno = savedError;
+    const int before = errno;
+    const char byte = 1;
+    [[maybe_unused]] const auto written = ::write(writeEnd, &byte, 1);
+    errno = before;
 }
 
 } // namespace
@@ -25,35 +29,37 @@ void tellEventLoop(int)
 TerminationSignals::TerminationSignals(QObject *parent)
     : QObject(parent)
 {
-    if (::pipe2(m_pipe.data(), O_CLOEXEC | O_NONBLOCK) != 0)
+    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, m_sockets.data()) != 0) {
+        qCWarning(lcSignals, "Signale werden nicht abgefangen: %s", std::strerror(errno));
         return;
-    writingEnd = m_pipe[1];
-    m_notifier = std::make_unique<QSocketNotifier>(m_pipe[0], QSocketNotifier::Read);
-    connect(m_notifier.get(), &QSocketNotifier::activated, this, [this] {
-        std::array<char, 16> drained;
-        while (::read(m_pipe[0], drained.data(), drained.size()) > 0) {
-        }
-        Q_EMIT terminationRequested();
-    });
-    struct sigaction action
-    {
-    };
-    action.sa_handler = tellEventLoop;
+    }
+    m_notifier = std::make_unique<QSocketNotifier>(m_sockets.at(1), QSocketNotifier::Read);
+    connect(m_notifier.get(), &QSocketNotifier::activated, this, &TerminationSignals::read);
+    writeEnd = m_sockets.at(0);
+    struct sigaction action = {};
+    action.sa_handler = &handleTermination;
     action.sa_flags = SA_RESTART;
-    for (std::size_t i = 0; i < handled.size(); ++i)
-        ::sigaction(handled[i], &action, &m_former[i]);
+    for (std::size_t i = 0; i < handledSignals.size(); ++i)
+        sigaction(handledSignals.at(i), &action, &m_former.at(i));
 }
 
 TerminationSignals::~TerminationSignals()
 {
     if (!m_notifier)
         return;
-    for (std::size_t i = 0; i < handled.size(); ++i)
-        ::sigaction(handled[i], &m_former[i], nullptr);
-    writingEnd = -1;
+    for (std::size_t i = 0; i < handledSignals.size(); ++i)
+        sigaction(handledSignals.at(i), &m_former.at(i), nullptr);
+    writeEnd = -1;
     m_notifier.reset();
-    ::close(m_pipe[0]);
-    ::close(m_pipe[1]);
+    for (const int socket : m_sockets)
+        ::close(socket);
+}
+
+void TerminationSignals::read()
+{
+    char byte = 0;
+    while (::read(m_sockets.at(1), &byte, 1) > 0)
+        Q_EMIT terminationRequested();
 }
 
 } // namespace randblatt

@@ -9,27 +9,27 @@
 
 namespace randblatt {
 
-/// Turns the operating system's requests to end (SIGTERM, SIGINT, SIGHUP) into a signal on the main thread.
-/// At most one object may exist at a time; with it the former handlers return.
-class TerminationSignals final : public QObject
+/// Turns SIGTERM, SIGINT and SIGHUP into a Qt signal, so that the application ends in good order. One object
+/// per process; the former handling comes back with its end.
+class TerminationSignals : public QObject
 {
     Q_OBJECT
 
 public:
     explicit TerminationSignals(QObject *parent = nullptr);
     ~TerminationSignals() override;
-    TerminationSignals(const TerminationSignals &) = delete;
-    TerminationSignals &operator=(const TerminationSignals &) = delete;
 
 Q_SIGNALS:
     void terminationRequested();
 
 private:
-    static constexpr std::array handled{SIGTERM, SIGINT, SIGHUP};
+    void read();
 
-    std::array<int, 2> m_pipe{-1, -1};
+    static constexpr std::array handledSignals{SIGTERM, SIGINT, SIGHUP};
+
+    std::array<int, 2> m_sockets{-1, -1};
     std::unique_ptr<QSocketNotifier> m_notifier;
-    std::array<struct sigaction, handled.size()> m_former{};
+    std::array<struct sigaction, handledSignals.size()> m_former{};
 };
 
 } // namespace randblatt

@@ -11,54 +11,49 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString watcherService = u"org.kde.StatusNotifierWatcher"_s;
-const QString watcherPath = u"/StatusNotifierWatcher"_s;
+constexpr auto serviceName = "org.kde.StatusNotifierWatcher"_L1;
+constexpr auto objectPath = "/StatusNotifierWatcher"_L1;
 
 } // namespace
 
-TrayHost::TrayHost(const QDBusConnection &sessionBus, QObject *parent)
+TrayHost::TrayHost(const QDBusConnection &bus, QObject *parent)
     : QObject(parent)
-    , m_bus(sessionBus)
-    , m_watcher(watcherService, sessionBus)
+    , m_bus(bus)
+    , m_watcher(serviceName, m_bus, QDBusServiceWatcher::WatchForOwnerChange)
 {
-    if (!m_bus.isConnected())
-        return;
     connect(&m_watcher, &QDBusServiceWatcher::serviceRegistered, this, &TrayHost::ask);
-    connect(&m_watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] { setNotifierHost(false); });
-    for (const auto &signal : {u"StatusNotifierHostRegistered"_s, u"StatusNotifierHostUnregistered"_s})
-        m_bus.connect(watcherService, watcherPath, watcherService, signal, this, SLOT(ask()));
+    connect(&m_watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] { set(m_hasHost, false); });
+    m_bus.connect(serviceName, objectPath, serviceName, u"StatusNotifierHostRegistered"_s, this, SLOT(ask()));
+    m_bus.connect(serviceName, objectPath, serviceName, u"StatusNotifierHostUnregistered"_s, this,
+                  SLOT(ask()));
     ask();
 }
 
-void TrayHost::setEmbeddingTray(bool exists)
+void TrayHost::setClassicTray(bool present)
 {
-    update(m_hasEmbeddingTray, exists);
+    set(m_hasClassicTray, present);
 }
 
 void TrayHost::ask()
 {
-    QDBusMessage call = QDBusMessage::createMethodCall(watcherService, watcherPath,
+    QDBusMessage call = QDBusMessage::createMethodCall(serviceName, objectPath,
                                                        u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
-    call.setArguments({watcherService, u"IsStatusNotifierHostRegistered"_s});
+    call << QString(serviceName) << u"IsStatusNotifierHostRegistered"_s;
+    // A watcher that is not there must not be started for the question.
     call.setAutoStartService(false);
     auto *pending = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
     connect(pending, &QDBusPendingCallWatcher::finished, this, [this, pending] {
-        pending->deleteLater();
         const QDBusPendingReply<QDBusVariant> reply = *pending;
-        setNotifierHost(reply.isValid() && reply.value().variant().toBool());
+        set(m_hasHost, reply.isValid() && reply.value().variant().toBool());
+        pending->deleteLater();
     });
 }
 
-void TrayHost::setNotifierHost(bool exists)
+void TrayHost::set(bool &member, bool value)
 {
-    update(m_hasNotifierHost, exists);
-}
-
-void TrayHost::update(bool &kind, bool exists)
-{
-    const bool wasAvailable = isAvailable();
-    kind = exists;
-    if (isAvailable() != wasAvailable)
+    const bool before = isAvailable();
+    member = value;
+    if (isAvailable() != before)
         Q_EMIT availableChanged();
 }
 

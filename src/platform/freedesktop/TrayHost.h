@@ -6,20 +6,18 @@
 
 namespace randblatt {
 
-/// Whether the desktop has a place for a tray icon. Qt decides once per process which kind of tray there is,
-/// when it is first asked; an icon is therefore to be made only after this object says that there is one.
-class TrayHost final : public QObject
+/// Tells when the desktop has a place for a tray icon. An icon that is made earlier may never appear.
+class TrayHost : public QObject
 {
     Q_OBJECT
 
 public:
-    explicit TrayHost(const QDBusConnection &sessionBus, QObject *parent = nullptr);
+    /// Watches for a StatusNotifier host on `bus` (freedesktop.org/KDE Status Notifier Specification).
+    explicit TrayHost(const QDBusConnection &bus, QObject *parent = nullptr);
 
-    [[nodiscard]] bool isAvailable() const { return m_hasNotifierHost || m_hasEmbeddingTray; }
-
-    /// Tells whether there is a tray of the older kind, which embeds windows; only the back end of the window
-    /// system knows.
-    void setEmbeddingTray(bool exists);
+    [[nodiscard]] bool isAvailable() const { return m_hasHost || m_hasClassicTray; }
+    /// Whether the desktop has a tray of the older kind, which the bus does not tell.
+    void setClassicTray(bool present);
 
 Q_SIGNALS:
     void availableChanged();
@@ -28,13 +26,12 @@ private Q_SLOTS:
     void ask();
 
 private:
-    void setNotifierHost(bool exists);
-    void update(bool &kind, bool exists);
+    void set(bool &member, bool value);
 
     QDBusConnection m_bus;
     QDBusServiceWatcher m_watcher;
-    bool m_hasNotifierHost = false;
-    bool m_hasEmbeddingTray = false;
+    bool m_hasHost = false;
+    bool m_hasClassicTray = false;
 };
 
 } // namespace randblatt

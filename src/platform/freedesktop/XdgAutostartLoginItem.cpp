@@ -3,12 +3,8 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QHash>
 #include <QSaveFile>
 #include <QStandardPaths>
-
-#include <algorithm>
-#include <utility>
 
 namespace randblatt {
 
@@ -16,108 +12,99 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Escapes a value of type string (Desktop Entry Specification, "Possible value types").
-QString stringValue(QString text)
+/// A value of type string: backslash is the escape character (Desktop Entry Specification, "Value types").
+QString escaped(QString text)
 {
-    text.replace(u'\\', u"\\\\"_s);
-    text.replace(u'\n', u"\\n"_s);
-    text.replace(u'\t', u"\\t"_s);
-    text.replace(u'\r', u"\\r"_s);
-    if (text.startsWith(u' '))
-        text.replace(0, 1, u"\\s"_s);
-    return text;
+    return text.replace(u'\\', "\\\\"_L1);
 }
 
-/// One argument of an Exec line (Desktop Entry Specification, "The Exec key"), not yet escaped as a string.
-QString execArgument(QString argument)
+/// One argument of an Exec line (Desktop Entry Specification, "The Exec key").
+QString quoted(const QString &argument)
 {
-    argument.replace(u'%', u"%%"_s);
-    const auto isPlain = [](QChar character) {
-        return character.isLetterOrNumber() || u"/._-+,:=@%"_s.contains(character);
-    };
-    if (!argument.isEmpty() && std::all_of(argument.cbegin(), argument.cend(), isPlain))
-        return argument;
-    QString quoted = u"\""_s;
-    for (const QChar character : std::as_const(argument)) {
-        if (u"\"`$\\"_s.contains(character))
-            quoted += u'\\';
-        quoted += character;
+    QString inner;
+    for (const QChar character : argument) {
+        if (character == u'"' || character == u'`' || character == u'$' || character == u'\\')
+            inner += u'\\';
+        inner += character == u'%' ? u"%%"_s : QString(character);
     }
-    return quoted + u'"';
+    return u'"' + inner + u'"';
 }
 
-/// The keys of the group [Desktop Entry], with their values as they are written.
-QHash<QString, QString> readEntry(const QString &path)
+/// The value of a key in the group of the desktop entry itself.
+QString value(const QString &entry, QLatin1StringView key)
 {
-    QFile file(path);
-    QHash<QString, QString> values;
-    if (!file.open(QFile::ReadOnly))
-        return values;
-    bool isInEntry = false;
-    const QStringList lines = QString::fromUtf8(file.readAll()).split(u'\n');
-    for (const QString &line : lines) {
-        if (line.startsWith(u'[')) {
-            isInEntry = line.trimmed() == "[Desktop Entry]"_L1;
-            continue;
-        }
-        const auto sign = line.indexOf(u'=');
-        if (isInEntry && sign > 0 && !line.startsWith(u'#'))
-            values.insert(line.first(sign).trimmed(), line.sliced(sign + 1).trimmed());
+    const auto lines = QStringView(entry).split(u'\n');
+    bool inGroup = false;
+    for (const QStringView line : lines) {
+        if (line.startsWith(u'['))
+            inGroup = line.trimmed() == "[Desktop Entry]"_L1;
+        const auto equals = line.indexOf(u'=');
+        if (inGroup && equals > 0 && line.first(equals).trimmed() == key)
+            return line.sliced(equals + 1).trimmed().toString();
     }
-    return values;
+    return {};
 }
 
 } // namespace
 
-XdgAutostartLoginItem::XdgAutostartLoginItem(const QString &folder, const QString &executable)
-    : m_path(folder + "/com.randblatt.Quillbar.desktop"_L1)
-    , m_executable(executable)
+XdgAutostartLoginItem::XdgAutostartLoginItem(QString executable)
+    : m_executable(std::move(executable))
 {
 }
 
-QString XdgAutostartLoginItem::defaultFolder()
+QString XdgAutostartLoginItem::entryPath()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + "/autostart"_L1;
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+           "/autostart/com.randblatt.Quillbar.desktop"_L1;
 }
 
 bool XdgAutostartLoginItem::isRegistered() const
 {
-    const QHash<QString, QString> entry = readEntry(m_path);
-    // The last is how GNOME's tools switch an entry off.
-    return entry.value(u"Exec"_s) == execValue() && entry.value(u"Hidden"_s) != "true"_L1 &&
-           entry.value(u"X-GNOME-Autostart-enabled"_s) != "false"_L1;
+    QFile file(entryPath());
+    if (!file.open(QFile::ReadOnly))
+        return false;
+    const QString stored = QString::fromUtf8(file.readAll());
+    // A desktop's own settings switch an entry off by hiding it.
+    return value(stored, "Hidden"_L1) != "true"_L1 &&
+           value(stored, "X-GNOME-Autostart-enabled"_L1) != "false"_L1 &&
+           value(stored, "Exec"_L1) == value(QString::fromUtf8(entry()), "Exec"_L1);
 }
 
 std::optional<QString> XdgAutostartLoginItem::registerItem()
 {
-    const QString folder = QFileInfo(m_path).absolutePath();
+    const QString path = entryPath();
+    const QString folder = QFileInfo(path).path();
     if (!QDir().mkpath(folder))
-        return u"Ordner %1 lässt sich nicht anlegen"_s.arg(folder);
-    const QString text = "[Desktop Entry]\n"_L1
-                         "Type=Application\n"_L1
-                         "Version=1.5\n"_L1
-                         "Name=Quillbar\n"_L1
-                         "Comment[de]=Seitenleiste am Bildschirmrand\n"_L1
-                         "Icon=com.randblatt.Quillbar\n"_L1
-                         "Exec="_L1 +
-                         execValue() + "\nTryExec="_L1 + stringValue(m_executable) + "\nTerminal=false\n"_L1;
-    QSaveFile file(m_path);
-    if (!file.open(QFile::WriteOnly) || file.write(text.toUtf8()) < 0 || !file.commit())
-        return u"%1 lässt sich nicht schreiben: %2"_s.arg(m_path, file.errorString());
+        return u"Der Ordner %1 lässt sich nicht anlegen."_s.arg(folder);
+    QSaveFile file(path);
+    if (!file.open(QFile::WriteOnly) || file.write(entry()) < 0 || !file.commit())
+        return u"%1 lässt sich nicht schreiben: %2"_s.arg(path, file.errorString());
     return std::nullopt;
 }
 
 std::optional<QString> XdgAutostartLoginItem::unregisterItem()
 {
-    QFile file(m_path);
+    QFile file(entryPath());
     if (file.exists() && !file.remove())
-        return u"%1 lässt sich nicht löschen: %2"_s.arg(m_path, file.errorString());
+        return u"%1 lässt sich nicht entfernen: %2"_s.arg(file.fileName(), file.errorString());
     return std::nullopt;
 }
 
-QString XdgAutostartLoginItem::execValue() const
+QByteArray XdgAutostartLoginItem::entry() const
 {
-    return stringValue(execArgument(m_executable));
+    return QStringList{
+        u"[Desktop Entry]"_s,
+        u"Type=Application"_s,
+        u"Name=Quillbar"_s,
+        u"Comment=Seitenleiste am Bildschirmrand"_s,
+        u"Exec="_s + escaped(quoted(m_executable)),
+        u"TryExec="_s + escaped(m_executable),
+        u"Icon=com.randblatt.Quillbar"_s,
+        u"Terminal=false"_s,
+        QString(),
+    }
+        .join(u'\n')
+        .toUtf8();
 }
 
 } // namespace randblatt

@@ -4,26 +4,25 @@
 
 namespace randblatt {
 
-/// A desktop entry in the user's autostart folder (Desktop Application Autostart Specification).
-///
-/// An entry that is hidden or switched off, or that starts another program, counts as not registered.
+/// Starts the application at login through an entry in the user's autostart folder (freedesktop.org Desktop
+/// Application Autostart Specification).
 class XdgAutostartLoginItem final : public LoginItem
 {
 public:
-    /// The entry lies in `folder` and starts `executable`, an absolute path.
-    XdgAutostartLoginItem(const QString &folder, const QString &executable);
+    /// The entry starts `executable`, an absolute path.
+    explicit XdgAutostartLoginItem(QString executable);
 
-    /// The user's autostart folder.
-    [[nodiscard]] static QString defaultFolder();
-
+    /// Whether the entry is there, not switched off, and starts this executable.
     [[nodiscard]] bool isRegistered() const override;
     std::optional<QString> registerItem() override;
     std::optional<QString> unregisterItem() override;
 
-private:
-    [[nodiscard]] QString execValue() const;
+    /// The entry's file.
+    [[nodiscard]] static QString entryPath();
 
-    QString m_path;
+private:
+    [[nodiscard]] QByteArray entry() const;
+
     QString m_executable;
 };
 

@@ -23,7 +23,8 @@ QImage SymbolProvider::requestImage(const QString &id, QSize *size, const QSize 
 {
     const QString name = id.section(u'/', 0, 0);
     const QColor color = QColor::fromString(u'#' + id.section(u'/', 1, 1));
-    const QImage drawn = image(name, color, requestedSize.width() > 0 ? requestedSize.width() : defaultExtent);
+    const QImage drawn =
+        image(name, color, requestedSize.width() > 0 ? requestedSize.width() : defaultExtent);
     if (drawn.isNull())
         qWarning("Symbol fehlt: %ls", qUtf16Printable(name));
     if (size != nullptr)

@@ -5,8 +5,8 @@
 namespace randblatt {
 
 /// Draws the symbols for QML: `image://symbol/<name>/<colour>` is the symbol of that name, tinted in the
-/// colour (`#AARRGGBB` without the `#`), in the requested size in pixels. An unknown name gives no image and a
-/// warning.
+/// colour (`#AARRGGBB` without the `#`), in the requested size in pixels. An unknown name gives no image and
+/// a warning.
 class SymbolProvider : public QQuickImageProvider
 {
 public:

@@ -42,14 +42,14 @@ private:
         return QDBusConnection::connectToBus(m_bus.address(), QString::number(++m_connections));
     }
 
-    /// Claims the name as a second process would, while this thread answers as the first. Returns whether the
-    /// second is to run.
-    bool claimMeanwhile(const SingleInstance::Request &request)
+    /// Starts as a second process would, while this thread answers as the first. Returns whether the second
+    /// is to run.
+    bool startMeanwhile(const QList<QUrl> &urls)
     {
         bool runs = true;
         const QDBusConnection second = connection();
         const std::unique_ptr<QThread> thread(
-            QThread::create([&] { runs = SingleInstance(second).claim(request); }));
+            QThread::create([&] { runs = SingleInstance(second).acquire(urls); }));
         thread->start();
         while (!thread->wait(QDeadlineTimer(1)))
             QCoreApplication::processEvents();
@@ -63,28 +63,23 @@ private Q_SLOTS:
         SingleInstance first(connection());
         QSignalSpy activated(&first, &SingleInstance::activated);
         QSignalSpy opened(&first, &SingleInstance::opened);
-        QSignalSpy actions(&first, &SingleInstance::actionActivated);
-        QVERIFY(first.claim({.urls = {}, .action = u"show"_s}));
-        QCOMPARE(actions.count(), 0);
+        QVERIFY(first.acquire({QUrl(u"randblatt://own"_s)}));
+        QCOMPARE(opened.count(), 0);
 
-        QVERIFY(!claimMeanwhile({}));
+        QVERIFY(!startMeanwhile({}));
         QCOMPARE(activated.count(), 1);
 
         const QUrl callback(u"randblatt://callback?code=a%26b&state=ü"_s);
-        QVERIFY(!claimMeanwhile({.urls = {callback}, .action = {}}));
+        QVERIFY(!startMeanwhile({callback}));
         QCOMPARE(opened.count(), 1);
         QCOMPARE(opened.first().first().value<QList<QUrl>>(), QList{callback});
-
-        QVERIFY(!claimMeanwhile({.urls = {}, .action = u"settings"_s}));
-        QCOMPARE(actions.count(), 1);
-        QCOMPARE(actions.first().first().toString(), u"settings"_s);
         QCOMPARE(activated.count(), 1);
     }
 
     void launchersCallItWithTheStandardsSignatures()
     {
         SingleInstance instance(connection());
-        QVERIFY(instance.claim({}));
+        QVERIFY(instance.acquire({}));
         QSignalSpy activated(&instance, &SingleInstance::activated);
         QSignalSpy opened(&instance, &SingleInstance::opened);
         QSignalSpy actions(&instance, &SingleInstance::actionActivated);
@@ -114,28 +109,28 @@ private Q_SLOTS:
     {
         {
             const QDBusConnection bus = connection();
-            QVERIFY(SingleInstance(bus).claim({}));
+            QVERIFY(SingleInstance(bus).acquire({}));
             QDBusConnection::disconnectFromBus(bus.name());
         }
         SingleInstance second(connection());
-        QVERIFY(second.claim({}));
+        QVERIFY(second.acquire({}));
     }
 
     void aProcessThatRefusesKeepsTheName()
     {
         // Owns the name, but answers no call: something has to give, and it is not the second window.
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"Die laufende Anwendung antwortet nicht"_s));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"Das laufende Quillbar antwortet nicht"_s));
         const QDBusConnection other = connection();
         QVERIFY(other.interface()->registerService(busName).value() ==
                 QDBusConnectionInterface::ServiceRegistered);
-        QVERIFY(!claimMeanwhile({}));
+        QVERIFY(!startMeanwhile({}));
         QDBusConnection::disconnectFromBus(other.name());
     }
 
     void runsWithoutASessionBus()
     {
         SingleInstance instance(QDBusConnection(u"never connected"_s));
-        QVERIFY(instance.claim({}));
+        QVERIFY(instance.acquire({}));
     }
 
     void cleanup()

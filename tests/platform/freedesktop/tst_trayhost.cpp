@@ -85,13 +85,13 @@ private Q_SLOTS:
         QTRY_VERIFY(tray.isAvailable());
     }
 
-    void anEmbeddingTrayDoesAsWell()
+    void aTrayOfTheOlderKindDoesAsWell()
     {
         TrayHost tray(QDBusConnection(u"never connected"_s));
         QSignalSpy changed(&tray, &TrayHost::availableChanged);
-        tray.setEmbeddingTray(true);
+        tray.setClassicTray(true);
         QVERIFY(tray.isAvailable());
-        tray.setEmbeddingTray(false);
+        tray.setClassicTray(false);
         QVERIFY(!tray.isAvailable());
         QCOMPARE(changed.count(), 2);
     }

@@ -1,0 +1,56 @@
+// How long a setting takes until it is on disk. Each figure is the time of one write; p50 and p99 are over all
+// writes of a run, in microseconds.
+
+#include "settings/Preferences.h"
+
+#include <QCoreApplication>
+#include <QTemporaryDir>
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <chrono>
+#include <vector>
+
+using namespace Qt::StringLiterals;
+using randblatt::Preferences;
+
+namespace {
+
+double percentile(std::vector<double> &sorted, double part)
+{
+    return sorted.at(static_cast<size_t>(part * static_cast<double>(sorted.size() - 1)));
+}
+
+/// Writes texts of state.range(0) characters that differ in one keystroke, as a scratch pad does.
+void writeText(benchmark::State &state)
+{
+    const QTemporaryDir folder;
+    Preferences preferences(folder.filePath(u"preferences.sqlite"_s));
+    QString text(state.range(0), u'x');
+    std::vector<double> microseconds;
+    qsizetype keystroke = 0;
+    for ([[maybe_unused]] auto iteration : state) {
+        text[keystroke++ % text.size()] = u'y';
+        const auto begin = std::chrono::steady_clock::now();
+        preferences.setValue(u"notesScratch"_s, text);
+        const std::chrono::duration<double, std::micro> taken = std::chrono::steady_clock::now() - begin;
+        microseconds.push_back(taken.count());
+    }
+    std::sort(microseconds.begin(), microseconds.end());
+    state.counters["p50_us"] = percentile(microseconds, 0.5);
+    state.counters["p99_us"] = percentile(microseconds, 0.99);
+}
+
+} // namespace
+
+BENCHMARK(writeText)->Arg(8)->Arg(100'000)->Iterations(2000)->Unit(benchmark::kMicrosecond);
+
+int main(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}

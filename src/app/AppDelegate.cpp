@@ -1,0 +1,138 @@
+#include "app/AppDelegate.h"
+
+#include "app/NotificationCenter.h"
+#include "platform/Desktop.h"
+#include "platform/PanelWindow.h"
+#include "settings/AppSettings.h"
+#include "settings/ModuleRegistry.h"
+#include "sidebar/HoverManager.h"
+#include "sidebar/SidebarUIState.h"
+
+#include <QLoggingCategory>
+
+#include <chrono>
+
+namespace randblatt {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+Q_LOGGING_CATEGORY(lcApp, "quillbar.app")
+
+// Dragging a slider changes the geometry many times; the panel is rebuilt once.
+constexpr auto geometryQuiet = 250ms;
+// How long a panel that nobody pointed at stays up.
+constexpr auto peekDuration = 2500ms;
+
+} // namespace
+
+AppDelegate::AppDelegate(Environment environment, QObject *parent)
+    : QObject(parent)
+    , m_environment(std::move(environment))
+{
+    m_geometryQuiet.setSingleShot(true);
+    m_geometryQuiet.setInterval(geometryQuiet);
+}
+
+AppDelegate::~AppDelegate() = default;
+
+void AppDelegate::applicationDidFinishLaunching()
+{
+    hoverManager().start();
+    m_environment.settings.reconcileLoginItem();
+    m_environment.notifications.addObserver(openSettingsNotification, this, [this] { showSettingsWindow(); });
+    subscribeToGeometry();
+    subscribeToVisibility();
+    peek();
+}
+
+void AppDelegate::showSidebar()
+{
+    showOnMainScreen();
+    hoverManager().hold(peekDuration);
+}
+
+void AppDelegate::hideSidebar()
+{
+    panelController().hide();
+}
+
+void AppDelegate::toggleSidebar()
+{
+    if (panelController().isVisible() && !panelController().isAnimatingOut())
+        hideSidebar();
+    else
+        showSidebar();
+}
+
+void AppDelegate::openSettings()
+{
+    m_environment.notifications.post(openSettingsNotification);
+}
+
+ModuleRegistry &AppDelegate::registry()
+{
+    if (!m_registry)
+        m_registry = std::make_unique<ModuleRegistry>(m_environment.settings, m_environment.makeModules());
+    return *m_registry;
+}
+
+SidebarPanelController &AppDelegate::panelController()
+{
+    if (!m_panelController)
+        m_panelController = std::make_unique<SidebarPanelController>(
+            m_environment.settings, m_environment.desktop, m_environment.panelFactory(registry()));
+    return *m_panelController;
+}
+
+HoverManager &AppDelegate::hoverManager()
+{
+    if (!m_hoverManager)
+        m_hoverManager = std::make_unique<HoverManager>(m_environment.settings, m_environment.desktop,
+                                                        m_environment.uiState, panelController());
+    return *m_hoverManager;
+}
+
+void AppDelegate::showSettingsWindow()
+{
+    qCInfo(lcApp, "Einstellungen angefordert");
+}
+
+void AppDelegate::showOnMainScreen()
+{
+    if (const auto screen = m_environment.desktop.mainScreen())
+        panelController().show(*screen);
+}
+
+void AppDelegate::subscribeToGeometry()
+{
+    for (const auto signal : {&AppSettings::panelWidthChanged, &AppSettings::panelHeightFractionChanged,
+                              &AppSettings::sidebarSideChanged})
+        connect(&m_environment.settings, signal, &m_geometryQuiet, qOverload<>(&QTimer::start));
+    connect(&m_geometryQuiet, &QTimer::timeout, this, [this] { panelController().tearDown(); });
+}
+
+void AppDelegate::subscribeToVisibility()
+{
+    const auto follow = [this] {
+        if (m_environment.settings.alwaysVisible())
+            showOnMainScreen();
+    };
+    connect(&m_environment.settings, &AppSettings::alwaysVisibleChanged, this, follow);
+    follow();
+}
+
+void AppDelegate::peek()
+{
+    showOnMainScreen();
+    if (m_environment.settings.alwaysVisible())
+        return;
+    hoverManager().hold(peekDuration);
+    QTimer::singleShot(peekDuration, this, [this] {
+        if (!hoverManager().keepsPanelUp())
+            panelController().hide();
+    });
+}
+
+} // namespace randblatt

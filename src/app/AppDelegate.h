@@ -1,0 +1,73 @@
+#pragma once
+
+#include "settings/SidebarModule.h"
+#include "sidebar/SidebarPanelController.h"
+
+#include <QObject>
+#include <QTimer>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace randblatt {
+
+class AppSettings;
+class Desktop;
+class HoverManager;
+class ModuleRegistry;
+class NotificationCenter;
+class SidebarUIState;
+
+/// What the running application consists of, made when it is first needed and exactly once, and how it
+/// starts. Everything lives until the process ends.
+class AppDelegate : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// What the delegate works with. References are borrowed and must outlive it.
+    struct Environment
+    {
+        AppSettings &settings;
+        SidebarUIState &uiState;
+        NotificationCenter &notifications;
+        Desktop &desktop;
+        std::function<std::vector<std::unique_ptr<SidebarModule>>()> makeModules;
+        /// Makes the maker of panels that show the given registry's modules.
+        std::function<SidebarPanelController::PanelFactory(ModuleRegistry &)> panelFactory;
+    };
+
+    explicit AppDelegate(Environment environment, QObject *parent = nullptr);
+    ~AppDelegate() override;
+
+    /// The start-up sequence; to be called once.
+    void applicationDidFinishLaunching();
+
+    /// Shows the panel on the main screen, if there is one, and leaves it there for a moment even though the
+    /// pointer is elsewhere.
+    void showSidebar();
+    void hideSidebar();
+    void toggleSidebar();
+    /// Posts the notification that opens the settings window.
+    void openSettings();
+
+    [[nodiscard]] ModuleRegistry &registry();
+    [[nodiscard]] SidebarPanelController &panelController();
+    [[nodiscard]] HoverManager &hoverManager();
+
+private:
+    void showSettingsWindow();
+    void showOnMainScreen();
+    void subscribeToGeometry();
+    void subscribeToVisibility();
+    void peek();
+
+    Environment m_environment;
+    std::unique_ptr<ModuleRegistry> m_registry;
+    std::unique_ptr<SidebarPanelController> m_panelController;
+    std::unique_ptr<HoverManager> m_hoverManager;
+    QTimer m_geometryQuiet;
+};
+
+} // namespace randblatt

@@ -1,0 +1,47 @@
+import QtQuick
+import QtQuick.Templates as T
+
+import Randblatt.Controls
+
+// One height preset of the quick settings.
+T.AbstractButton {
+    id: root
+
+    property color accent: "#8c73ff"
+
+    objectName: "heightChip"
+    implicitHeight: label.implicitHeight + 2 * 5
+    focusPolicy: Qt.TabFocus
+    Accessible.role: Accessible.RadioButton
+    Accessible.name: text
+    Accessible.checked: checked
+    Accessible.onPressAction: root.clicked()
+    Keys.onReturnPressed: root.clicked()
+    Keys.onEnterPressed: root.clicked()
+
+    contentItem: Text {
+        id: label
+
+        text: root.text
+        color: "white"
+        font.pixelSize: 11
+        font.weight: Font.Medium
+        horizontalAlignment: Text.AlignHCenter
+        verticalAlignment: Text.AlignVCenter
+    }
+
+    background: Rectangle {
+        radius: 7
+        color: root.checked ? Qt.rgba(root.accent.r, root.accent.g, root.accent.b, 0.5)
+                            : Qt.rgba(1, 1, 1, root.hovered ? 0.18 : 0.12)
+
+        FocusRing {
+            visible: root.visualFocus
+            accent: root.accent
+        }
+    }
+
+    HoverHandler {
+        cursorShape: Qt.PointingHandCursor
+    }
+}

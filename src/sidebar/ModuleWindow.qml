@@ -1,0 +1,176 @@
+import QtQuick
+
+import Randblatt.Controls
+import Randblatt.Settings
+import Randblatt.Theme
+
+// One card of the sidebar: the glass, a header with the module's symbol and title, and the module's view.
+FocusScope {
+    id: root
+
+    required property SidebarModule module
+    required property themeConfig config
+    required property real cardHeight
+    required property color tint
+    required property AppSettings settings
+    // The visible part of the sidebar, within which the quick settings stay.
+    required property Item viewport
+    property bool composited: true
+    property bool onScreen: true
+
+    readonly property bool showQuick: quick.shown
+    readonly property Item view: viewLoader.item as Item
+    readonly property CardAppearance appearance: CardAppearance {
+        textWhite: root.config.textWhite
+        textScale: root.limitedTextScale(root.config.textScale)
+    }
+
+    signal openSettingsRequested
+    // The quick settings of this card were opened or closed.
+    signal quickChanged(open: bool)
+
+    function setQuick(open: bool): void {
+        if (quick.shown === open)
+            return
+        quick.shown = open
+        root.quickChanged(open)
+        if (open)
+            quick.place()
+        else
+            root.forceActiveFocus()
+    }
+
+    function openQuickByKeyboard(): void {
+        root.setQuick(true)
+        quick.quickOverlay.takeFocus(Qt.TabFocusReason)
+    }
+
+    function limitedTextScale(scale: real): real {
+        const limited = Math.max(Math.min(scale, 1.6), 0.7)
+        return Math.abs(limited - 1) >= 0.001 ? limited : 1
+    }
+
+    objectName: "moduleWindow"
+    implicitHeight: cardHeight
+    height: cardHeight
+    // The quick settings of a low card reach over its neighbours.
+    z: quick.visible ? 1 : 0
+    Accessible.role: Accessible.Grouping
+    Accessible.name: module.title
+    Component.onDestruction: {
+        if (quick.shown)
+            root.quickChanged(false)
+    }
+
+    Keys.onMenuPressed: root.openQuickByKeyboard()
+    Keys.onPressed: event => {
+        if (event.key === Qt.Key_F10 && (event.modifiers & Qt.ShiftModifier)) {
+            root.openQuickByKeyboard()
+            event.accepted = true
+        }
+    }
+
+    ThemedGlass {
+        anchors.fill: parent
+        config: root.config
+        corner: 18
+        opaque: !root.composited
+        animated: root.onScreen
+
+        RightClickCatcher {
+            anchors.fill: parent
+            onAction: root.setQuick(true)
+        }
+
+        Halo {
+            anchors.fill: parent
+            clip: true
+            color: root.config.textWhite ? "black" : "white"
+            strength: root.config.haloStrength
+
+            Row {
+                id: header
+
+                x: Metrics.cardPadding
+                y: 11
+                spacing: 8
+
+                Symbol {
+                    anchors.verticalCenter: parent.verticalCenter
+                    name: root.module.systemImage
+                    size: Math.round(16 * root.appearance.textScale)
+                    color: root.appearance.foreground
+                }
+
+                CardText {
+                    objectName: "cardTitle"
+                    anchors.verticalCenter: parent.verticalCenter
+                    appearance: root.appearance
+                    text: root.module.title
+                    font.weight: Font.DemiBold
+                }
+            }
+
+            Loader {
+                id: viewLoader
+
+                anchors.top: header.bottom
+                anchors.topMargin: 8
+                anchors.left: parent.left
+                anchors.right: parent.right
+                anchors.bottom: parent.bottom
+                focus: true
+                Component.onCompleted: {
+                    const view = root.module.makeView()
+                    setSource(view.source, Object.assign({ appearance: root.appearance }, view.properties))
+                }
+            }
+        }
+    }
+
+    Loader {
+        id: quick
+
+        property bool shown: false
+        property real progress: shown ? 1 : 0
+
+        // Over the card, but wholly within what is seen of the sidebar.
+        function place(): void {
+            const top = root.mapToItem(root.viewport, 0, 0).y
+            const lowest = root.viewport.height - height - 8
+            y = Math.max(8, Math.min(top + 12, lowest)) - top
+            quickOverlay.takeFocus(Qt.MouseFocusReason)
+        }
+
+        readonly property QuickSettingsOverlay quickOverlay: item as QuickSettingsOverlay
+
+        anchors.horizontalCenter: parent.horizontalCenter
+        width: Math.min(298, root.width - 16)
+        active: shown || progress > 0.01
+        visible: active
+        opacity: Math.min(1, Math.max(0, progress))
+        transform: Translate {
+            y: (1 - quick.progress) * 18
+        }
+
+        // A spring of response 0.3 s and damping fraction 0.85, in this animation's unit of 16 ms steps.
+        Behavior on progress {
+            SpringAnimation {
+                spring: 7.0
+                damping: 0.57
+                epsilon: 0.004
+            }
+        }
+
+        sourceComponent: QuickSettingsOverlay {
+            module: root.module
+            settings: root.settings
+            cardHeight: root.cardHeight
+            onClose: root.setQuick(false)
+            onOpenSettingsRequested: {
+                root.setQuick(false)
+                root.openSettingsRequested()
+            }
+        }
+    }
+}

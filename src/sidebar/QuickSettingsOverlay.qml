@@ -1,0 +1,146 @@
+import QtQuick
+import QtQuick.Templates as T
+
+import Randblatt.Controls
+import Randblatt.Settings
+
+// A card's quick settings: the height presets, the module's own menu, and the way to all settings.
+T.Pane {
+    id: root
+
+    required property SidebarModule module
+    required property AppSettings settings
+    // The card's present height in points.
+    required property real cardHeight
+
+    readonly property color accent: Qt.rgba(0.55, 0.45, 1.0, 1.0)
+    readonly property var presets: [
+        { label: "Klein", height: 160 },
+        { label: "Mittel", height: 240 },
+        { label: "Groß", height: 360 },
+        { label: "XL", height: 480 }
+    ]
+
+    signal close
+    signal openSettingsRequested
+
+    // Gives the keyboard to the first control.
+    function takeFocus(reason: int): void {
+        chips.itemAt(0).forceActiveFocus(reason)
+    }
+
+    objectName: "quickSettings"
+    padding: 14
+    implicitWidth: 298
+    implicitHeight: contentItem.implicitHeight + 2 * padding
+    focusPolicy: Qt.NoFocus
+    Accessible.role: Accessible.Dialog
+    Accessible.name: "Optionen"
+    Keys.onEscapePressed: root.close()
+
+    contentItem: Column {
+        spacing: 10
+
+        Item {
+            width: parent.width
+            height: 20
+
+            Text {
+                anchors.verticalCenter: parent.verticalCenter
+                text: "Optionen"
+                color: "white"
+                font.pixelSize: 13
+                font.bold: true
+            }
+
+            PlainButton {
+                objectName: "closeQuickSettings"
+                anchors.right: parent.right
+                anchors.rightMargin: -reach
+                anchors.verticalCenter: parent.verticalCenter
+                text: "Schließen"
+                symbol: "xmark.circle.fill"
+                symbolSize: 15
+                color: Qt.rgba(1, 1, 1, 0.6)
+                onClicked: root.close()
+            }
+        }
+
+        Rectangle {
+            width: parent.width
+            height: 1
+            color: "white"
+            opacity: 0.16
+        }
+
+        Text {
+            text: "Höhe"
+            color: Qt.rgba(1, 1, 1, 0.6)
+            font.pixelSize: 11
+            font.weight: Font.DemiBold
+        }
+
+        Row {
+            id: chipRow
+
+            width: parent.width
+            spacing: 6
+
+            Repeater {
+                id: chips
+
+                model: root.presets
+
+                HeightChip {
+                    required property var modelData
+
+                    width: (chipRow.width - 3 * chipRow.spacing) / 4
+                    text: modelData.label
+                    checked: Math.abs(root.cardHeight - modelData.height) < 1.0
+                    accent: root.accent
+                    onClicked: root.settings.setHeight(modelData.height, root.module.id)
+                }
+            }
+        }
+
+        Loader {
+            width: parent.width
+            visible: item !== null
+            Component.onCompleted: {
+                const menu = root.module.makeQuickMenu()
+                if (menu.source.toString() !== "")
+                    setSource(menu.source, menu.properties)
+            }
+        }
+
+        Rectangle {
+            width: parent.width
+            height: 1
+            color: "white"
+            opacity: 0.16
+        }
+
+        PlainButton {
+            objectName: "allSettingsButton"
+            x: -reach
+            text: "Design & alle Einstellungen…"
+            symbol: "paintbrush"
+            showsText: true
+            onClicked: root.openSettingsRequested()
+        }
+    }
+
+    background: Rectangle {
+        radius: 16
+        color: Qt.rgba(0.12, 0.12, 0.2, 0.97)
+        border.width: 1
+        border.color: Qt.rgba(1, 1, 1, 0.18)
+
+        // Presses on the overlay's ground stay here.
+        MouseArea {
+            anchors.fill: parent
+            acceptedButtons: Qt.AllButtons
+            hoverEnabled: true
+        }
+    }
+}

@@ -1,0 +1,72 @@
+#include "sidebar/SidebarPanel.h"
+
+#include "platform/Desktop.h"
+#include "settings/AppSettings.h"
+#include "settings/ModuleRegistry.h"
+#include "sidebar/SidebarModel.h"
+#include "sidebar/SidebarUIState.h"
+
+#include <QPainterPath>
+#include <QQmlEngine>
+#include <QQmlProperty>
+#include <QQuickItem>
+
+namespace randblatt {
+
+using namespace Qt::StringLiterals;
+
+SidebarPanel::SidebarPanel(QQmlEngine &engine, AppSettings &settings, ModuleRegistry &registry,
+                           SidebarUIState &uiState, const Desktop &desktop)
+    : QQuickView(&engine, nullptr)
+    , m_uiState(uiState)
+    , m_desktop(desktop)
+    , m_model(new SidebarModel(settings, registry, this))
+{
+    QSurfaceFormat surfaceFormat = format();
+    surfaceFormat.setAlphaBufferSize(8);
+    setFormat(surfaceFormat);
+    setColor(Qt::transparent);
+    setTitle(u"Quillbar"_s);
+    setResizeMode(SizeRootObjectToView);
+    setInitialProperties({
+        {u"model"_s, QVariant::fromValue(m_model)},
+        {u"settings"_s, QVariant::fromValue(&settings)},
+        {u"uiState"_s, QVariant::fromValue(&uiState)},
+        {u"composited"_s, desktop.isComposited()},
+    });
+    setSource(QUrl(u"qrc:/qt/qml/Randblatt/Sidebar/SidebarView.qml"_s));
+    connect(rootObject(), SIGNAL(openSettingsRequested()), this, SIGNAL(openSettingsRequested()));
+    QQmlProperty(rootObject(), u"cardShapes"_s).connectNotifySignal(this, SLOT(applyShape()));
+    connect(&desktop, &Desktop::compositedChanged, this, &SidebarPanel::followCompositing);
+    applyShape();
+}
+
+SidebarPanel::~SidebarPanel()
+{
+    // The views go before the model that they show, and what they held open is open no longer.
+    delete rootObject();
+    m_uiState.setKeepOpen(false);
+}
+
+void SidebarPanel::followCompositing()
+{
+    rootObject()->setProperty("composited", m_desktop.isComposited());
+    applyShape();
+}
+
+void SidebarPanel::applyShape()
+{
+    if (m_desktop.isComposited()) {
+        setMask({});
+        return;
+    }
+    QPainterPath path;
+    const qreal radius = 18.0;
+    const auto shapes = rootObject()->property("cardShapes").toList();
+    for (const QVariant &shape : shapes)
+        path.addRoundedRect(shape.toRectF(), radius, radius);
+    // An empty mask would mean no mask at all; without cards the view is a single sheet.
+    setMask(path.isEmpty() ? QRegion() : QRegion(path.toFillPolygon().toPolygon()));
+}
+
+} // namespace randblatt

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QQuickView>
+
+namespace randblatt {
+
+class AppSettings;
+class Desktop;
+class ModuleRegistry;
+class SidebarModel;
+class SidebarUIState;
+
+/// The panel's window with its content, the sidebar view. How the desktop handles the window is the concern
+/// of whatever PanelWindow it is given to.
+class SidebarPanel : public QQuickView
+{
+    Q_OBJECT
+
+public:
+    /// Everything is borrowed and must outlive the panel.
+    SidebarPanel(QQmlEngine &engine, AppSettings &settings, ModuleRegistry &registry, SidebarUIState &uiState,
+                 const Desktop &desktop);
+    ~SidebarPanel() override;
+
+Q_SIGNALS:
+    /// A view asks for the settings window.
+    void openSettingsRequested();
+
+private Q_SLOTS:
+    /// Where nothing blends the window with what lies behind it, cuts the window to the shapes of the cards.
+    void applyShape();
+
+private:
+    void followCompositing();
+
+    SidebarUIState &m_uiState;
+    const Desktop &m_desktop;
+    SidebarModel *m_model;
+};
+
+} // namespace randblatt

@@ -1,0 +1,144 @@
+import QtQuick
+
+import Randblatt.Controls
+import Randblatt.Settings
+import Randblatt.Sidebar
+
+// The sidebar: the enabled modules' cards in a column that scrolls when it is taller than the panel.
+FocusScope {
+    id: root
+
+    required property SidebarModel model
+    required property AppSettings settings
+    required property SidebarUIState uiState
+    // Whether the desktop blends the panel with what lies behind it.
+    property bool composited: true
+
+    // The cards' places in the window, for a desktop that has to cut the window to them.
+    readonly property var cardShapes: {
+        const shapes = []
+        for (let i = 0; i < cards.count; ++i) {
+            const card = cards.itemAt(i)
+            if (card !== null)
+                shapes.push(Qt.rect(column.x, column.y + card.y - flickable.contentY, card.width, card.height))
+        }
+        return shapes
+    }
+    readonly property bool onScreen: Window.visibility !== Window.Hidden
+    // The card whose quick settings are open; null while none are.
+    property ModuleWindow quickCard: null
+
+    signal openSettingsRequested
+
+    // Scrolls until `item` is seen.
+    function reveal(item: Item): void {
+        const top = item.mapToItem(flickable.contentItem, 0, 0).y
+        const margin = 36
+        if (top < flickable.contentY)
+            flickable.contentY = Math.max(0, top - margin)
+        else if (top + item.height > flickable.contentY + flickable.height)
+            flickable.contentY = Math.min(flickable.contentHeight - flickable.height,
+                                          top + item.height + margin - flickable.height)
+    }
+
+    // One card at a time has its quick settings open; meanwhile the panel stays up.
+    function followQuick(card: ModuleWindow, open: bool): void {
+        if (open && quickCard !== null)
+            quickCard.setQuick(false)
+        if (open)
+            quickCard = card
+        else if (quickCard === card)
+            quickCard = null
+        uiState.keepOpen = open
+    }
+
+    // The first text field that takes what is typed while nothing has the keyboard.
+    function typingTarget(): Item {
+        for (let i = 0; i < cards.count; ++i) {
+            const card = cards.itemAt(i) as ModuleWindow
+            if (card !== null && card.view !== null && card.view.typingTarget)
+                return card.view.typingTarget
+        }
+        return null
+    }
+
+    function typeInto(target: Item, text: string): void {
+        target.forceActiveFocus(Qt.ShortcutFocusReason)
+        target.insert(target.cursorPosition, text)
+    }
+
+    focus: true
+    Accessible.role: Accessible.Pane
+    Accessible.name: "Quillbar"
+
+    Keys.onPressed: event => {
+        const typed = event.text.length > 0 && event.text.charCodeAt(0) > 0x20 && event.text.charCodeAt(0) !== 0x7f
+        const target = typed && !(event.modifiers & (Qt.ControlModifier | Qt.AltModifier)) ? root.typingTarget() : null
+        if (target !== null) {
+            root.typeInto(target, event.text)
+            event.accepted = true
+        }
+    }
+
+    Window.onActiveFocusItemChanged: {
+        const item = Window.activeFocusItem
+        if (item !== null && item !== root && root.onScreen)
+            root.reveal(item)
+    }
+
+    Shortcut {
+        sequence: "Ctrl+,"
+        onActivated: root.openSettingsRequested()
+    }
+
+    Flickable {
+        id: flickable
+
+        anchors.fill: parent
+        contentHeight: column.height + 2 * 36
+        flickableDirection: Flickable.VerticalFlick
+        boundsBehavior: Flickable.StopAtBounds
+        interactive: contentHeight > height
+        visible: root.model.count > 0
+
+        Column {
+            id: column
+
+            x: 14
+            y: 36
+            width: flickable.width - 2 * x
+            spacing: 12
+
+            Repeater {
+                id: cards
+
+                model: root.model
+
+                ModuleWindow {
+                    width: column.width
+                    settings: root.settings
+                    viewport: flickable
+                    composited: root.composited
+                    onScreen: root.onScreen
+                    onQuickChanged: open => root.followQuick(this, open)
+                    onOpenSettingsRequested: root.openSettingsRequested()
+                }
+            }
+        }
+    }
+
+    ScrollMark {
+        anchors.right: parent.right
+        anchors.rightMargin: 4
+        flickable: flickable
+    }
+
+    Loader {
+        anchors.centerIn: parent
+        active: root.model.count === 0
+
+        sourceComponent: SidebarEmptyState {
+            onOpenSettingsRequested: root.openSettingsRequested()
+        }
+    }
+}

@@ -1,0 +1,36 @@
+#version 440
+#extension GL_GOOGLE_include_directive : require
+#include "shape.glsl"
+
+layout(location = 0) in vec2 qt_TexCoord0;
+layout(location = 0) out vec4 fragColor;
+layout(std140, binding = 0) uniform buf {
+    mat4 qt_Matrix;
+    float qt_Opacity;
+    float corner;
+    float pixel;
+    float margin;
+    vec2 area;
+    float lowerOffset;
+    float glowRadius;
+    float lowerRadius;
+    vec4 glow;
+    vec4 lower;
+};
+
+// The blurred rectangle: each edge fades over the radius on both of its sides.
+float shade(vec2 point, float radius)
+{
+    vec2 inside = smoothstep(-radius, radius, point) * smoothstep(-radius, radius, area - point);
+    return inside.x * inside.y;
+}
+
+void main()
+{
+    vec2 point = qt_TexCoord0 * (area + 2.0 * margin) - margin;
+    vec4 upper = glow * shade(point, glowRadius);
+    vec4 below = lower * shade(point - vec2(0.0, lowerOffset), lowerRadius);
+    // Cut out under the card, so that the glass stays clear.
+    float outside = 1.0 - cardCoverage(cardEdge(point, area, corner).distance, pixel);
+    fragColor = (upper + below * (1.0 - upper.a)) * (outside * qt_Opacity);
+}
