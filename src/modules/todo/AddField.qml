@@ -1,4 +1,5 @@
 import QtQuick
+
 import Randblatt.Controls
 
 // The field for a new task; Return submits its text and empties it.
@@ -6,6 +7,8 @@ Rectangle {
     id: root
 
     required property CardAppearance appearance
+
+    readonly property Item input: field
 
     signal submitted(title: string)
 

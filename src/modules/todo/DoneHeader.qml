@@ -1,4 +1,5 @@
 import QtQuick
+
 import Randblatt.Controls
 
 // The header above the done tasks, with the button that deletes them all. The open tasks have none: for their
@@ -10,10 +11,11 @@ Item {
     // The group that follows, as the view tells it.
     required property string section
 
+    readonly property bool isDone: section === "1"
+
     signal cleared
 
-    visible: section === "1"
-    implicitHeight: visible ? Math.max(clearButton.implicitHeight, title.implicitHeight) + 2 * 4 : 0
+    implicitHeight: isDone ? Math.max(clearButton.implicitHeight, title.implicitHeight) + 2 * 5 : 0
 
     CardText {
         id: title
@@ -23,6 +25,7 @@ Item {
         anchors.leftMargin: Metrics.cardPadding
         anchors.right: clearButton.left
         anchors.verticalCenter: parent.verticalCenter
+        visible: root.isDone
         appearance: root.appearance
         size: Metrics.captionSize
         color: root.appearance.secondary
@@ -39,6 +42,7 @@ Item {
         anchors.right: parent.right
         anchors.rightMargin: Metrics.cardPadding - reach
         anchors.verticalCenter: parent.verticalCenter
+        visible: root.isDone
         text: "Löschen"
         textSize: Metrics.captionSize * root.appearance.textScale
         color: root.appearance.accent

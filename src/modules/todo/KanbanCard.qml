@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
+
 import Randblatt.Controls
 
 // A task of the board: its title and the button of its menu.
@@ -26,11 +27,14 @@ T.Control {
     bottomPadding: 8
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
     objectName: "kanbanCard"
-    focusPolicy: isTabStop ? Qt.StrongFocus : Qt.ClickFocus
+    focusPolicy: isTabStop || activeFocus ? Qt.TabFocus : Qt.NoFocus
 
     Accessible.role: Accessible.ListItem
     Accessible.name: title
 
+    // A card in the pool is only out of the picture; it must be gone for assistive tools as well.
+    ListView.onPooled: visible = false
+    ListView.onReused: visible = true
     onActiveFocusChanged: if (activeFocus)
         ListView.view.currentIndex = index
 
@@ -73,13 +77,17 @@ T.Control {
             symbolSize: 13 * root.appearance.textScale
             color: root.appearance.secondary
             accent: root.appearance.accent
-            focusPolicy: root.isTabStop ? Qt.TabFocus : Qt.NoFocus
+            focusPolicy: root.isTabStop || activeFocus ? Qt.TabFocus : Qt.NoFocus
             Accessible.role: Accessible.ButtonMenu
             onClicked: root.menuRequested(visualFocus)
         }
     }
 
     background: Item {
+        TapHandler {
+            onTapped: root.forceActiveFocus(Qt.MouseFocusReason)
+        }
+
         Rectangle {
             anchors.fill: parent
             anchors.leftMargin: Metrics.cardPadding

@@ -1,6 +1,8 @@
 import QtQuick
 import QtQuick.Templates as T
+
 import Randblatt.Controls
+import Randblatt.Todo
 
 // The menu of a card: the statuses, and the deletion.
 T.Menu {
@@ -32,47 +34,6 @@ T.Menu {
     margins: 8
     focus: true
 
-    component Entry: T.MenuItem {
-        id: entry
-
-        property string symbol
-        property color color: "white"
-
-        implicitHeight: label.implicitHeight + 2 * 6
-        width: ListView.view ? ListView.view.width : implicitWidth
-
-        contentItem: Item {
-            Symbol {
-                id: entrySymbol
-
-                x: 8
-                anchors.verticalCenter: parent.verticalCenter
-                name: entry.symbol
-                size: 14 * root.appearance.textScale
-                color: entry.color
-            }
-
-            Text {
-                id: label
-
-                anchors.left: entrySymbol.right
-                anchors.leftMargin: 8
-                anchors.right: parent.right
-                anchors.verticalCenter: parent.verticalCenter
-                text: entry.text
-                color: entry.color
-                font.pixelSize: Metrics.bodySize * root.appearance.textScale
-                elide: Text.ElideRight
-                textFormat: Text.PlainText
-            }
-        }
-
-        background: Rectangle {
-            radius: 6
-            color: Qt.rgba(1, 1, 1, entry.highlighted || entry.hovered ? 0.14 : 0)
-        }
-    }
-
     contentItem: ListView {
         implicitHeight: contentHeight
         model: root.contentModel
@@ -90,16 +51,17 @@ T.Menu {
     Instantiator {
         model: root.columns
 
-        delegate: Entry {
+        delegate: KanbanMenuEntry {
             required property TodoColumn modelData
 
             objectName: "menuItem-" + modelData.status
+            textScale: root.appearance.textScale
             text: modelData.label
             symbol: modelData.symbol
             onTriggered: root.statusChosen(modelData.status)
         }
 
-        onObjectAdded: (index, item) => root.insertItem(index, item as Entry)
+        onObjectAdded: (index, item) => root.insertItem(index, item as KanbanMenuEntry)
     }
 
     T.MenuSeparator {
@@ -119,8 +81,9 @@ T.Menu {
         }
     }
 
-    Entry {
+    KanbanMenuEntry {
         objectName: "menuItem-delete"
+        textScale: root.appearance.textScale
         text: "Löschen"
         symbol: "trash"
         color: "#ff6b6b"

@@ -1,5 +1,7 @@
 import QtQuick
+
 import Randblatt.Controls
+import Randblatt.Todo
 
 // A column of the board: a header and its tasks as cards.
 FocusScope {
@@ -94,6 +96,7 @@ FocusScope {
         CardText {
             id: label
 
+            objectName: "columnLabel"
             anchors.left: symbol.right
             anchors.leftMargin: Metrics.tightGap
             anchors.verticalCenter: parent.verticalCenter

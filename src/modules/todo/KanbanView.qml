@@ -1,5 +1,7 @@
 import QtQuick
+
 import Randblatt.Controls
+import Randblatt.Todo
 
 // The tasks as a board: a column per status, each as wide as the view, and pages to turn between them.
 FocusScope {

@@ -1,6 +1,8 @@
 import QtQuick
 import QtQuick.Templates as T
+
 import Randblatt.Controls
+import Randblatt.Todo
 
 // A scrolling list of tasks: one row is current and takes the keyboard, the arrow keys make another one current.
 // The rows are items that leave their focus to the list.
@@ -28,10 +30,6 @@ ListView {
 
     function hasKeyboardAt(index: int): bool {
         return activeFocus && index === currentIndex
-    }
-
-    function reveal(index: int): void {
-        positionViewAtIndex(Math.min(index, count - 1), ListView.Contain)
     }
 
     function step(event: KeyEvent, target: int): void {
@@ -67,9 +65,19 @@ ListView {
     Connections {
         target: root.tasks
 
-        // The view may hear of the new row only after this.
-        function onRowsInserted(parent, first, last) {
-            Qt.callLater(root.reveal, last)
+        function onRowsInserted(parent: var, first: int, last: int): void {
+            reveal.row = last
+            reveal.start()
         }
+    }
+
+    // Shows a new row, once the view has heard of it too.
+    Timer {
+        id: reveal
+
+        property int row: 0
+
+        interval: 0
+        onTriggered: root.positionViewAtIndex(Math.min(row, root.count - 1), ListView.Contain)
     }
 }

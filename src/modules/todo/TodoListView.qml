@@ -1,5 +1,7 @@
 import QtQuick
+
 import Randblatt.Controls
+import Randblatt.Todo
 
 // The tasks as a list: the open ones, then the done ones under a header.
 Item {

@@ -1,4 +1,5 @@
 import QtQuick
+
 import Randblatt.Controls
 import Randblatt.Settings
 

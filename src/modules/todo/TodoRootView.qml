@@ -1,6 +1,8 @@
 import QtQuick
+
 import Randblatt.Controls
 import Randblatt.Settings
+import Randblatt.Todo
 
 // The content of the to-do card: the field for new tasks above the list or the board.
 FocusScope {
@@ -14,6 +16,8 @@ FocusScope {
     // The TodoColumns of the board.
     required property var columns
 
+    // What takes the text that is typed while nothing has the keyboard.
+    readonly property Item typingTarget: addField.input
     readonly property bool showsBoard: settings.todoViewMode === "kanban"
 
     function turnPage(step: int): void {

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
+
 import Randblatt.Controls
 
 // A task of the list: its check mark, its title – or the field that changes it – and its delete button.
@@ -44,13 +45,19 @@ T.Control {
     topPadding: 6
     bottomPadding: 6
     implicitHeight: Math.max(24, implicitContentHeight + topPadding + bottomPadding)
+    objectName: "todoRow"
     hoverEnabled: true
-    focusPolicy: isCurrent ? Qt.StrongFocus : Qt.ClickFocus
+    focusPolicy: isCurrent || activeFocus ? Qt.TabFocus : Qt.NoFocus
 
     Accessible.role: Accessible.ListItem
     Accessible.name: title
 
-    ListView.onPooled: isEditing = false
+    // A row in the pool is only out of the picture; it must be gone for assistive tools as well.
+    ListView.onPooled: {
+        isEditing = false
+        visible = false
+    }
+    ListView.onReused: visible = true
     onActiveFocusChanged: if (activeFocus)
         ListView.view.currentIndex = index
 
@@ -83,7 +90,7 @@ T.Control {
             reach: root.reach
             color: root.done ? root.appearance.accent : root.appearance.secondary
             accent: root.appearance.accent
-            focusPolicy: root.isCurrent ? Qt.TabFocus : Qt.NoFocus
+            focusPolicy: root.isCurrent || activeFocus ? Qt.TabFocus : Qt.NoFocus
             Accessible.role: Accessible.CheckBox
             Accessible.checkable: true
             Accessible.checked: root.done
@@ -133,18 +140,27 @@ T.Control {
             enabled: root.isActive && !root.isEditing
             color: root.appearance.secondary
             accent: root.appearance.accent
-            focusPolicy: root.isCurrent ? Qt.TabFocus : Qt.NoFocus
+            focusPolicy: root.isCurrent || activeFocus ? Qt.TabFocus : Qt.NoFocus
             onClicked: root.deleted()
         }
     }
 
     background: Item {
+        TapHandler {
+            onTapped: {
+                if (!root.isEditing)
+                    root.forceActiveFocus(Qt.MouseFocusReason)
+            }
+        }
+
         Rectangle {
             anchors.fill: parent
             anchors.leftMargin: Metrics.cardPadding
             anchors.rightMargin: Metrics.cardPadding
             radius: Metrics.rowRadius
             color: root.appearance.alpha(root.hovered ? 0.05 : 0)
+            border.width: root.isEditing ? 1 : 0
+            border.color: root.appearance.accent
 
             FocusRing {
                 visible: root.visualFocus
@@ -161,12 +177,24 @@ T.Control {
             appearance: root.appearance
             Accessible.name: "Titel"
             onTextEdited: root.draft = text
-            onEditingFinished: root.finishEditing(true)
-            onAccepted: root.forceActiveFocus(Qt.ShortcutFocusReason)
+            onAccepted: {
+                root.finishEditing(true)
+                root.forceActiveFocus(Qt.ShortcutFocusReason)
+            }
+            // Not at once: the field must not go while the focus is on its way.
+            onEditingFinished: leaving.start()
             Keys.onEscapePressed: {
                 root.finishEditing(false)
                 root.forceActiveFocus(Qt.ShortcutFocusReason)
             }
+
+            Timer {
+                id: leaving
+
+                interval: 0
+                onTriggered: root.finishEditing(true)
+            }
+
             Component.onCompleted: {
                 text = root.draft
                 selectAll()

@@ -17,6 +17,8 @@ T.TextField {
     selectedTextColor: "white"
     selectByMouse: true
     verticalAlignment: TextInput.AlignVCenter
+    // As all other texts; a template would take the theme's font for text fields.
+    font.family: Qt.application.font.family
     font.pixelSize: Math.max(1, Math.round(size * appearance.textScale * 4) / 4)
 
     Accessible.role: Accessible.EditableText
