@@ -109,6 +109,7 @@ class VirtualDesktop:
         self.folder = Path(tempfile.mkdtemp(prefix="desktop-"))
         self._programs = []
         self._count = 0
+        self._window_manager = window_manager
         try:
             self._prepare_folders()
             self._start_server()
@@ -233,9 +234,14 @@ class VirtualDesktop:
     # --- windows
 
     def windows(self, pattern):
-        """The ids of the visible windows whose title matches the regular expression."""
+        """The ids of the visible windows whose title matches the regular expression; where a window manager
+        runs, of those that it manages."""
         found = self.run("xdotool", "search", "--onlyvisible", "--name", pattern, check=False)
-        return [int(line) for line in found.split()]
+        ids = [int(line) for line in found.split()]
+        if not self._window_manager:
+            return ids
+        managed = self.stacking()
+        return [window for window in ids if window in managed]
 
     def geometry(self, window):
         """(x, y, width, height) of a window without its frame, in pixels from the upper left corner."""
