@@ -47,6 +47,7 @@ RandblattApp::~RandblattApp() = default;
 
 void RandblattApp::start()
 {
+    preloadViews();
     m_delegate.applicationDidFinishLaunching();
     const auto followTray = [this] {
         if (m_backends.tray->isAvailable())
@@ -54,6 +55,19 @@ void RandblattApp::start()
     };
     connect(m_backends.tray.get(), &TrayHost::availableChanged, this, followTray);
     followTray();
+}
+
+// Another thread reads the views' documents while this one sets up the window and its graphics.
+void RandblattApp::preloadViews()
+{
+    const auto preload = [this](const QUrl &source) {
+        m_preloaded.push_back(
+            std::make_unique<QQmlComponent>(&m_engine, source, QQmlComponent::Asynchronous));
+    };
+    preload(SidebarPanel::viewSource());
+    const auto modules = m_delegate.registry().enabledModules();
+    for (const SidebarModule *module : modules)
+        preload(module->makeView().source);
 }
 
 void RandblattApp::connectMenu()

@@ -7,6 +7,7 @@
 #include "sidebar/MenuContent.h"
 #include "sidebar/StatusBarController.h"
 
+#include <QQmlComponent>
 #include <QQmlEngine>
 
 namespace randblatt {
@@ -28,6 +29,7 @@ public:
     void start();
 
 private:
+    void preloadViews();
     void connectMenu();
     void connectInstance(SingleInstance &instance);
     void runAction(const QString &name);
@@ -38,6 +40,7 @@ private:
     Backends m_backends;
     AppSettings m_settings;
     QQmlEngine m_engine;
+    std::vector<std::unique_ptr<QQmlComponent>> m_preloaded;
     AppDelegate m_delegate;
     MenuContent m_menu;
     StatusBarController m_statusBar;

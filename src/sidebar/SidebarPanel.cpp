@@ -41,7 +41,7 @@ SidebarPanel::SidebarPanel(QQmlEngine &engine, AppSettings &settings, ModuleRegi
         {u"uiState"_s, QVariant::fromValue(&uiState)},
         {u"composited"_s, desktop.isComposited()},
     });
-    setSource(QUrl(u"qrc:/qt/qml/Randblatt/Sidebar/SidebarView.qml"_s));
+    setSource(viewSource());
     connect(rootObject(), SIGNAL(openSettingsRequested()), this, SIGNAL(openSettingsRequested()));
     QQmlProperty(rootObject(), u"cardShapes"_s).connectNotifySignal(this, SLOT(applyShape()));
     connect(this, &QQuickWindow::frameSwapped, this, [] { qCDebug(lcPanel, "Bild gezeigt"); },
@@ -55,6 +55,11 @@ SidebarPanel::~SidebarPanel()
     // The views go before the model that they show, and what they held open is open no longer.
     delete rootObject();
     m_uiState.setKeepOpen(false);
+}
+
+QUrl SidebarPanel::viewSource()
+{
+    return QUrl(u"qrc:/qt/qml/Randblatt/Sidebar/SidebarView.qml"_s);
 }
 
 void SidebarPanel::followCompositing()
