@@ -158,8 +158,14 @@ private Q_SLOTS:
                               Qt::NoModifier, Qt::NoScrollPhase, false);
             QCoreApplication::sendEvent(&board.view->window(), &event);
         };
-        wheel({-120, 0});
+        const QQuickItem *pages = board.view->find(u"kanbanPages"_s);
+        // One swipe on a touchpad is one page, however far it goes.
+        for (int event = 0; event < 20; ++event)
+            wheel({-30, 0});
+        QCOMPARE(pages->property("currentIndex"), 1);
         QTRY_COMPARE(board.column(), u"In Arbeit"_s);
+        wheel({0, -120});
+        QCOMPARE(pages->property("currentIndex"), 1);
         wheel({120, 0});
         QTRY_COMPARE(board.column(), u"Offen"_s);
     }
