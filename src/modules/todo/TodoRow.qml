@@ -111,10 +111,6 @@ T.Control {
             wrapMode: Text.Wrap
             maximumLineCount: 3
             text: root.title
-
-            TapHandler {
-                onDoubleTapped: root.startEditing()
-            }
         }
 
         Loader {
@@ -151,6 +147,7 @@ T.Control {
                 if (!root.isEditing)
                     root.forceActiveFocus(Qt.MouseFocusReason)
             }
+            onDoubleTapped: root.startEditing()
         }
 
         Rectangle {
