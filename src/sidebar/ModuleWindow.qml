@@ -40,6 +40,11 @@ FocusScope {
             root.forceActiveFocus()
     }
 
+    function openQuickByKeyboard(): void {
+        root.setQuick(true)
+        quick.quickOverlay.takeFocus(Qt.TabFocusReason)
+    }
+
     function limitedTextScale(scale: real): real {
         const limited = Math.max(Math.min(scale, 1.6), 0.7)
         return Math.abs(limited - 1) >= 0.001 ? limited : 1
@@ -57,10 +62,10 @@ FocusScope {
             root.quickChanged(false)
     }
 
-    Keys.onMenuPressed: root.setQuick(true)
+    Keys.onMenuPressed: root.openQuickByKeyboard()
     Keys.onPressed: event => {
         if (event.key === Qt.Key_F10 && (event.modifiers & Qt.ShiftModifier)) {
-            root.setQuick(true)
+            root.openQuickByKeyboard()
             event.accepted = true
         }
     }
@@ -79,6 +84,7 @@ FocusScope {
 
         Halo {
             anchors.fill: parent
+            clip: true
             color: root.config.textWhite ? "black" : "white"
             strength: root.config.haloStrength
 
@@ -133,13 +139,12 @@ FocusScope {
             const top = root.mapToItem(root.viewport, 0, 0).y
             const lowest = root.viewport.height - height - 8
             y = Math.max(8, Math.min(top + 12, lowest)) - top
-            quickOverlay.takeFocus()
+            quickOverlay.takeFocus(Qt.MouseFocusReason)
         }
 
         readonly property QuickSettingsOverlay quickOverlay: item as QuickSettingsOverlay
 
         anchors.horizontalCenter: parent.horizontalCenter
-        anchors.verticalCenterOffset: 0
         width: Math.min(298, root.width - 16)
         active: shown || progress > 0.01
         visible: active

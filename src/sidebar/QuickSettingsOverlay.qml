@@ -25,8 +25,8 @@ T.Pane {
     signal openSettingsRequested
 
     // Gives the keyboard to the first control.
-    function takeFocus(): void {
-        chips.itemAt(0).forceActiveFocus(Qt.TabFocusReason)
+    function takeFocus(reason: int): void {
+        chips.itemAt(0).forceActiveFocus(reason)
     }
 
     objectName: "quickSettings"
@@ -70,7 +70,7 @@ T.Pane {
             width: parent.width
             height: 1
             color: "white"
-            opacity: 0.4 * 0.4
+            opacity: 0.16
         }
 
         Text {
@@ -117,7 +117,7 @@ T.Pane {
             width: parent.width
             height: 1
             color: "white"
-            opacity: 0.4 * 0.4
+            opacity: 0.16
         }
 
         PlainButton {

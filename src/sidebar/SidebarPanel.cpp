@@ -6,6 +6,7 @@
 #include "sidebar/SidebarModel.h"
 #include "sidebar/SidebarUIState.h"
 
+#include <QLoggingCategory>
 #include <QPainterPath>
 #include <QQmlEngine>
 #include <QQmlProperty>
@@ -14,6 +15,12 @@
 namespace randblatt {
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+Q_LOGGING_CATEGORY(lcPanel, "quillbar.panel")
+
+} // namespace
 
 SidebarPanel::SidebarPanel(QQmlEngine &engine, AppSettings &settings, ModuleRegistry &registry,
                            SidebarUIState &uiState, const Desktop &desktop)
@@ -37,6 +44,8 @@ SidebarPanel::SidebarPanel(QQmlEngine &engine, AppSettings &settings, ModuleRegi
     setSource(QUrl(u"qrc:/qt/qml/Randblatt/Sidebar/SidebarView.qml"_s));
     connect(rootObject(), SIGNAL(openSettingsRequested()), this, SIGNAL(openSettingsRequested()));
     QQmlProperty(rootObject(), u"cardShapes"_s).connectNotifySignal(this, SLOT(applyShape()));
+    connect(this, &QQuickWindow::frameSwapped, this, [] { qCDebug(lcPanel, "Bild gezeigt"); },
+            Qt::SingleShotConnection);
     connect(&desktop, &Desktop::compositedChanged, this, &SidebarPanel::followCompositing);
     applyShape();
 }

@@ -13,31 +13,43 @@ Item {
     // The lights drift; otherwise they stay where they are and cost nothing.
     property bool running: true
 
-    CardShader {
-        id: discs
+    readonly property real shownIntensity: intensity > 0 ? Math.min(intensity, 1) : 0
+    readonly property real shownBlur: blur > 0 ? Math.min(blur, 1000) : 0
+    // From the discs' first places, 0, to their second ones, 1.
+    property real drift: 0
+    // The discs move by a fifth of a point at a time: at their pace a finer motion looks the same, and the scene
+    // graph renders nothing between two steps.
+    readonly property real place: Math.round(drift * 160) / 160
 
-        readonly property color color: root.color
-        readonly property real intensity: root.intensity > 0 ? Math.min(root.intensity, 1) : 0
-        readonly property real blur: root.blur > 0 ? Math.min(root.blur, 1000) : 0
-        // From the discs' first places, 0, to their second ones, 1.
-        property real drift: 0
+    visible: shownIntensity > 0
 
-        objectName: "discs"
-        name: "lights"
-        corner: root.corner
-        visible: intensity > 0
+    SequentialAnimation on drift {
+        loops: Animation.Infinite
+        paused: !root.running || !root.visible || root.Window.visibility === Window.Hidden
 
-        SequentialAnimation on drift {
-            loops: Animation.Infinite
-            paused: !root.running || !discs.visible || root.Window.visibility === Window.Hidden
+        DriftAnimation {
+            to: 1
+        }
 
-            DriftAnimation {
-                to: 1
-            }
+        DriftAnimation {
+            to: 0
+        }
+    }
 
-            DriftAnimation {
-                to: 0
-            }
+    Repeater {
+        model: 5
+
+        CardShader {
+            required property int index
+            readonly property color color: root.color
+            readonly property real intensity: root.shownIntensity
+            readonly property real blur: root.shownBlur
+            readonly property real drift: root.place
+
+            name: drawn === CardShader.Interior ? "lights_inner" : "lights"
+            corner: root.corner
+            drawn: index
+            inside: Math.ceil(0.3 * root.corner) + 1
         }
     }
 

@@ -28,7 +28,7 @@ Item {
 
     Fill {
         objectName: "pane"
-        color: root.config.textWhite ? Qt.rgba(0.13, 0.13, 0.16, 0.5) : Qt.rgba(0.96, 0.96, 0.98, 0.55)
+        color: root.config.textWhite ? Qt.rgba(0.13, 0.13, 0.16, 0.62) : Qt.rgba(0.96, 0.96, 0.98, 0.62)
     }
 
     Fill {

@@ -13,8 +13,8 @@ Item {
     readonly property real intensity: limited(config.lightsIntensity)
     readonly property color tint: config.tint.color(config.tintStrength)
     readonly property color darkening: Qt.rgba(0, 0, 0, limited(config.darkness))
-    readonly property color material: config.textWhite ? Qt.rgba(0.13, 0.13, 0.16, 0.5)
-                                                       : Qt.rgba(0.96, 0.96, 0.98, 0.55)
+    readonly property color material: config.textWhite ? Qt.rgba(0.13, 0.13, 0.16, 0.62)
+                                                       : Qt.rgba(0.96, 0.96, 0.98, 0.62)
 
     function limited(value: real): real {
         return value > 0 ? Math.min(value, 1) : 0
@@ -22,16 +22,19 @@ Item {
 
     GlassShadow {
         objectName: "shadow"
+        anchors.fill: parent
         visible: !root.opaque
         corner: root.corner
         lightColor: root.config.lightColor.color()
         intensity: root.intensity
     }
 
-    Pane {
+    GlassPane {
         objectName: "base"
+        anchors.fill: parent
+        corner: root.corner
         visible: root.opaque
-        fill: root.config.textWhite ? "#26262c" : "#e9e9ee"
+        layers: [root.config.textWhite ? Qt.rgba(0.15, 0.15, 0.17, 1) : Qt.rgba(0.91, 0.91, 0.93, 1)]
     }
 
     Loader {
@@ -48,26 +51,12 @@ Item {
         }
     }
 
-    Pane {
+    GlassPane {
         objectName: "pane"
-        fill: root.config.frosted ? root.material : "transparent"
-        lower: root.config.frosted ? root.tint : root.darkening
-        upper: root.config.frosted ? root.darkening : root.tint
+        anchors.fill: parent
+        corner: root.corner
+        layers: root.config.frosted ? [root.material, root.tint, root.darkening] : [root.darkening, root.tint]
         sheen: root.config.frosted ? 0.14 : 0
         rim: root.config.frosted ? 0 : 1
-    }
-
-    // Three colours over one another, bottom to top, and light on them.
-    component Pane: CardShader {
-        property color fill: "transparent"
-        property color lower: "transparent"
-        property color upper: "transparent"
-        // Opacity of the white that falls from the top edge to the centre.
-        property real sheen: 0
-        // How much light the rim catches, 0…1.
-        property real rim: 0
-
-        name: "pane"
-        corner: root.corner
     }
 }

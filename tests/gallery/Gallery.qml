@@ -72,6 +72,7 @@ Item {
 
         Look {
             caption: "Textgröße 1,6, Halo 1"
+            brief: true
             config.textScale: 1.6
             config.haloStrength: 1
         }
@@ -108,8 +109,8 @@ Item {
         x: 60
         y: 56 + 3 * (190 + 46)
         width: 978
-        height: 96
-        compact: true
+        height: 120
+        brief: true
         caption: "Breiter als hoch, Beleuchtung"
         config.lightsIntensity: 0.6
         config.darkness: 0.2

@@ -9,7 +9,7 @@ Item {
     required property string caption
     property themeConfig config
     // Only the first lines.
-    property bool compact: false
+    property bool brief: false
     property bool opaque: false
 
     readonly property color foreground: config.textWhite ? "white" : "black"
@@ -103,8 +103,8 @@ Item {
                 }
 
                 Repeater {
-                    model: root.compact ? []
-                                        : ["Angebot für die Werkstatt schreiben", "Fahrrad zur Inspektion"]
+                    model: root.brief ? ["Fahrrad zur Inspektion"]
+                                      : ["Angebot für die Werkstatt schreiben", "Fahrrad zur Inspektion"]
 
                     Row {
                         id: task
@@ -130,7 +130,7 @@ Item {
                 }
 
                 CardText {
-                    visible: !root.compact
+                    visible: !root.brief
                     appearance: look
                     size: Metrics.captionSize
                     text: "Erledigt · gestern, 14:00 – 15:30"

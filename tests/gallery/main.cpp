@@ -8,6 +8,8 @@ using namespace Qt::StringLiterals;
 
 int main(int argc, char **argv)
 {
+    // Sub-pixel text needs to know what lies behind it, which a translucent window does not.
+    qputenv("QSG_DISTANCEFIELD_ANTIALIASING", "gray");
     const QGuiApplication application(argc, argv);
     QQuickView view;
     view.engine()->addImportPath(u"qrc:/qt/qml"_s);

@@ -9,8 +9,8 @@ layout(std140, binding = 0) uniform buf {
     float qt_Opacity;
     float corner;
     float pixel;
-    float margin;
     vec2 area;
+    vec4 piece;
     vec4 topColor;
     vec4 middleColor;
     vec4 bottomColor;
@@ -18,7 +18,7 @@ layout(std140, binding = 0) uniform buf {
 
 void main()
 {
-    vec2 point = qt_TexCoord0 * (area + 2.0 * margin) - margin;
+    vec2 point = piece.xy + qt_TexCoord0 * piece.zw;
     float distance = cardEdge(point, area, corner).distance;
     // One point wide, wholly inside the shape.
     float stroke = cardCoverage(distance, pixel) * (1.0 - cardCoverage(distance + 1.0, pixel));

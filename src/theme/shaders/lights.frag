@@ -9,35 +9,36 @@ layout(std140, binding = 0) uniform buf {
     float qt_Opacity;
     float corner;
     float pixel;
-    float margin;
     vec2 area;
+    vec4 piece;
     float blur;
     float intensity;
     float drift;
     vec4 color;
 };
 
-// What a disc lets through of what lies under it. A Gaussian blur spreads its edge over about 1.9 times the
-// radius of the blur.
-float through(vec2 point, float opacity, float diameter, vec2 from, vec2 to)
+// What a disc lets through of what lies under it; `sharpness` is the slope of its edge.
+float through(vec2 fromCentre, float radius, float opacity, float sharpness)
 {
-    float distance = length(point - mix(from, to, drift)) - 0.5 * diameter;
-    float softness = max(1.88 * blur, 0.5 * pixel);
-    return 1.0 - opacity * (1.0 - smoothstep(-softness, softness, distance));
+    float outwards = clamp((length(fromCentre) - radius) * sharpness + 0.5, 0.0, 1.0);
+    float covered = 1.0 - outwards * outwards * (3.0 - 2.0 * outwards);
+    return 1.0 - opacity * covered;
 }
 
 void main()
 {
-    vec2 point = qt_TexCoord0 * (area + 2.0 * margin) - margin;
-    float d = 0.9 * max(area.x, area.y);
-    float dark = through(point, 1.0, 1.1 * d, area * vec2(0.16, 0.16) + vec2(-16.0, -12.0),
-                         area * vec2(0.16, 0.16) + vec2(16.0, 12.0))
-        * through(point, 0.85, d, area * vec2(0.95, 0.10) + vec2(14.0, -16.0),
-                  area * vec2(0.95, 0.10) + vec2(-14.0, 16.0))
-        * through(point, 0.85, d, area * vec2(0.08, 0.96) + vec2(-16.0, 14.0),
-                  area * vec2(0.08, 0.96) + vec2(16.0, -14.0))
-        * through(point, 0.75, 0.9 * d, area * vec2(0.96, 0.95) + vec2(14.0, 12.0),
-                  area * vec2(0.96, 0.95) + vec2(-14.0, -12.0));
-    float inside = cardCoverage(cardEdge(point, area, corner).distance, pixel);
-    fragColor = color * ((1.0 - dark) * intensity * inside * qt_Opacity);
+    vec2 point = piece.xy + qt_TexCoord0 * piece.zw;
+    float radius = 0.45 * max(area.x, area.y);
+    // A Gaussian blur spreads an edge over about 1.9 times its radius, to both sides.
+    float sharpness = 0.5 / max(1.88 * blur, 0.5 * pixel);
+    float swing = 2.0 * drift - 1.0;
+    float dark = through(point - area * vec2(0.16, 0.16) - swing * vec2(16.0, 12.0), 1.1 * radius, 1.0, sharpness)
+        * through(point - area * vec2(0.95, 0.10) - swing * vec2(-14.0, 16.0), radius, 0.85, sharpness)
+        * through(point - area * vec2(0.08, 0.96) - swing * vec2(16.0, -14.0), radius, 0.85, sharpness)
+        * through(point - area * vec2(0.96, 0.95) - swing * vec2(-14.0, -12.0), 0.9 * radius, 0.75, sharpness);
+    float light = (1.0 - dark) * intensity * qt_Opacity;
+#ifndef INNER
+    light *= cardCoverage(cardEdge(point, area, corner).distance, pixel);
+#endif
+    fragColor = color * light;
 }

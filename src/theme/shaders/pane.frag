@@ -9,22 +9,15 @@ layout(std140, binding = 0) uniform buf {
     float qt_Opacity;
     float corner;
     float pixel;
-    float margin;
     vec2 area;
+    vec4 piece;
     float sheen;
     float rim;
-    vec4 fill;
-    vec4 lower;
-    vec4 upper;
+    vec4 color;
 };
 
 const vec2 lightDirection = vec2(-0.55, -0.835);
 const float rimDepth = 14.0;
-
-vec4 over(vec4 top, vec4 below)
-{
-    return top + below * (1.0 - top.a);
-}
 
 // Light caught along the rim: a soft inner glow and a narrow line, on the side of the light; a faint one where
 // it leaves the pane.
@@ -40,9 +33,8 @@ float rimLight(CardEdge edge)
 
 void main()
 {
-    vec2 point = qt_TexCoord0 * (area + 2.0 * margin) - margin;
+    vec2 point = piece.xy + qt_TexCoord0 * piece.zw;
     CardEdge edge = cardEdge(point, area, corner);
-    vec4 pane = over(upper, over(lower, fill));
     float light = sheen * clamp(1.0 - 2.0 * point.y / area.y, 0.0, 1.0) + rim * rimLight(edge);
-    fragColor = over(vec4(light), pane) * (cardCoverage(edge.distance, pixel) * qt_Opacity);
+    fragColor = (color * (1.0 - light) + light) * (cardCoverage(edge.distance, pixel) * qt_Opacity);
 }

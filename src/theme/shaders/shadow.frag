@@ -9,8 +9,8 @@ layout(std140, binding = 0) uniform buf {
     float qt_Opacity;
     float corner;
     float pixel;
-    float margin;
     vec2 area;
+    vec4 piece;
     float lowerOffset;
     float glowRadius;
     float lowerRadius;
@@ -27,7 +27,7 @@ float shade(vec2 point, float radius)
 
 void main()
 {
-    vec2 point = qt_TexCoord0 * (area + 2.0 * margin) - margin;
+    vec2 point = piece.xy + qt_TexCoord0 * piece.zw;
     vec4 upper = glow * shade(point, glowRadius);
     vec4 below = lower * shade(point - vec2(0.0, lowerOffset), lowerRadius);
     // Cut out under the card, so that the glass stays clear.

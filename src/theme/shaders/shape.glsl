@@ -1,8 +1,8 @@
 // The card shape: a rectangle whose corners ease into the straight edges, so that their curvature has no step.
-// Each corner is a superellipse. The exponent lets its diagonal meet that of a circle of radius `corner`.
+// Each corner is a superellipse of the fourth degree, which needs no powers but square roots; its diagonal meets
+// that of a circle of radius `corner`.
 
-const float cornerReach = 1.5287;
-const float cornerExponent = 3.26;
+const float cornerReach = 1.841;
 
 struct CardEdge
 {
@@ -22,13 +22,13 @@ CardEdge cardEdge(vec2 point, vec2 area, float corner)
     vec2 fromMiddle = point - middle;
     vec2 beyond = abs(fromMiddle) - (middle - edge.reach);
     vec2 inCorner = max(beyond, 0.0) / edge.reach;
-    vec2 slope = pow(inCorner, vec2(cornerExponent - 1.0));
-    float sum = dot(inCorner, slope);
-    float norm = pow(sum, 1.0 / cornerExponent);
+    vec2 square = inCorner * inCorner;
+    vec2 slope = square * inCorner;
     float slopeLength = max(length(slope), 1e-5);
+    float norm = sqrt(length(square));
     // The norm grows more slowly along the diagonal; divided by its gradient it measures points everywhere.
-    float gradient = clamp(slopeLength * norm / max(sum, 1e-6), 0.87, 1.0);
-    edge.distance = edge.reach * (norm - 1.0) / gradient + min(max(beyond.x, beyond.y), 0.0);
+    float stretch = clamp(norm * norm * norm / slopeLength, 1.0, 1.2);
+    edge.distance = edge.reach * (norm - 1.0) * stretch + min(max(beyond.x, beyond.y), 0.0);
     edge.normal = sign(fromMiddle) * slope / slopeLength;
     return edge;
 }

@@ -1,0 +1,35 @@
+#include "app/RandblattApp.h"
+#include "platform/freedesktop/SingleInstance.h"
+#include "platform/freedesktop/TerminationSignals.h"
+
+#include <QApplication>
+#include <QDBusConnection>
+#include <QUrl>
+
+using namespace Qt::StringLiterals;
+
+int main(int argc, char **argv)
+{
+    QApplication::setApplicationName(u"quillbar"_s);
+    QApplication::setApplicationDisplayName(u"Quillbar"_s);
+    QApplication::setApplicationVersion(QLatin1StringView(QUILLBAR_VERSION));
+    QApplication::setDesktopFileName(u"com.randblatt.Quillbar"_s);
+    QApplication application(argc, argv);
+    application.setQuitOnLastWindowClosed(false);
+
+    // The name is ours before any window is made; a second start only tells the first about itself.
+    randblatt::SingleInstance instance(QDBusConnection::sessionBus());
+    QList<QUrl> urls;
+    const QStringList arguments = application.arguments().mid(1);
+    for (const QString &argument : arguments)
+        urls.append(QUrl(argument));
+    if (!instance.acquire(urls))
+        return 0;
+
+    const randblatt::TerminationSignals termination;
+    QObject::connect(&termination, &randblatt::TerminationSignals::terminationRequested, &application,
+                     &QCoreApplication::quit);
+    randblatt::RandblattApp app(instance);
+    app.start();
+    return application.exec();
+}
