@@ -16,7 +16,7 @@ T.AbstractButton {
     // Both halves lie on whole pixels.
     readonly property int halfSize: Math.round(6 * appearance.textScale)
 
-    implicitWidth: halfSize + Metrics.cardPadding
+    implicitWidth: halfSize + Metrics.cardPadding + 1
     implicitHeight: 24
     focusPolicy: isReachable || activeFocus ? Qt.TabFocus : Qt.NoFocus
     opacity: !enabled ? 0.35 : down ? 0.6 : 1
@@ -30,7 +30,7 @@ T.AbstractButton {
 
     contentItem: Item {
         Item {
-            x: root.step > 0 ? 0 : parent.width - width
+            x: root.step > 0 ? 1 : parent.width - width - 1
             anchors.verticalCenter: parent.verticalCenter
             width: root.halfSize
             height: 2 * root.halfSize

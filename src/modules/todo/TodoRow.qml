@@ -111,10 +111,6 @@ T.Control {
             wrapMode: Text.Wrap
             maximumLineCount: 3
             text: root.title
-
-            TapHandler {
-                onDoubleTapped: root.startEditing()
-            }
         }
 
         Loader {
@@ -151,6 +147,7 @@ T.Control {
                 if (!root.isEditing)
                     root.forceActiveFocus(Qt.MouseFocusReason)
             }
+            onDoubleTapped: root.startEditing()
         }
 
         Rectangle {
@@ -172,33 +169,14 @@ T.Control {
     Component {
         id: editor
 
-        PlainTextField {
-            objectName: "rowEditor"
+        RowEditor {
             appearance: root.appearance
-            Accessible.name: "Titel"
+            text: root.draft
             onTextEdited: root.draft = text
-            onAccepted: {
-                root.finishEditing(true)
-                root.forceActiveFocus(Qt.ShortcutFocusReason)
-            }
-            // Not at once: the field must not go while the focus is on its way.
-            onEditingFinished: leaving.start()
-            Keys.onEscapePressed: {
-                root.finishEditing(false)
-                root.forceActiveFocus(Qt.ShortcutFocusReason)
-            }
-
-            Timer {
-                id: leaving
-
-                interval: 0
-                onTriggered: root.finishEditing(true)
-            }
-
-            Component.onCompleted: {
-                text = root.draft
-                selectAll()
-                forceActiveFocus(Qt.OtherFocusReason)
+            onFinished: (renames, byKey) => {
+                root.finishEditing(renames)
+                if (byKey)
+                    root.forceActiveFocus(Qt.ShortcutFocusReason)
             }
         }
     }
