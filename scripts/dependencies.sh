@@ -17,7 +17,7 @@ packages_runtime=(
 )
 
 packages_virtual_desktop=(
-    xvfb openbox picom xdotool maim hsetroot x11-utils x11-xserver-utils x11-xkb-utils
+    xvfb openbox picom xdotool maim hsetroot x11-utils x11-xserver-utils x11-xkb-utils xterm
     dbus libglib2.0-bin python3 python3-pil fonts-inter fonts-noto-core
 )
 

@@ -115,7 +115,9 @@ class Tour:
     # --- the stations
 
     def first_start(self):
+        before = self.desktop.screenshot()
         self.start()
+        wait_for(lambda: self.desktop.screenshot() != before, message="nothing to see")
         self.settle()
         self.shot("erster-start")
         self.leave()
@@ -175,8 +177,9 @@ class Tour:
 
     def gallery(self):
         program = self.desktop.start([str(self.executables / "quillbar-gallery")])
-        wait_for(lambda: self.desktop.windows("."), message=lambda: "no gallery: " + program.log)
-        self.settle(1.0)
+        before = self.desktop.screenshot()
+        wait_for(lambda: self.desktop.screenshot() != before, message=lambda: "no gallery: " + program.log)
+        self.settle(1.5)
         self.shot("galerie")
         program.terminate()
 
