@@ -23,8 +23,9 @@ Item {
 
     visible: shownIntensity > 0
 
-    SequentialAnimation on drift {
+    SequentialAnimation {
         loops: Animation.Infinite
+        running: true
         paused: !root.running || !root.visible || root.Window.visibility === Window.Hidden
 
         DriftAnimation {
@@ -54,6 +55,8 @@ Item {
     }
 
     component DriftAnimation: NumberAnimation {
+        target: root
+        property: "drift"
         duration: 11000
         easing.type: Easing.Bezier
         easing.bezierCurve: [0.42, 0, 0.58, 1, 1, 1]

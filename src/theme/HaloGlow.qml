@@ -20,7 +20,8 @@ Item {
         visible: false
         sourceItem: root.content
         sourceRect: Qt.rect(-root.reach, -root.reach, root.width, root.height)
-        textureSize: root.texels
+        textureSize.width: root.texels.width
+        textureSize.height: root.texels.height
     }
 
     ShaderEffect {
@@ -39,6 +40,7 @@ Item {
         anchors.fill: parent
         sourceItem: glow
         hideSource: true
-        textureSize: root.texels
+        textureSize.width: root.texels.width
+        textureSize.height: root.texels.height
     }
 }

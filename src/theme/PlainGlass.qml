@@ -7,17 +7,16 @@ Item {
     id: root
 
     required property themeConfig config
+    required property color base
+    required property color material
+    required property color darkening
     required property real corner
     required property bool opaque
-
-    function limited(value: real): real {
-        return value > 0 ? Math.min(value, 1) : 0
-    }
 
     Fill {
         objectName: "base"
         visible: root.opaque
-        color: root.config.textWhite ? "#26262c" : "#e9e9ee"
+        color: root.base
     }
 
     Fill {
@@ -28,7 +27,7 @@ Item {
 
     Fill {
         objectName: "pane"
-        color: root.config.textWhite ? Qt.rgba(0.13, 0.13, 0.16, 0.62) : Qt.rgba(0.96, 0.96, 0.98, 0.62)
+        color: root.material
     }
 
     Fill {
@@ -36,7 +35,7 @@ Item {
     }
 
     Fill {
-        color: Qt.rgba(0, 0, 0, root.limited(root.config.darkness))
+        color: root.darkening
     }
 
     Fill {

@@ -6,19 +6,15 @@ Item {
     id: root
 
     required property themeConfig config
+    required property color base
+    required property color material
+    required property color darkening
     required property real corner
     required property bool opaque
     required property bool animated
 
-    readonly property real intensity: limited(config.lightsIntensity)
+    readonly property real intensity: config.lightsIntensity > 0 ? Math.min(config.lightsIntensity, 1) : 0
     readonly property color tint: config.tint.color(config.tintStrength)
-    readonly property color darkening: Qt.rgba(0, 0, 0, limited(config.darkness))
-    readonly property color material: config.textWhite ? Qt.rgba(0.13, 0.13, 0.16, 0.62)
-                                                       : Qt.rgba(0.96, 0.96, 0.98, 0.62)
-
-    function limited(value: real): real {
-        return value > 0 ? Math.min(value, 1) : 0
-    }
 
     GlassShadow {
         objectName: "shadow"
@@ -34,7 +30,7 @@ Item {
         anchors.fill: parent
         corner: root.corner
         visible: root.opaque
-        layers: [root.config.textWhite ? Qt.rgba(0.15, 0.15, 0.17, 1) : Qt.rgba(0.91, 0.91, 0.93, 1)]
+        layers: [root.base]
     }
 
     Loader {
@@ -55,7 +51,8 @@ Item {
         objectName: "pane"
         anchors.fill: parent
         corner: root.corner
-        layers: root.config.frosted ? [root.material, root.tint, root.darkening] : [root.darkening, root.tint]
+        layers: root.config.frosted ? [root.material, root.tint, root.darkening]
+                                    : [root.darkening, root.tint]
         sheen: root.config.frosted ? 0.14 : 0
         rim: root.config.frosted ? 0 : 1
     }

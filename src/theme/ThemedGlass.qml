@@ -20,6 +20,12 @@ Item {
                                        && GraphicsInfo.api !== GraphicsInfo.Unknown
     readonly property bool lacksShaders: GraphicsInfo.api === GraphicsInfo.Software
 
+    // What the card is made of, bottom to top: an opaque base, the thin material, the darkening.
+    readonly property color base: config.textWhite ? Qt.rgba(0.15, 0.15, 0.17, 1) : Qt.rgba(0.91, 0.91, 0.93, 1)
+    readonly property color material: config.textWhite ? Qt.rgba(0.13, 0.13, 0.16, 0.62)
+                                                       : Qt.rgba(0.96, 0.96, 0.98, 0.62)
+    readonly property color darkening: Qt.rgba(0, 0, 0, config.darkness > 0 ? Math.min(config.darkness, 1) : 0)
+
     Loader {
         anchors.fill: parent
         sourceComponent: root.hasShaders ? shadedGlass : root.lacksShaders ? plainGlass : null
@@ -41,6 +47,9 @@ Item {
 
         ShadedGlass {
             config: root.config
+            base: root.base
+            material: root.material
+            darkening: root.darkening
             corner: root.corner
             opaque: root.opaque
             animated: root.animated
@@ -52,6 +61,9 @@ Item {
 
         PlainGlass {
             config: root.config
+            base: root.base
+            material: root.material
+            darkening: root.darkening
             corner: root.corner
             opaque: root.opaque
         }

@@ -21,8 +21,10 @@ layout(std140, binding = 0) uniform buf {
 // The blurred rectangle: each edge fades over the radius on both of its sides.
 float shade(vec2 point, float radius)
 {
-    vec2 inside = smoothstep(-radius, radius, point) * smoothstep(-radius, radius, area - point);
-    return inside.x * inside.y;
+    float slope = 0.5 / radius;
+    vec4 inside = clamp(vec4(point, area - point) * slope + 0.5, 0.0, 1.0);
+    inside = inside * inside * (3.0 - 2.0 * inside);
+    return inside.x * inside.y * inside.z * inside.w;
 }
 
 void main()
