@@ -14,6 +14,8 @@ int main(int argc, char **argv)
     QApplication::setApplicationDisplayName(u"Quillbar"_s);
     QApplication::setApplicationVersion(QLatin1StringView(QUILLBAR_VERSION));
     QApplication::setDesktopFileName(u"com.randblatt.Quillbar"_s);
+    // On a translucent window, text with colours at its edges would show them as fringes.
+    qputenv("QSG_DISTANCEFIELD_ANTIALIASING", "gray");
     QApplication application(argc, argv);
     application.setQuitOnLastWindowClosed(false);
 

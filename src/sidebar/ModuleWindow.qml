@@ -16,7 +16,7 @@ FocusScope {
     // The visible part of the sidebar, within which the quick settings stay.
     required property Item viewport
     property bool composited: true
-    property bool onScreen: true
+    property bool isOnScreen: true
 
     readonly property bool showQuick: quick.shown
     readonly property Item view: viewLoader.item as Item
@@ -75,7 +75,7 @@ FocusScope {
         config: root.config
         corner: 18
         opaque: !root.composited
-        animated: root.onScreen
+        animated: root.isOnScreen
 
         RightClickCatcher {
             anchors.fill: parent

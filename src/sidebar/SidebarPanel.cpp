@@ -44,8 +44,9 @@ SidebarPanel::SidebarPanel(QQmlEngine &engine, AppSettings &settings, ModuleRegi
     setSource(viewSource());
     connect(rootObject(), SIGNAL(openSettingsRequested()), this, SIGNAL(openSettingsRequested()));
     QQmlProperty(rootObject(), u"cardShapes"_s).connectNotifySignal(this, SLOT(applyShape()));
-    connect(this, &QQuickWindow::frameSwapped, this, [] { qCDebug(lcPanel, "Bild gezeigt"); },
-            Qt::SingleShotConnection);
+    connect(
+        this, &QQuickWindow::frameSwapped, this, [] { qCDebug(lcPanel, "Bild gezeigt"); },
+        Qt::SingleShotConnection);
     connect(&desktop, &Desktop::compositedChanged, this, &SidebarPanel::followCompositing);
     applyShape();
 }
