@@ -1,5 +1,5 @@
 # What the application, its build and its tests need of the system, as Debian packages; sourced by ./run and
-# ./test. All names exist on Debian 12 and 13; one that ends in "?" is taken where it exists.
+# ./test after steps.sh. All names exist on Debian 12 and 13; one that ends in "?" is taken where it exists.
 # shellcheck shell=bash disable=SC2034
 
 packages_build=(
@@ -50,39 +50,32 @@ available_packages() {
     done
 }
 
-# apt-get as the superuser; the output goes to the file $1 and is shown by nobody unless it fails.
+# apt_get <log> <argument> …: apt-get as the superuser, with its output in the log.
 apt_get() {
     local log=$1 command=(env DEBIAN_FRONTEND=noninteractive apt-get -o DPkg::Lock::Timeout=600)
     shift
     if ((EUID != 0)); then
-        command -v sudo >/dev/null || {
-            echo "sudo fehlt, um Pakete zu installieren" >&2
-            return 1
-        }
+        command -v sudo >/dev/null || fail "sudo fehlt, um Pakete zu installieren"
         command=(sudo "${command[@]}")
     fi
-    "${command[@]}" "$@" </dev/null >>"$log" 2>&1 || {
-        echo "apt-get $1: $(grep -m1 '^E: ' "$log" || tail -n1 "$log")" >&2
-        return 1
-    }
+    "${command[@]}" "$@" </dev/null >>"$log" 2>&1 \
+        || fail "apt-get $1 ist gescheitert: $(grep -m1 '^E: ' "$log" || tail -n1 "$log") (siehe $log)"
 }
 
 # install_packages <package> …: installs what is missing; silent if nothing is.
 install_packages() {
-    command -v dpkg-query >/dev/null || {
-        echo "dpkg-query fehlt: Pakete lassen sich nur auf Debian und seinen Verwandten installieren" >&2
-        return 1
-    }
+    command -v dpkg-query >/dev/null || fail "Pakete lassen sich nur auf Debian und Verwandten installieren"
     local missing log
     mapfile -t missing < <(missing_packages "$@")
     mapfile -t missing < <(available_packages "${missing[@]}")
     ((${#missing[@]})) || return 0
-    log=$(mktemp)
-    echo "Installiere ${#missing[@]} Pakete: ${missing[*]}"
-    apt_get "$log" update || return 1
+    echo "Installiere, was fehlt: ${missing[*]}"
+    log=$(mktemp --tmpdir quillbar-apt-XXXXXX.log)
+    # A foreign package source that fails to update is no reason to stop.
+    (apt_get "$log" update) 2>/dev/null || true
     # Only now is it known which of the optional ones there are.
     mapfile -t missing < <(missing_packages "$@")
     mapfile -t missing < <(available_packages "${missing[@]}")
-    apt_get "$log" install -y --no-install-recommends "${missing[@]}" || return 1
+    apt_get "$log" install -y --no-install-recommends "${missing[@]}"
     rm -f "$log"
 }

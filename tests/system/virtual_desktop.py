@@ -236,12 +236,17 @@ class VirtualDesktop:
     def windows(self, pattern):
         """The ids of the visible windows whose title matches the regular expression; where a window manager
         runs, of those that it manages."""
-        found = self.run("xdotool", "search", "--onlyvisible", "--name", pattern, check=False)
-        ids = [int(line) for line in found.split()]
         if not self._window_manager:
-            return ids
-        managed = self.stacking()
-        return [window for window in ids if window in managed]
+            found = self.run("xdotool", "search", "--onlyvisible", "--name", pattern, check=False)
+            return [int(line) for line in found.split()]
+        return [window for window in self.stacking()
+                if re.search(pattern, self.title(window)) and self.is_mapped(window)]
+
+    def title(self, window):
+        """A window's title; empty if it has none, or if there is no such window."""
+        text = self.run("xprop", "-id", window, "_NET_WM_NAME", "WM_NAME", check=False)
+        found = re.search(r'= "(.+)"$', text, re.MULTILINE)
+        return found.group(1) if found else ""
 
     def geometry(self, window):
         """(x, y, width, height) of a window without its frame, in pixels from the upper left corner."""
@@ -250,7 +255,7 @@ class VirtualDesktop:
                      for label in ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"))
 
     def is_mapped(self, window):
-        return "IsViewable" in self.run("xwininfo", "-id", window)
+        return "IsViewable" in self.run("xwininfo", "-id", window, check=False)
 
     def property(self, window, name):
         """A window property as xprop writes it, without its name; empty if there is none."""

@@ -41,7 +41,7 @@ double distance(const QRectF &rect, const QPointF &point)
 }
 
 /// The monitor whose area, as `area` tells it, contains the point or is nearest to it.
-template<typename Area>
+template <typename Area>
 const Monitor &nearest(const QList<Monitor> &monitors, const QPointF &point, Area area)
 {
     return *std::min_element(monitors.cbegin(), monitors.cend(), [&](const Monitor &a, const Monitor &b) {

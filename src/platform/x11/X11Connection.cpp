@@ -15,7 +15,7 @@ struct Free
 {
     void operator()(void *reply) const { std::free(reply); }
 };
-template<typename Reply>
+template <typename Reply>
 using Owned = std::unique_ptr<Reply, Free>;
 
 constexpr quint32 longestProperty = 4096;
