@@ -52,7 +52,7 @@ struct Fixture
 };
 
 /// Repeats `change`, which gets the store and the number of the repetition.
-template<typename Change>
+template <typename Change>
 void measure(benchmark::State &state, Change change)
 {
     Fixture fixture(state.range(0));

@@ -34,7 +34,7 @@ std::optional<PreferenceValue> stored(double number)
     return number;
 }
 
-template<typename Enum>
+template <typename Enum>
 requires std::is_enum_v<Enum> std::optional<PreferenceValue> stored(Enum value)
 {
     return rawString(value);
@@ -82,7 +82,7 @@ public:
         target = m_preferences.get<QString>(key).value_or(target);
     }
 
-    template<typename Enum>
+    template <typename Enum>
     void enumeration(const QString &key, Enum &target) const
     {
         if (const auto name = m_preferences.get<QString>(key))
@@ -206,7 +206,7 @@ void AppSettings::load()
     loader.text(u"spotifyClientID"_s, m_spotifyClientID);
 }
 
-template<typename T>
+template <typename T>
 bool AppSettings::assign(T &member, const T &value, const QString &key, Signal signal)
 {
     if (member == value)
@@ -219,7 +219,7 @@ bool AppSettings::assign(T &member, const T &value, const QString &key, Signal s
     return true;
 }
 
-template<typename Enum>
+template <typename Enum>
 void AppSettings::assignNamed(const QString &name, void (AppSettings::*setter)(Enum))
 {
     if (const auto value = fromRawString<Enum>(name))

@@ -149,9 +149,9 @@ private:
     using Signal = void (AppSettings::*)();
 
     void load();
-    template<typename T>
+    template <typename T>
     bool assign(T &member, const T &value, const QString &key, Signal signal);
-    template<typename Enum>
+    template <typename Enum>
     void assignNamed(const QString &name, void (AppSettings::*setter)(Enum));
 
     [[nodiscard]] QString triggerModeName() const { return rawString(m_triggerMode); }

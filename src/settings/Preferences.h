@@ -45,7 +45,7 @@ public:
     /// The value under `key`; none where there is none, or where the row cannot be read.
     [[nodiscard]] std::optional<PreferenceValue> value(const QString &key) const;
     /// The value under `key` if it has the type T, one of PreferenceValue's alternatives.
-    template<typename T>
+    template <typename T>
     [[nodiscard]] std::optional<T> get(const QString &key) const
     {
         const auto found = value(key);

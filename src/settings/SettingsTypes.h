@@ -31,7 +31,7 @@ enum class TodoViewMode { list, kanban };
 }
 
 /// A case of an enumeration with the string under which it is stored.
-template<typename Enum>
+template <typename Enum>
 struct RawValue
 {
     Enum value;
@@ -39,38 +39,38 @@ struct RawValue
 };
 
 /// The cases of an enumeration in declaration order.
-template<typename Enum>
+template <typename Enum>
 inline constexpr std::array<RawValue<Enum>, 0> rawValues{};
 
-template<>
+template <>
 inline constexpr std::array rawValues<TriggerMode>{
     RawValue{TriggerMode::corners, QLatin1StringView("corners")},
     RawValue{TriggerMode::leftEdge, QLatin1StringView("leftEdge")},
     RawValue{TriggerMode::both, QLatin1StringView("both")},
 };
-template<>
+template <>
 inline constexpr std::array rawValues<SidebarSide>{
     RawValue{SidebarSide::left, QLatin1StringView("left")},
     RawValue{SidebarSide::right, QLatin1StringView("right")},
 };
-template<>
+template <>
 inline constexpr std::array rawValues<MediaSource>{
     RawValue{MediaSource::spotify, QLatin1StringView("spotify")},
     RawValue{MediaSource::system, QLatin1StringView("system")},
 };
-template<>
+template <>
 inline constexpr std::array rawValues<NotesMode>{
     RawValue{NotesMode::scratch, QLatin1StringView("scratch")},
     RawValue{NotesMode::apple, QLatin1StringView("apple")},
 };
-template<>
+template <>
 inline constexpr std::array rawValues<TodoViewMode>{
     RawValue{TodoViewMode::list, QLatin1StringView("list")},
     RawValue{TodoViewMode::kanban, QLatin1StringView("kanban")},
 };
 
 /// The stored string of a case.
-template<typename Enum>
+template <typename Enum>
 [[nodiscard]] QString rawString(Enum value)
 {
     const auto &cases = rawValues<Enum>;
@@ -79,7 +79,7 @@ template<typename Enum>
 }
 
 /// The case that is stored as `name`; none for an unknown string.
-template<typename Enum>
+template <typename Enum>
 [[nodiscard]] std::optional<Enum> fromRawString(const QString &name)
 {
     const auto &cases = rawValues<Enum>;

@@ -18,7 +18,7 @@ struct TodoStatusCase
     QStringView symbol;
 };
 
-template<>
+template <>
 inline constexpr std::array rawValues<TodoStatus>{
     TodoStatusCase{TodoStatus::backlog, QLatin1StringView("backlog"), u"Offen", u"circle"},
     TodoStatusCase{TodoStatus::doing, QLatin1StringView("doing"), u"In Arbeit", u"circle.lefthalf.filled"},

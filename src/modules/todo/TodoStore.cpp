@@ -162,7 +162,7 @@ void TodoStore::replace(int position, const TodoItem &item)
         Q_EMIT itemChanged(position);
 }
 
-template<typename Predicate>
+template <typename Predicate>
 void TodoStore::removeIf(Predicate isRemoved)
 {
     QList<int> removed;

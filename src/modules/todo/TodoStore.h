@@ -72,7 +72,7 @@ private:
     [[nodiscard]] int positionOf(const QUuid &id) const;
     [[nodiscard]] qint64 nextOrder() const;
     void replace(int position, const TodoItem &item);
-    template<typename Predicate>
+    template <typename Predicate>
     void removeIf(Predicate isRemoved);
 
     Preferences &m_preferences;

@@ -53,7 +53,7 @@ struct Fixture
     }
     [[nodiscard]] QUuid id(int position) const { return store->items().at(position).id; }
     /// Whether the operation stores the tasks, also where they stay the same.
-    template<typename Operation>
+    template <typename Operation>
     [[nodiscard]] bool saves(Operation operation)
     {
         preferences.setValue(TodoStore::key(), QByteArray("ungespeichert"));
