@@ -25,6 +25,8 @@ FocusScope {
         return shapes
     }
     readonly property bool isOnScreen: Window.visibility !== Window.Hidden
+    // The panel starts to slide in before it has its contents: they come with the second frame.
+    property bool hasShownAFrame: false
     // The card whose quick settings are open; null while none are.
     property ModuleWindow quickCard: null
 
@@ -86,6 +88,15 @@ FocusScope {
             root.reveal(item)
     }
 
+    Connections {
+        target: root.Window.window
+        enabled: !root.hasShownAFrame
+
+        function onFrameSwapped(): void {
+            root.hasShownAFrame = true
+        }
+    }
+
     Shortcut {
         sequence: "Ctrl+,"
         onActivated: root.openSettingsRequested()
@@ -119,6 +130,7 @@ FocusScope {
                     settings: root.settings
                     viewport: flickable
                     composited: root.composited
+                    isReady: root.hasShownAFrame
                     isOnScreen: root.isOnScreen
                     onQuickChanged: open => root.followQuick(this, open)
                     onOpenSettingsRequested: root.openSettingsRequested()
