@@ -73,13 +73,10 @@ void HttpServer::write(QTcpSocket *socket, const HttpResponse &response)
         head += "Content-Type: " + response.contentType + "\r\n";
         head += "Content-Length: " + QByteArray::number(response.body.size()) + "\r\n";
     }
-    socket->write(head + "\r\n");
-    if (!response.cutOff) {
-        socket->write(response.body);
-        return;
-    }
-    socket->write(response.body.first(response.body.size() / 2));
-    socket->disconnectFromHost();
+    const qsizetype size = response.cutOff ? response.body.size() / 2 : response.body.size();
+    socket->write(head + "\r\n" + response.body.first(size));
+    if (response.cutOff)
+        socket->disconnectFromHost();
 }
 
 } // namespace randblatt

@@ -268,10 +268,7 @@ HttpResponse SpotifyServer::playlistItems(const HttpRequest &request, const QStr
     const QString fields = u"items(%1(id,uri,name,artists(name)))"_s.arg(member);
     if (request.query.queryItemValue(u"fields"_s, QUrl::FullyDecoded) != fields)
         return violation(request, u"falsche Felder"_s);
-    QJsonArray served;
-    for (const auto &entry : std::as_const(all))
-        served.append(isNew ? QJsonValue(QJsonObject{{u"item"_s, entry["track"_L1]}}) : entry);
-    return page(request, served, 100, {u"fields"_s});
+    return page(request, all, 100, {u"fields"_s}, member);
 }
 
 HttpResponse SpotifyServer::createPlaylist(const HttpRequest &request, bool isClosed)
@@ -289,7 +286,7 @@ HttpResponse SpotifyServer::createPlaylist(const HttpRequest &request, bool isCl
 }
 
 HttpResponse SpotifyServer::page(const HttpRequest &request, const QJsonArray &all, int limit,
-                                 const QStringList &otherQuery)
+                                 const QStringList &otherQuery, const QString &member)
 {
     const QStringList first = QStringList(u"limit"_s) + otherQuery;
     const QStringList used = keys(request.query);
@@ -299,8 +296,10 @@ HttpResponse SpotifyServer::page(const HttpRequest &request, const QJsonArray &a
         request.query.queryItemValue(u"limit"_s) != QString::number(limit))
         return violation(request, u"falsche Felder"_s);
     QJsonArray part;
-    for (qsizetype i = offset; i < all.size() && i < offset + limit; ++i)
-        part.append(all.at(i));
+    for (qsizetype i = offset; i < all.size() && i < offset + limit; ++i) {
+        const QJsonValue entry = all.at(i);
+        part.append(member == "item"_L1 ? QJsonObject{{member, entry["track"_L1]}} : entry);
+    }
     return json({{u"items"_s, part}});
 }
 

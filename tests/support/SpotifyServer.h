@@ -70,7 +70,7 @@ private:
     HttpResponse playlistItems(const HttpRequest &request, const QString &id, bool isNew);
     HttpResponse createPlaylist(const HttpRequest &request, bool isClosed);
     HttpResponse page(const HttpRequest &request, const QJsonArray &all, int limit,
-                      const QStringList &otherQuery = {});
+                      const QStringList &otherQuery = {}, const QString &member = QStringLiteral("track"));
     HttpResponse violation(const HttpRequest &request, const QString &what);
     HttpResponse grant(bool withRefreshToken);
 

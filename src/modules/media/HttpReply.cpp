@@ -32,10 +32,10 @@ void sendHttp(QNetworkAccessManager &network, const QByteArray &method, QNetwork
         if (received > limit)
             reply->abort();
     });
-    QObject::connect(reply, &QNetworkReply::finished, context, [reply, completion] {
+    QObject::connect(reply, &QNetworkReply::finished, context, [reply, limit, completion] {
         reply->deleteLater();
         HttpReply answer;
-        if (isComplete(reply->error())) {
+        if (isComplete(reply->error()) && reply->bytesAvailable() <= limit) {
             answer.status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
             answer.body = reply->readAll();
             answer.retryAfter = reply->rawHeader("Retry-After");

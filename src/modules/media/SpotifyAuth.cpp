@@ -177,10 +177,10 @@ void SpotifyAuth::exchange(const QString &code)
                  [this](bool success) {
                      m_isRefreshRefused = false;
                      setLastError(success ? QString() : u"Anmeldung fehlgeschlagen."_s);
-                     setAuthorized(success);
                      answerWaiting(success ? m_preferences.get<QString>(accessKey) : std::nullopt);
                      if (success)
                          Q_EMIT signedIn();
+                     setAuthorized(success);
                  });
 }
 

@@ -66,7 +66,7 @@ public:
 Q_SIGNALS:
     void isAuthorizedChanged();
     void lastErrorChanged();
-    /// A sign-in succeeded, also where isAuthorized() was true before.
+    /// A sign-in succeeded, also where isAuthorized() was true before; sent before isAuthorizedChanged().
     void signedIn();
 
 private:

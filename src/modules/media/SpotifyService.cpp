@@ -1,6 +1,6 @@
 #include "modules/media/SpotifyService.h"
 
-#include "modules/media/SpotifyAside.h"
+#include "modules/media/RunAside.h"
 
 #include <QJsonArray>
 
@@ -154,7 +154,8 @@ void SpotifyService::loadPlaylistPage(int offset, int row)
                    if (turn == m_playlistsTurn && isRefused)
                        setFlag(m_needsReauth, true, &SpotifyService::needsReauthChanged);
                    if (reply.status == 200)
-                       parseAside(this, reply.body, &parsePlaylists, loaded);
+                       runAside(
+                           this, [json = reply.body] { return parsePlaylists(json); }, loaded);
                    else
                        loaded(std::optional<SpotifyPage<SpotifyPlaylist>>());
                });
@@ -186,7 +187,8 @@ void SpotifyService::loadTrackPage(int offset)
     };
     const auto answered = [this, loaded](const SpotifyReply &reply) {
         if (reply.status == 200)
-            parseAside(this, reply.body, &parseTracks, loaded);
+            runAside(
+                this, [json = reply.body] { return parseTracks(json); }, loaded);
         else
             loaded(std::optional<SpotifyPage<SpotifyTrack>>());
     };

@@ -1,4 +1,5 @@
 #include "CardView.h"
+#include "ScriptedSession.h"
 #include "modules/media/SpotifyModule.h"
 #include "platform/MediaKeySink.h"
 #include "settings/AppSettings.h"
@@ -47,7 +48,8 @@ private Q_SLOTS:
         FakeLoginItem loginItem;
         AppSettings settings(preferences, loginItem);
         RecordingSink sink;
-        SpotifyModule module(settings, sink);
+        ScriptedSession session;
+        SpotifyModule module({settings, preferences, sink, session, ServiceHosts(), QString()});
         CardView view(module);
 
         const QList<std::pair<QString, int>> buttons{
