@@ -2,7 +2,6 @@
 
 #include <QCoreApplication>
 #include <QFileInfo>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QLoggingCategory>
 
@@ -22,7 +21,6 @@ constexpr int longestRestart = 60;
 // A helper that lived this long has not died of its start.
 constexpr qint64 soundLifetime = 60'000;
 constexpr int quitTimeOut = 500;
-constexpr qint64 longestLine = 65'536;
 
 const QString helperMissing = u"Für die Wiedergabe auf diesem Gerät fehlt das Paket „quillbar-webplayer“. "
                               "Andere Geräte lassen sich trotzdem steuern."_s;
@@ -78,6 +76,7 @@ void SpotifyWebPlayer::launch()
         return;
     }
     m_sinceLaunch.start();
+    m_reader = {};
     m_process = std::make_unique<QProcess>();
     m_process->setStandardErrorFile(QProcess::nullDevice());
     connect(m_process.get(), &QProcess::readyReadStandardOutput, this, &SpotifyWebPlayer::readLines);
@@ -95,7 +94,7 @@ void SpotifyWebPlayer::helperEnded()
     // It may be in the middle of a signal.
     m_process.release()->deleteLater();
     m_restartSeconds =
-        m_sinceLaunch.hasExpired(soundLifetime) ? 1 : std::min(2 * m_restartSeconds, longestRestart);
+        m_sinceLaunch.hasExpired(soundLifetime) ? 1 : std::clamp(2 * m_restartSeconds, 1, longestRestart);
     qCWarning(lcWebPlayer, "Das Wiedergabegerät hat sich beendet, Neustart in %d s", m_restartSeconds);
     m_restart.start(std::chrono::seconds(m_restartSeconds));
     setReady(false);
@@ -105,10 +104,7 @@ void SpotifyWebPlayer::helperEnded()
 
 void SpotifyWebPlayer::readLines()
 {
-    while (m_process && m_process->canReadLine())
-        receive(QJsonDocument::fromJson(m_process->readLine()).object());
-    if (m_process && m_process->bytesAvailable() > longestLine)
-        m_process->readAll();
+    m_reader.add(m_process->readAllStandardOutput(), [this](const QJsonObject &line) { receive(line); });
 }
 
 void SpotifyWebPlayer::receive(const QJsonObject &line)
@@ -157,7 +153,7 @@ void SpotifyWebPlayer::pushToken(const QString &token)
 void SpotifyWebPlayer::send(const QJsonObject &line)
 {
     if (m_process)
-        m_process->write(QJsonDocument(line).toJson(QJsonDocument::Compact) + '\n');
+        m_process->write(protocolLine(line));
 }
 
 void SpotifyWebPlayer::setReady(bool ready)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "webplayer/Protocol.h"
+
 #include <QElapsedTimer>
 #include <QObject>
 #include <QProcess>
@@ -10,8 +12,6 @@
 #include <functional>
 #include <memory>
 #include <optional>
-
-class QJsonObject;
 
 namespace randblatt {
 
@@ -71,8 +71,9 @@ private:
     QUrl m_sdk;
     TokenProvider m_tokenProvider;
     std::unique_ptr<QProcess> m_process;
+    LineReader m_reader;
     QTimer m_restart;
-    int m_restartSeconds = 1;
+    int m_restartSeconds = 0;
     QElapsedTimer m_sinceLaunch;
     std::optional<QString> m_deviceID;
     bool m_isReady = false;

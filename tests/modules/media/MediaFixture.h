@@ -1,7 +1,7 @@
 #pragma once
 
-#include "CardView.h"
-#include "ScriptedSession.h"
+#include "modules/media/CardView.h"
+#include "modules/media/ScriptedSession.h"
 #include "modules/media/SpotifyModule.h"
 #include "platform/MediaKeySink.h"
 #include "settings/AppSettings.h"

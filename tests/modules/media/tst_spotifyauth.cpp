@@ -1,4 +1,4 @@
-#include "ScriptedSession.h"
+#include "modules/media/ScriptedSession.h"
 #include "modules/media/SpotifyAuth.h"
 #include "settings/AppSettings.h"
 #include "settings/Preferences.h"

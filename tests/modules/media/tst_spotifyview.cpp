@@ -1,4 +1,4 @@
-#include "MediaFixture.h"
+#include "modules/media/MediaFixture.h"
 #include "support/TestEnvironment.h"
 
 #include <QBuffer>

@@ -1,5 +1,5 @@
-#include "CardView.h"
-#include "ScriptedSession.h"
+#include "modules/media/CardView.h"
+#include "modules/media/ScriptedSession.h"
 #include "modules/media/SpotifyModule.h"
 #include "platform/MediaKeySink.h"
 #include "settings/AppSettings.h"
