@@ -55,8 +55,8 @@ public:
     }
     /// Stores `value` under `key`; whether it is on disk. Where it is not, value() returns it all the same.
     bool setValue(const QString &key, const PreferenceValue &value);
-    /// Takes the value under `key` away; whether it is gone from the disk. Where it is not, value() returns none
-    /// all the same.
+    /// Takes the value under `key` away; whether it is gone from the disk. Where it is not, value() returns
+    /// none all the same.
     bool remove(const QString &key);
 
 private:
