@@ -17,45 +17,30 @@ FocusScope {
     required property color accent
 
     readonly property bool onScreen: visible && Window.visibility !== Window.Hidden
+    readonly property string content: settings.mediaSource === "system" ? "SystemMediaView.qml"
+                                    : auth.isAuthorized ? "SpotifyPlayer.qml" : "SpotifySignIn.qml"
 
+    // By name, so that what is not shown is not even loaded.
+    function load(): void {
+        const common = { appearance: appearance }
+        if (content === "SystemMediaView.qml")
+            loader.setSource(content, Object.assign(common, { mediaKeys: mediaKeys, accent: accent }))
+        else if (content === "SpotifySignIn.qml")
+            loader.setSource(content, Object.assign(common, { auth: auth }))
+        else
+            loader.setSource(content, Object.assign(common, { auth: auth, service: service, covers: covers,
+                                                              accent: accent }))
+    }
+
+    onContentChanged: load()
     onOnScreenChanged: module.setOnScreen(root, onScreen)
     Component.onCompleted: module.setOnScreen(root, onScreen)
     Component.onDestruction: module.setOnScreen(root, false)
 
     Loader {
+        id: loader
+
         anchors.fill: parent
         focus: true
-        sourceComponent: root.settings.mediaSource === "system" ? system : root.auth.isAuthorized ? player : signIn
-    }
-
-    Component {
-        id: system
-
-        SystemMediaView {
-            appearance: root.appearance
-            mediaKeys: root.mediaKeys
-            accent: root.accent
-        }
-    }
-
-    Component {
-        id: signIn
-
-        SpotifySignIn {
-            appearance: root.appearance
-            auth: root.auth
-        }
-    }
-
-    Component {
-        id: player
-
-        SpotifyPlayer {
-            appearance: root.appearance
-            auth: root.auth
-            service: root.service
-            covers: root.covers
-            accent: root.accent
-        }
     }
 }

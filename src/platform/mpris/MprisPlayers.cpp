@@ -110,12 +110,11 @@ void MprisPlayers::ownerChanged(const QString &service, const QString &oldOwner,
 {
     if (!isPlayer(service))
         return;
-    m_serviceOfOwner.remove(oldOwner);
     if (newOwner.isEmpty()) {
         remove(service);
         return;
     }
-    m_serviceOfOwner.insert(newOwner, service);
+    m_owners.insert(service, newOwner);
     if (oldOwner.isEmpty())
         add(service);
     else
@@ -133,6 +132,7 @@ void MprisPlayers::add(const QString &service)
 
 void MprisPlayers::remove(const QString &service)
 {
+    m_owners.remove(service);
     m_players.removeIf([&](const auto &player) { return player.service == service; });
     settle();
 }
@@ -147,7 +147,7 @@ void MprisPlayers::askOwner(const QString &service)
         if (reply.isError()) {
             remove(service);
         } else {
-            m_serviceOfOwner.insert(reply.value(), service);
+            m_owners.insert(service, reply.value());
             askState(service);
         }
         --m_owed;
@@ -174,13 +174,15 @@ void MprisPlayers::askState(const QString &service)
 void MprisPlayers::propertiesChanged(const QString &interface, const QVariantMap &changed,
                                      const QStringList &invalidated, const QDBusMessage &message)
 {
-    const QString service = m_serviceOfOwner.value(message.service());
-    if (service.isEmpty() || interface != playerInterface)
+    if (interface != playerInterface)
         return;
-    if (const auto status = changed.constFind(u"PlaybackStatus"_s); status != changed.cend())
-        setPlaying(service, status->toString() == "Playing"_L1);
-    else if (invalidated.contains("PlaybackStatus"_L1))
-        askState(service);
+    const QStringList services = m_owners.keys(message.service());
+    for (const QString &service : services) {
+        if (const auto status = changed.constFind(u"PlaybackStatus"_s); status != changed.cend())
+            setPlaying(service, status->toString() == "Playing"_L1);
+        else if (invalidated.contains("PlaybackStatus"_L1))
+            askState(service);
+    }
 }
 
 void MprisPlayers::setPlaying(const QString &service, bool isPlaying)

@@ -47,7 +47,8 @@ private:
 
     QDBusConnection m_bus;
     QList<PlayerState> m_players;
-    QHash<QString, QString> m_serviceOfOwner;
+    /// The connection behind each player's name; some players have two names.
+    QHash<QString, QString> m_owners;
     QString m_current;
     QStringList m_commands;
     std::uint64_t m_clock = 0;

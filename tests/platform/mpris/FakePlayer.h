@@ -33,6 +33,12 @@ public:
     /// Whether it takes calls without ever answering.
     bool isMute = false;
 
+    /// Some players own a name for each instance besides their own.
+    void addName(const QString &name)
+    {
+        m_bus.registerService(QStringLiteral("org.mpris.MediaPlayer2.") + name);
+    }
+
     void setStatus(const QString &status)
     {
         m_status = status;

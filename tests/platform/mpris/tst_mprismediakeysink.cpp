@@ -94,6 +94,21 @@ private Q_SLOTS:
         QVERIFY(proxy.calls.isEmpty());
     }
 
+    void knowsAPlayerByAllItsNames()
+    {
+        FakePlayer twoNames(m_address, u"a"_s, u"Playing"_s);
+        twoNames.addName(u"a.instance1"_s);
+        FakePlayer other(m_address, u"b"_s, u"Paused"_s);
+        MprisMediaKeySink sink(*m_bus);
+        sink.post(keyDown(16));
+        QTRY_COMPARE(twoNames.calls.size(), 1);
+        twoNames.setStatus(u"Paused"_s);
+        other.setStatus(u"Playing"_s);
+        QTest::qWait(50);
+        sink.post(keyDown(17));
+        QTRY_COMPARE(other.calls, QStringList(u"Next"_s));
+    }
+
     void doesNotWaitForAPlayerThatNeverAnswers()
     {
         FakePlayer mute(m_address, u"a"_s, u"Playing"_s);
