@@ -3,8 +3,8 @@
 
 #include <QGuiApplication>
 #include <QLoggingCategory>
-#include <QQuickItem>
 #include <QQmlComponent>
+#include <QQuickItem>
 #include <QQuickView>
 
 using namespace Qt::StringLiterals;
@@ -29,8 +29,9 @@ int main(int argc, char **argv)
     view.setContent({}, &component, component.create());
     view.setResizeMode(QQuickView::SizeRootObjectToView);
     view.resize(420, 886);
-    QObject::connect(&view, &QQuickWindow::frameSwapped, &view, [] { qCDebug(lcPanel, "Bild gezeigt"); },
-                     Qt::SingleShotConnection);
+    QObject::connect(
+        &view, &QQuickWindow::frameSwapped, &view, [] { qCDebug(lcPanel, "Bild gezeigt"); },
+        Qt::SingleShotConnection);
     view.show();
     return QGuiApplication::exec();
 }

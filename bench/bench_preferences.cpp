@@ -1,5 +1,5 @@
-// How long a setting takes until it is on disk. Each figure is the time of one write; p50 and p99 are over all
-// writes of a run, in microseconds.
+// How long a setting takes until it is on disk. Each figure is the time of one write; p50 and p99 are over
+// all writes of a run, in microseconds.
 
 #include "settings/Preferences.h"
 

@@ -16,7 +16,9 @@ FocusScope {
     // The visible part of the sidebar, within which the quick settings stay.
     required property Item viewport
     property bool composited: true
-    property bool onScreen: true
+    // The card may take the time to make its view.
+    property bool isReady: true
+    property bool isOnScreen: true
 
     readonly property bool showQuick: quick.shown
     readonly property Item view: viewLoader.item as Item
@@ -40,6 +42,11 @@ FocusScope {
             root.forceActiveFocus()
     }
 
+    function openQuickByKeyboard(): void {
+        root.setQuick(true)
+        quick.quickOverlay.takeFocus(Qt.TabFocusReason)
+    }
+
     function limitedTextScale(scale: real): real {
         const limited = Math.max(Math.min(scale, 1.6), 0.7)
         return Math.abs(limited - 1) >= 0.001 ? limited : 1
@@ -57,10 +64,10 @@ FocusScope {
             root.quickChanged(false)
     }
 
-    Keys.onMenuPressed: root.setQuick(true)
+    Keys.onMenuPressed: root.openQuickByKeyboard()
     Keys.onPressed: event => {
         if (event.key === Qt.Key_F10 && (event.modifiers & Qt.ShiftModifier)) {
-            root.setQuick(true)
+            root.openQuickByKeyboard()
             event.accepted = true
         }
     }
@@ -70,7 +77,7 @@ FocusScope {
         config: root.config
         corner: 18
         opaque: !root.composited
-        animated: root.onScreen
+        animated: root.isOnScreen
 
         RightClickCatcher {
             anchors.fill: parent
@@ -79,6 +86,7 @@ FocusScope {
 
         Halo {
             anchors.fill: parent
+            clip: true
             color: root.config.textWhite ? "black" : "white"
             strength: root.config.haloStrength
 
@@ -108,6 +116,8 @@ FocusScope {
             Loader {
                 id: viewLoader
 
+                active: root.isReady
+
                 anchors.top: header.bottom
                 anchors.topMargin: 8
                 anchors.left: parent.left
@@ -133,13 +143,12 @@ FocusScope {
             const top = root.mapToItem(root.viewport, 0, 0).y
             const lowest = root.viewport.height - height - 8
             y = Math.max(8, Math.min(top + 12, lowest)) - top
-            quickOverlay.takeFocus()
+            quickOverlay.takeFocus(Qt.MouseFocusReason)
         }
 
         readonly property QuickSettingsOverlay quickOverlay: item as QuickSettingsOverlay
 
         anchors.horizontalCenter: parent.horizontalCenter
-        anchors.verticalCenterOffset: 0
         width: Math.min(298, root.width - 16)
         active: shown || progress > 0.01
         visible: active

@@ -25,8 +25,8 @@ T.Pane {
     signal openSettingsRequested
 
     // Gives the keyboard to the first control.
-    function takeFocus(): void {
-        chips.itemAt(0).forceActiveFocus(Qt.TabFocusReason)
+    function takeFocus(reason: int): void {
+        chips.itemAt(0).forceActiveFocus(reason)
     }
 
     objectName: "quickSettings"
@@ -70,7 +70,7 @@ T.Pane {
             width: parent.width
             height: 1
             color: "white"
-            opacity: 0.4 * 0.4
+            opacity: 0.16
         }
 
         Text {
@@ -117,7 +117,7 @@ T.Pane {
             width: parent.width
             height: 1
             color: "white"
-            opacity: 0.4 * 0.4
+            opacity: 0.16
         }
 
         PlainButton {
@@ -131,6 +131,23 @@ T.Pane {
     }
 
     background: Rectangle {
+        // A shadow of three rings, which costs no effect and is there on every renderer.
+        Repeater {
+            model: 3
+
+            Rectangle {
+                required property int index
+
+                anchors.fill: parent
+                anchors.margins: -1 - 3 * index
+                anchors.topMargin: 2 - 3 * index
+                anchors.bottomMargin: -4 - 4 * index
+                z: -1
+                radius: 16 + 3 * index
+                color: Qt.rgba(0, 0, 0, 0.14 - 0.035 * index)
+            }
+        }
+
         radius: 16
         color: Qt.rgba(0.12, 0.12, 0.2, 0.97)
         border.width: 1

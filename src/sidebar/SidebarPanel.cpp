@@ -6,6 +6,7 @@
 #include "sidebar/SidebarModel.h"
 #include "sidebar/SidebarUIState.h"
 
+#include <QLoggingCategory>
 #include <QPainterPath>
 #include <QQmlEngine>
 #include <QQmlProperty>
@@ -14,6 +15,12 @@
 namespace randblatt {
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+Q_LOGGING_CATEGORY(lcPanel, "quillbar.panel")
+
+} // namespace
 
 SidebarPanel::SidebarPanel(QQmlEngine &engine, AppSettings &settings, ModuleRegistry &registry,
                            SidebarUIState &uiState, const Desktop &desktop)
@@ -34,9 +41,12 @@ SidebarPanel::SidebarPanel(QQmlEngine &engine, AppSettings &settings, ModuleRegi
         {u"uiState"_s, QVariant::fromValue(&uiState)},
         {u"composited"_s, desktop.isComposited()},
     });
-    setSource(QUrl(u"qrc:/qt/qml/Randblatt/Sidebar/SidebarView.qml"_s));
+    setSource(viewSource());
     connect(rootObject(), SIGNAL(openSettingsRequested()), this, SIGNAL(openSettingsRequested()));
     QQmlProperty(rootObject(), u"cardShapes"_s).connectNotifySignal(this, SLOT(applyShape()));
+    connect(
+        this, &QQuickWindow::frameSwapped, this, [] { qCDebug(lcPanel, "Bild gezeigt"); },
+        Qt::SingleShotConnection);
     connect(&desktop, &Desktop::compositedChanged, this, &SidebarPanel::followCompositing);
     applyShape();
 }
@@ -46,6 +56,11 @@ SidebarPanel::~SidebarPanel()
     // The views go before the model that they show, and what they held open is open no longer.
     delete rootObject();
     m_uiState.setKeepOpen(false);
+}
+
+QUrl SidebarPanel::viewSource()
+{
+    return QUrl(u"qrc:/qt/qml/Randblatt/Sidebar/SidebarView.qml"_s);
 }
 
 void SidebarPanel::followCompositing()

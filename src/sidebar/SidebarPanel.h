@@ -22,6 +22,9 @@ public:
                  const Desktop &desktop);
     ~SidebarPanel() override;
 
+    /// The document of the sidebar view.
+    [[nodiscard]] static QUrl viewSource();
+
 Q_SIGNALS:
     /// A view asks for the settings window.
     void openSettingsRequested();

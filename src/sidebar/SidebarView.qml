@@ -24,7 +24,9 @@ FocusScope {
         }
         return shapes
     }
-    readonly property bool onScreen: Window.visibility !== Window.Hidden
+    readonly property bool isOnScreen: Window.visibility !== Window.Hidden
+    // The panel starts to slide in before it has its contents: they come with the second frame.
+    property bool hasShownAFrame: false
     // The card whose quick settings are open; null while none are.
     property ModuleWindow quickCard: null
 
@@ -53,16 +55,16 @@ FocusScope {
     }
 
     // The first text field that takes what is typed while nothing has the keyboard.
-    function typingTarget(): Item {
+    function typingTarget(): PlainTextField {
         for (let i = 0; i < cards.count; ++i) {
             const card = cards.itemAt(i) as ModuleWindow
             if (card !== null && card.view !== null && card.view.typingTarget)
-                return card.view.typingTarget
+                return card.view.typingTarget as PlainTextField
         }
         return null
     }
 
-    function typeInto(target: Item, text: string): void {
+    function typeInto(target: PlainTextField, text: string): void {
         target.forceActiveFocus(Qt.ShortcutFocusReason)
         target.insert(target.cursorPosition, text)
     }
@@ -82,8 +84,17 @@ FocusScope {
 
     Window.onActiveFocusItemChanged: {
         const item = Window.activeFocusItem
-        if (item !== null && item !== root && root.onScreen)
+        if (item !== null && item !== root && root.isOnScreen)
             root.reveal(item)
+    }
+
+    Connections {
+        target: root.Window.window
+        enabled: !root.hasShownAFrame
+
+        function onFrameSwapped(): void {
+            root.hasShownAFrame = true
+        }
     }
 
     Shortcut {
@@ -119,7 +130,8 @@ FocusScope {
                     settings: root.settings
                     viewport: flickable
                     composited: root.composited
-                    onScreen: root.onScreen
+                    isReady: root.hasShownAFrame
+                    isOnScreen: root.isOnScreen
                     onQuickChanged: open => root.followQuick(this, open)
                     onOpenSettingsRequested: root.openSettingsRequested()
                 }

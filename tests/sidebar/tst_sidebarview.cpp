@@ -1,1 +1,229 @@
-int main() {}
+#include "settings/AppSettings.h"
+#include "settings/ModuleRegistry.h"
+#include "settings/Preferences.h"
+#include "sidebar/SidebarModel.h"
+#include "sidebar/SidebarUIState.h"
+#include "support/Fakes.h"
+#include "support/TestEnvironment.h"
+#include "support/ViewTest.h"
+
+#include <QApplication>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace randblatt;
+
+namespace {
+
+/// The view of the modules here: it remembers its appearance and has a field that takes typing.
+ViewDescription moduleView()
+{
+    const QByteArray qml = R"(
+        import QtQuick
+        import Randblatt.Controls
+        FocusScope {
+            id: root
+            required property CardAppearance appearance
+            readonly property Item typingTarget: field
+            PlainTextField { id: field; objectName: "field"; appearance: root.appearance; width: 200 }
+        })";
+    return {QUrl(u"data:text/plain;base64,"_s + QString::fromLatin1(qml.toBase64())), {}};
+}
+
+/// The sidebar over the four modules, in a window of 420 × 700 points.
+struct Fixture
+{
+    Preferences preferences{Preferences::inMemory()};
+    FakeLoginItem loginItem;
+    AppSettings settings{preferences, loginItem};
+    ModuleRegistry registry{settings, FakeModule::all(moduleView())};
+    SidebarUIState uiState;
+    SidebarModel model{settings, registry};
+    ViewTest view{QUrl(u"qrc:/qt/qml/Randblatt/Sidebar/SidebarView.qml"_s),
+                  {{u"model"_s, QVariant::fromValue(&model)},
+                   {u"settings"_s, QVariant::fromValue(&settings)},
+                   {u"uiState"_s, QVariant::fromValue(&uiState)}},
+                  QSize(420, 700)};
+
+    Fixture()
+    {
+        if (!QTest::qWaitFor([this] { return view.findAll(u"field"_s).size() == 3; }))
+            qFatal("Die Karten bleiben leer.");
+    }
+
+    [[nodiscard]] QStringList titles() const
+    {
+        QStringList titles;
+        for (const QQuickItem *title : view.findAll(u"cardTitle"_s))
+            titles.append(title->property("text").toString());
+        return titles;
+    }
+    [[nodiscard]] QQuickItem *card(int index) const { return view.findAll(u"moduleWindow"_s).at(index); }
+    QQuickItem *openQuickSettings(int index)
+    {
+        const QPoint place = card(index)->mapToScene(QPointF(40, 100)).toPoint();
+        QTest::mouseClick(&view.window(), Qt::RightButton, {}, place);
+        const auto opened = view.findAll(u"quickSettings"_s);
+        return opened.isEmpty() ? nullptr : opened.last();
+    }
+    [[nodiscard]] QQuickItem *chip(const QString &label) const
+    {
+        for (QQuickItem *chip : view.findAll(u"heightChip"_s)) {
+            if (chip->property("text").toString() == label)
+                return chip;
+        }
+        return nullptr;
+    }
+    [[nodiscard]] QStringList checkedChips() const
+    {
+        QStringList checked;
+        for (const QQuickItem *chip : view.findAll(u"heightChip"_s)) {
+            if (chip->property("checked").toBool())
+                checked.append(chip->property("text").toString());
+        }
+        return checked;
+    }
+};
+
+} // namespace
+
+class SidebarViewTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void stacksTheEnabledCards()
+    {
+        Fixture f;
+        QCOMPARE(f.titles(), (QStringList{u"SPOTIFY"_s, u"TODO"_s, u"NOTES"_s}));
+        QCOMPARE(f.card(0)->mapToScene({}), QPointF(14, 36));
+        QCOMPARE(f.card(0)->size(), QSizeF(392, 240));
+        QCOMPARE(f.card(1)->mapToScene({}), QPointF(14, 36 + 240 + 12));
+
+        f.settings.setModuleOrder({u"notes"_s});
+        f.settings.setEnabled(u"spotify"_s, false);
+        f.settings.setHeight(200, u"notes"_s);
+        QTRY_COMPARE(f.titles(), (QStringList{u"NOTES"_s, u"TODO"_s}));
+        QTRY_COMPARE(f.card(1)->mapToScene({}).y(), 36.0 + 200 + 12);
+    }
+
+    void showsItsEmptyState()
+    {
+        Fixture f;
+        for (const auto &id : {u"spotify"_s, u"todo"_s, u"notes"_s})
+            f.settings.setEnabled(id, false);
+        QTRY_VERIFY(f.view.find(u"openSettingsButton"_s) != nullptr);
+        QSignalSpy requests(f.view.root(), SIGNAL(openSettingsRequested()));
+        f.view.click(f.view.find(u"openSettingsButton"_s));
+        QCOMPARE(requests.count(), 1);
+        f.settings.setEnabled(u"todo"_s, true);
+        QTRY_COMPARE(f.titles(), QStringList{u"TODO"_s});
+        QVERIFY(f.view.findAll(u"openSettingsButton"_s).isEmpty());
+    }
+
+    void opensQuickSettingsByRightClickAndHoldsThePanelOpen()
+    {
+        Fixture f;
+        QVERIFY(f.openQuickSettings(0) != nullptr);
+        QVERIFY(f.uiState.keepOpen());
+        QCOMPARE(f.checkedChips(), QStringList{u"Mittel"_s});
+        QTRY_VERIFY(f.chip(u"XL"_s)->mapToScene({}).y() > 0);
+
+        f.view.click(f.chip(u"XL"_s));
+        QCOMPARE(f.settings.height(u"spotify"_s), 480.0);
+        QCOMPARE(f.checkedChips(), QStringList{u"XL"_s});
+        QCOMPARE(f.card(0)->height(), 480.0);
+        f.settings.setHeight(240.5, u"spotify"_s);
+        QCOMPARE(f.checkedChips(), QStringList{u"Mittel"_s});
+        f.settings.setHeight(300, u"spotify"_s);
+        QCOMPARE(f.checkedChips(), QStringList());
+
+        f.view.press(Qt::Key_Escape);
+        QVERIFY(!f.uiState.keepOpen());
+        QTRY_VERIFY(f.view.findAll(u"quickSettings"_s).isEmpty());
+    }
+
+    void hasOneCardsQuickSettingsOpenAtATime()
+    {
+        Fixture f;
+        f.settings.setHeight(160, u"spotify"_s);
+        f.openQuickSettings(0);
+        f.openQuickSettings(1);
+        QVERIFY(f.uiState.keepOpen());
+        QTRY_COMPARE(f.view.findAll(u"quickSettings"_s).size(), 1);
+        QCOMPARE(f.checkedChips(), QStringList{u"Groß"_s});
+        f.view.click(f.view.findAll(u"closeQuickSettings"_s).first());
+        QVERIFY(!f.uiState.keepOpen());
+    }
+
+    void letsThePanelGoWhenTheCardGoes()
+    {
+        Fixture f;
+        f.openQuickSettings(0);
+        QVERIFY(f.uiState.keepOpen());
+        f.settings.setEnabled(u"spotify"_s, false);
+        QTRY_VERIFY(!f.uiState.keepOpen());
+    }
+
+    void keepsTheQuickSettingsOfALowCardInSight()
+    {
+        Fixture f;
+        f.settings.setHeight(60, u"spotify"_s);
+        f.settings.setHeight(400, u"todo"_s);
+        f.settings.setHeight(80, u"notes"_s);
+        f.view.root()->setFocus(true);
+        f.card(2)->forceActiveFocus();
+        f.view.press(Qt::Key_Menu);
+        QTRY_VERIFY(!f.view.findAll(u"quickSettings"_s).isEmpty());
+        const QQuickItem *overlay = f.view.findAll(u"quickSettings"_s).first();
+        QTRY_VERIFY(overlay->mapToScene({}).y() + overlay->height() <= 700);
+        QVERIFY(overlay->mapToScene({}).y() >= 0);
+        f.view.press(Qt::Key_Space);
+        QCOMPARE(f.settings.height(u"notes"_s), 160.0);
+    }
+
+    void scalesTextWithinItsLimits_data()
+    {
+        QTest::addColumn<double>("textScale");
+        QTest::addColumn<double>("drawn");
+        QTest::newRow("larger than allowed") << 2.0 << 1.6;
+        QTest::newRow("smaller than allowed") << 0.5 << 0.7;
+        QTest::newRow("next to nothing") << 1.0005 << 1.0;
+        QTest::newRow("within") << 1.3 << 1.3;
+        QTest::newRow("no number") << qQNaN() << 1.0;
+    }
+
+    void scalesTextWithinItsLimits()
+    {
+        QFETCH(double, textScale);
+        QFETCH(double, drawn);
+        Fixture f;
+        ThemeConfig theme;
+        theme.textScale = textScale;
+        theme.textWhite = false;
+        f.settings.setGlobalTheme(theme);
+        auto *appearance = f.card(0)->property("appearance").value<QObject *>();
+        QCOMPARE(appearance->property("textScale").toDouble(), drawn);
+        QCOMPARE(appearance->property("foreground").value<QColor>(), QColor(Qt::black));
+    }
+
+    void takesTypingThatNothingElseTakes()
+    {
+        Fixture f;
+        f.view.type(u"Öl kaufen"_s);
+        QCOMPARE(f.view.findAll(u"field"_s).first()->property("text").toString(), u"Öl kaufen"_s);
+    }
+
+    void scrollsWhatIsTallerThanThePanel()
+    {
+        Fixture f;
+        const qreal before = f.card(0)->mapToScene({}).y();
+        f.view.findAll(u"field"_s).last()->forceActiveFocus();
+        QVERIFY(f.card(0)->mapToScene({}).y() < before);
+        QVERIFY(f.view.findAll(u"field"_s).last()->mapToScene({}).y() < 700);
+    }
+};
+
+RANDBLATT_TEST_MAIN(SidebarViewTest, QApplication)
+#include "tst_sidebarview.moc"

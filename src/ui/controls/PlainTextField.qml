@@ -17,17 +17,21 @@ T.TextField {
     selectedTextColor: "white"
     selectByMouse: true
     verticalAlignment: TextInput.AlignVCenter
+    // As all other texts; a template would take the theme's font for text fields.
+    font.family: placeholder.font.family
     font.pixelSize: Math.max(1, Math.round(size * appearance.textScale * 4) / 4)
 
     Accessible.role: Accessible.EditableText
     Accessible.name: placeholderText
 
     Text {
+        id: placeholder
+
         anchors.fill: parent
         visible: root.length === 0 && root.preeditText === ""
         text: root.placeholderText
         color: root.placeholderTextColor
-        font: root.font
+        font.pixelSize: root.font.pixelSize
         elide: Text.ElideRight
         verticalAlignment: root.verticalAlignment
         textFormat: Text.PlainText

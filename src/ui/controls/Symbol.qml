@@ -15,7 +15,8 @@ Image {
 
     width: size
     height: size
-    sourceSize: Qt.size(Math.ceil(size * Screen.devicePixelRatio), Math.ceil(size * Screen.devicePixelRatio))
+    sourceSize.width: Math.ceil(size * Screen.devicePixelRatio)
+    sourceSize.height: Math.ceil(size * Screen.devicePixelRatio)
     source: name === "" ? "" : "image://symbol/" + name + "/" + tint()
     fillMode: Image.PreserveAspectFit
     Accessible.ignored: true

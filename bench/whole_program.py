@@ -1,0 +1,142 @@
+#!/usr/bin/python3
+"""Measures the built program on a virtual desktop, beside a bare Qt Quick window of the same size.
+
+Usage: whole_program.py <folder of the executables>
+
+Prints one line per figure. The numbers say what this machine did in this run; nothing is judged here.
+"""
+
+import json
+import os
+import re
+import sqlite3
+import statistics
+import subprocess
+import sys
+import time
+import uuid
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "tests/system"))
+from virtual_desktop import VirtualDesktop, wait_for  # noqa: E402
+
+FIRST_FRAME = "Bild gezeigt"
+STARTS = 9
+TICKS_PER_SECOND = os.sysconf("SC_CLK_TCK")
+
+
+def store(desktop, **preferences):
+    folder = desktop.data_home / "quillbar"
+    folder.mkdir(exist_ok=True)
+    database = sqlite3.connect(folder / "preferences.sqlite")
+    database.execute("CREATE TABLE IF NOT EXISTS preferences (key TEXT PRIMARY KEY NOT NULL, type TEXT NOT NULL, "
+                     "value ANY NOT NULL) STRICT, WITHOUT ROWID")
+    kinds = {str: "string", bool: "boolean", float: "double", bytes: "data"}
+    for key, value in preferences.items():
+        database.execute("INSERT OR REPLACE INTO preferences VALUES (?, ?, ?)", (key, kinds[type(value)], value))
+    database.execute("PRAGMA user_version = 1")
+    database.commit()
+    database.close()
+
+
+def cpu_seconds(pid):
+    fields = Path(f"/proc/{pid}/stat").read_text().rsplit(")", 1)[1].split()
+    return (int(fields[11]) + int(fields[12])) / TICKS_PER_SECOND
+
+
+def wake_ups(pid):
+    total = 0
+    for status in Path(f"/proc/{pid}/task").glob("*/status"):
+        total += int(re.search(r"^voluntary_ctxt_switches:\s+(\d+)", status.read_text(), re.M).group(1))
+    return total
+
+
+def proportional_memory(pid):
+    """MiB."""
+    rollup = Path(f"/proc/{pid}/smaps_rollup").read_text()
+    return int(re.search(r"^Pss:\s+(\d+) kB", rollup, re.M).group(1)) / 1024
+
+
+def start_to_first_frame(desktop, executable):
+    """Seconds until the program says that its first frame is shown, and its memory then in MiB."""
+    begin = time.monotonic()
+    program = desktop.start([executable], env={"QT_LOGGING_RULES": "quillbar.panel.debug=true"})
+    wait_for(lambda: FIRST_FRAME in program.log, message=lambda: program.log)
+    seconds = time.monotonic() - begin
+    time.sleep(1.0)
+    memory = proportional_memory(program.pid)
+    program.terminate()
+    return seconds, memory
+
+
+def compare_starts(desktop, folder):
+    names = ("quillbar", "bare-window")
+    figures = {name: [] for name in names}
+    for _ in range(STARTS):
+        for name in names:
+            figures[name].append(start_to_first_frame(desktop, str(folder / name)))
+    seconds = {name: statistics.median(run[0] for run in figures[name]) for name in names}
+    memory = {name: statistics.median(run[1] for run in figures[name]) for name in names}
+    pairs = [ours[0] / theirs[0] for ours, theirs in zip(*figures.values())]
+    print(f"start to first frame, median of {STARTS}: {seconds['quillbar'] * 1000:.0f} ms, bare window "
+          f"{seconds['bare-window'] * 1000:.0f} ms, ratio {statistics.median(pairs):.2f}")
+    print(f"proportional memory, median: {memory['quillbar']:.1f} MiB, bare window {memory['bare-window']:.1f} MiB, "
+          f"ratio {memory['quillbar'] / memory['bare-window']:.2f}")
+
+
+def rest(program, label, seconds=15):
+    before = cpu_seconds(program.pid), wake_ups(program.pid), program.log.count("Frame rendered")
+    time.sleep(seconds)
+    after = cpu_seconds(program.pid), wake_ups(program.pid), program.log.count("Frame rendered")
+    cpu, wakes, frames = (end - start for start, end in zip(before, after))
+    print(f"{label}: {cpu / seconds * 100:.2f} % of a core, {wakes / seconds:.1f} wake-ups per second, "
+          f"{frames} frames in {seconds} s")
+
+
+def measure_rest(desktop, folder):
+    program = desktop.start([str(folder / "quillbar")],
+                            env={"QT_LOGGING_RULES": "qt.scenegraph.time.renderloop.debug=true"})
+    panel = wait_for(lambda: desktop.windows("^Quillbar$"))[0]
+    wait_for(lambda: not desktop.windows("^Quillbar$"))
+    time.sleep(1.0)
+    rest(program, "hidden")
+    measure_slide(desktop, panel)
+    time.sleep(1.5)
+    rest(program, "open and untouched")
+    program.terminate()
+
+
+def measure_slide(desktop, panel):
+    watcher = desktop.start(["xev", "-id", str(panel), "-event", "structure"], stdout=subprocess.PIPE)
+    time.sleep(0.5)
+    desktop.move(0, 400)
+    time.sleep(1.5)
+    watcher.process.terminate()
+    moves = watcher.process.stdout.read().decode().count("ConfigureNotify")
+    print(f"slide in: {moves} steps in 0.22 s, {moves / 0.22:.0f} per second")
+
+
+def open_many_tasks(desktop, folder, count=10_000):
+    tasks = [{"id": str(uuid.uuid4()).upper(), "title": f"Aufgabe {number}", "status": "backlog",
+              "createdAt": 784111777.5, "order": number} for number in range(1, count + 1)]
+    store(desktop, **{"todoItems.v1": json.dumps(tasks).encode()})
+    seconds = [start_to_first_frame(desktop, str(folder / "quillbar"))[0] for _ in range(5)]
+    store(desktop, **{"todoItems.v1": b"[]"})
+    empty = [start_to_first_frame(desktop, str(folder / "quillbar"))[0] for _ in range(5)]
+    print(f"start to first frame with {count} tasks: {statistics.median(seconds) * 1000:.0f} ms, without "
+          f"{statistics.median(empty) * 1000:.0f} ms")
+
+
+def main():
+    folder = Path(sys.argv[1])
+    with VirtualDesktop(compositor=True) as desktop:
+        store(desktop, hasOnboarded=True)
+        compare_starts(desktop, folder)
+        measure_rest(desktop, folder)
+        open_many_tasks(desktop, folder)
+
+
+if __name__ == "__main__":
+    if len(sys.argv) != 2:
+        sys.exit(__doc__)
+    main()

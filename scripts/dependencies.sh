@@ -1,0 +1,81 @@
+# What the application, its build and its tests need of the system, as Debian packages; sourced by ./run and
+# ./test after steps.sh. All names exist on Debian 12 and 13; one that ends in "?" is taken where it exists.
+# shellcheck shell=bash disable=SC2034
+
+packages_build=(
+    g++ cmake ninja-build pkg-config
+    qt6-base-dev qt6-base-private-dev qt6-declarative-dev qt6-declarative-dev-tools qt6-svg-dev
+    qt6-shadertools-dev qt6-shader-baker
+    libsqlite3-dev libxcb1-dev libxcb-randr0-dev libxcb-xfixes0-dev
+)
+
+packages_runtime=(
+    qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript
+    qml6-module-qtquick qml6-module-qtquick-window qml6-module-qtquick-layouts
+    qml6-module-qtquick-templates qml6-module-qtquick-controls qml6-module-qtquick-dialogs
+    qt6-svg-plugins? libgl1-mesa-dri
+)
+
+packages_virtual_desktop=(
+    xvfb openbox picom xdotool maim hsetroot x11-utils x11-xserver-utils x11-xkb-utils xterm
+    dbus libglib2.0-bin python3 python3-pil fonts-inter fonts-noto-core
+)
+
+packages_benchmarks=(libbenchmark-dev)
+
+packages_checks=(clang-format)
+
+# Prints those of the given packages that are not installed.
+missing_packages() {
+    local -A installed=()
+    local name package
+    while read -r name; do
+        installed[$name]=1
+    done < <(dpkg-query -W -f='${db:Status-Status} ${Package}\n' 2>/dev/null | sed -n 's/^installed //p')
+    for package in "$@"; do
+        name=${package%\?}
+        [[ -n ${installed[$name]:-} ]] || echo "$package"
+    done
+}
+
+# Prints the given packages without those optional ones that the package lists don't have.
+available_packages() {
+    local package
+    for package in "$@"; do
+        if [[ $package != *\? ]]; then
+            echo "$package"
+        elif [[ -n $(apt-cache madison "${package%\?}" 2>/dev/null) ]]; then
+            echo "${package%\?}"
+        fi
+    done
+}
+
+# apt_get <log> <argument> …: apt-get as the superuser, with its output in the log.
+apt_get() {
+    local log=$1 command=(env DEBIAN_FRONTEND=noninteractive apt-get -o DPkg::Lock::Timeout=600)
+    shift
+    if ((EUID != 0)); then
+        command -v sudo >/dev/null || fail "sudo fehlt, um Pakete zu installieren"
+        command=(sudo "${command[@]}")
+    fi
+    "${command[@]}" "$@" </dev/null >>"$log" 2>&1 \
+        || fail "apt-get $1 ist gescheitert: $(grep -m1 '^E: ' "$log" || tail -n1 "$log") (siehe $log)"
+}
+
+# install_packages <package> …: installs what is missing; silent if nothing is.
+install_packages() {
+    command -v dpkg-query >/dev/null || fail "Pakete lassen sich nur auf Debian und Verwandten installieren"
+    local missing log
+    mapfile -t missing < <(missing_packages "$@")
+    mapfile -t missing < <(available_packages "${missing[@]}")
+    ((${#missing[@]})) || return 0
+    echo "Installiere, was fehlt: ${missing[*]}"
+    log=$(mktemp --tmpdir quillbar-apt-XXXXXX.log)
+    # A foreign package source that fails to update is no reason to stop.
+    (apt_get "$log" update) 2>/dev/null || true
+    # Only now is it known which of the optional ones there are.
+    mapfile -t missing < <(missing_packages "$@")
+    mapfile -t missing < <(available_packages "${missing[@]}")
+    apt_get "$log" install -y --no-install-recommends "${missing[@]}"
+    rm -f "$log"
+}

@@ -1,0 +1,198 @@
+#!/usr/bin/python3
+"""Goes through the program on a virtual desktop as a person would, and leaves screenshots.
+
+Usage: tour.py <folder of the executables> <folder for the screenshots>
+"""
+
+import json
+import sqlite3
+import sys
+import time
+from pathlib import Path
+
+from PIL import Image, ImageDraw, ImageFilter
+
+sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "tests/system"))
+from virtual_desktop import VirtualDesktop, wait_for  # noqa: E402
+
+SCREEN = (1440, 900)
+FONTS = """<?xml version="1.0"?>
+<!DOCTYPE fontconfig SYSTEM "urn:fontconfig:fonts.dtd">
+<fontconfig>
+  <alias binding="strong"><family>sans-serif</family><prefer><family>Inter</family></prefer></alias>
+</fontconfig>
+"""
+TASKS = ["Angebot für die Werkstatt schreiben", "Milch, Brot und Kaffee kaufen",
+         "Steuerunterlagen sortieren und abheften, bevor das Jahr zu Ende geht", "Fahrrad zur Inspektion"]
+FROSTED = {"frosted": True, "tint": {"r": 0.42, "g": 0.2, "b": 0.6}, "tintStrength": 0.28, "darkness": 0.3,
+           "blur": 40, "lightsEnabled": True, "lightColor": {"r": 0.95, "g": 0.4, "b": 0.3},
+           "lightsIntensity": 0.45, "textWhite": True, "haloStrength": 0.29, "textScale": 1.0}
+BRIGHT = {"frosted": True, "tint": {"r": 1.0, "g": 1.0, "b": 1.0}, "tintStrength": 0.35, "darkness": 0.0,
+          "blur": 13, "lightsEnabled": False, "lightColor": {"r": 0.0, "g": 0.11, "b": 1.0},
+          "lightsIntensity": 0.0, "textWhite": False, "haloStrength": 0.29, "textScale": 1.0}
+
+
+def paint_wallpaper(path):
+    """A colourful picture with soft light in it, so that glass has something to show."""
+    small = (SCREEN[0] // 8, SCREEN[1] // 8)
+    picture = Image.new("RGB", small, "#3d4a78")
+    draw = ImageDraw.Draw(picture)
+    for x, y, radius, colour in ((0.1, 0.0, 70, "#4f74c8"), (1.0, 0.2, 60, "#d08468"), (0.62, 1.0, 55, "#3a9486"),
+                                 (0.3, 0.9, 40, "#2a3a68"), (0.55, 0.3, 30, "#7a6a96")):
+        centre = (x * small[0], y * small[1])
+        draw.ellipse([centre[0] - radius, centre[1] - radius, centre[0] + radius, centre[1] + radius], colour)
+    picture.filter(ImageFilter.GaussianBlur(22)).resize(SCREEN, Image.BICUBIC).save(path)
+
+
+class Tour:
+    def __init__(self, executables, target):
+        self.executables = Path(executables)
+        self.target = Path(target)
+        self.target.mkdir(parents=True, exist_ok=True)
+        for old in self.target.glob("*.png"):
+            old.unlink()
+        self.desktop = VirtualDesktop(screens=[SCREEN], compositor=True)
+        fonts = self.desktop.config_home / "fontconfig"
+        fonts.mkdir()
+        (fonts / "fonts.conf").write_text(FONTS)
+        self.picture = self.desktop.folder / "wallpaper.png"
+        paint_wallpaper(self.picture)
+        self.wallpaper(self.picture)
+        self.program = None
+        self.count = 0
+
+    # --- what a person does
+
+    def wallpaper(self, what):
+        kind = "-cover" if isinstance(what, Path) else "-solid"
+        self.desktop.run("hsetroot", kind, what)
+
+    def shot(self, name):
+        self.count += 1
+        path = self.target / f"{self.count:02}-{name}.png"
+        self.desktop.screenshot(path)
+        print(path, flush=True)
+
+    def settle(self, seconds=0.5):
+        """Lets animations end."""
+        time.sleep(seconds)
+
+    def panel(self):
+        return self.desktop.windows("^Quillbar$")
+
+    def start(self):
+        self.program = self.desktop.start([str(self.executables / "quillbar")])
+        wait_for(self.panel, message=lambda: "no panel: " + self.program.log)
+
+    def stop(self):
+        if self.program:
+            self.program.terminate()
+        self.program = None
+
+    def configure(self, **preferences):
+        """Changes stored preferences while the program is not running."""
+        self.stop()
+        kinds = {str: "string", bool: "boolean", float: "double", list: "array", dict: "data"}
+        path = self.desktop.data_home / "quillbar/preferences.sqlite"
+        database = sqlite3.connect(path)
+        for key, value in preferences.items():
+            stored = json.dumps(value) if isinstance(value, list) else value
+            stored = json.dumps(value).encode() if isinstance(value, dict) else stored
+            database.execute("INSERT OR REPLACE INTO preferences VALUES (?, ?, ?)", (key, kinds[type(value)], stored))
+        database.commit()
+        database.close()
+        self.start()
+
+    def reveal(self, side="left"):
+        self.desktop.move(0 if side == "left" else SCREEN[0] - 1, 450)
+        wait_for(self.panel, message="the panel does not come")
+        self.settle()
+
+    def leave(self):
+        self.desktop.move(720, 450)
+        wait_for(lambda: not self.panel(), message="the panel does not go")
+
+    # --- the stations
+
+    def first_start(self):
+        before = self.desktop.screenshot()
+        self.start()
+        wait_for(lambda: self.desktop.screenshot() != before, message="nothing to see")
+        self.settle()
+        self.shot("erster-start")
+        self.leave()
+
+    def board(self):
+        self.desktop.move(0, 450)
+        wait_for(self.panel, message="the panel does not come")
+        self.shot("gleitet-herein")
+        self.settle()
+        self.desktop.move(200, 700)
+        for task in TASKS:
+            self.desktop.type(task)
+            self.desktop.key("Return")
+        self.settle()
+        self.shot("tafel")
+
+    def quick_settings(self):
+        self.desktop.right_click(60, 60)
+        self.settle(0.8)
+        self.shot("schnelleinstellungen")
+        self.desktop.key("Escape")
+        self.settle()
+
+    def task_list(self):
+        self.leave()
+        self.configure(todoViewMode="list")
+        self.reveal()
+        self.desktop.move(200, 160)
+        self.settle()
+        self.shot("liste")
+        self.leave()
+
+    def looks(self):
+        self.configure(globalTheme=FROSTED, sidebarSide="right")
+        self.reveal("right")
+        self.shot("milchglas-rechts")
+        self.leave()
+        for name, colour in (("weiss", "#ffffff"), ("schwarz", "#000000")):
+            self.wallpaper(colour)
+            self.configure(globalTheme={**FROSTED, "frosted": False, "tintStrength": 0.0, "darkness": 0.7,
+                                        "lightsIntensity": 0.0}, sidebarSide="left")
+            self.reveal()
+            self.shot(f"standard-auf-{name}")
+            self.leave()
+        self.wallpaper(self.picture)
+        self.configure(globalTheme=BRIGHT)
+        self.reveal()
+        self.shot("dunkler-text")
+        self.leave()
+
+    def empty(self):
+        self.configure(enabledModuleIDs=[])
+        self.reveal()
+        self.shot("keine-module")
+        self.leave()
+        self.stop()
+
+    def gallery(self):
+        program = self.desktop.start([str(self.executables / "quillbar-gallery")])
+        before = self.desktop.screenshot()
+        wait_for(lambda: self.desktop.screenshot() != before, message=lambda: "no gallery: " + program.log)
+        self.settle(1.5)
+        self.shot("galerie")
+        program.terminate()
+
+    def run(self):
+        try:
+            for station in (self.first_start, self.board, self.quick_settings, self.task_list, self.looks,
+                            self.empty, self.gallery):
+                station()
+        finally:
+            self.desktop.close()
+
+
+if __name__ == "__main__":
+    if len(sys.argv) != 3:
+        sys.exit(__doc__)
+    Tour(sys.argv[1], sys.argv[2]).run()

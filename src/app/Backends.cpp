@@ -1,0 +1,57 @@
+#include "app/Backends.h"
+
+#include "platform/freedesktop/TrayHost.h"
+#include "platform/freedesktop/XdgAutostartLoginItem.h"
+#include "platform/generic/GenericDesktop.h"
+#include "platform/generic/GenericPanelWindow.h"
+#include "platform/x11/SelectionWatcher.h"
+#include "platform/x11/X11Desktop.h"
+#include "platform/x11/X11PanelWindow.h"
+
+#include <QDBusConnection>
+#include <QGuiApplication>
+
+namespace randblatt {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Lets the host know of an X11 system tray (freedesktop.org System Tray Protocol).
+void watchClassicTray(TrayHost &host)
+{
+    auto *selection = new SelectionWatcher("_NET_SYSTEM_TRAY_S", &host);
+    const auto follow = [selection, &host] { host.setClassicTray(selection->hasOwner()); };
+    QObject::connect(selection, &SelectionWatcher::ownerChanged, &host, follow);
+    follow();
+}
+
+} // namespace
+
+Backends::Backends() = default;
+Backends::~Backends() = default;
+Backends::Backends(Backends &&) noexcept = default;
+Backends &Backends::operator=(Backends &&) noexcept = default;
+
+Backends makeBackends()
+{
+    Backends backends;
+    backends.loginItem = std::make_unique<XdgAutostartLoginItem>(QCoreApplication::applicationFilePath());
+    backends.tray = std::make_unique<TrayHost>(QDBusConnection::sessionBus());
+    if (QGuiApplication::platformName() == "xcb"_L1) {
+        auto desktop = std::make_unique<X11Desktop>();
+        backends.makePanelWindow = [x11 = desktop.get()](std::unique_ptr<QWindow> window) {
+            return std::make_unique<X11PanelWindow>(std::move(window), *x11);
+        };
+        backends.desktop = std::move(desktop);
+        watchClassicTray(*backends.tray);
+    } else {
+        backends.desktop = std::make_unique<GenericDesktop>();
+        backends.makePanelWindow = [](std::unique_ptr<QWindow> window) {
+            return std::make_unique<GenericPanelWindow>(std::move(window));
+        };
+    }
+    return backends;
+}
+
+} // namespace randblatt

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QWindow>
+
+#include <functional>
+#include <memory>
+
+namespace randblatt {
+
+class Desktop;
+class LoginItem;
+class PanelWindow;
+class TrayHost;
+
+/// The back ends of the seams that the running desktop calls for.
+struct Backends
+{
+    Backends();
+    ~Backends();
+    Backends(Backends &&) noexcept;
+    Backends &operator=(Backends &&) noexcept;
+
+    std::unique_ptr<LoginItem> loginItem;
+    std::unique_ptr<Desktop> desktop;
+    std::unique_ptr<TrayHost> tray;
+    /// Handles a window as the panel; the window must not have been shown yet.
+    std::function<std::unique_ptr<PanelWindow>(std::unique_ptr<QWindow>)> makePanelWindow;
+};
+
+/// Chooses by the platform that Qt runs on; to be called once the application object exists.
+[[nodiscard]] Backends makeBackends();
+
+} // namespace randblatt

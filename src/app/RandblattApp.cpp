@@ -1,0 +1,129 @@
+#include "app/RandblattApp.h"
+
+#include "app/NotificationCenter.h"
+#include "modules/todo/TodoModule.h"
+#include "platform/Desktop.h"
+#include "platform/LoginItem.h"
+#include "platform/PanelWindow.h"
+#include "platform/freedesktop/SingleInstance.h"
+#include "platform/freedesktop/TrayHost.h"
+#include "settings/ModuleRegistry.h"
+#include "sidebar/SidebarPanel.h"
+#include "sidebar/SidebarUIState.h"
+#include "ui/controls/SymbolProvider.h"
+
+#include <QApplication>
+#include <QLoggingCategory>
+
+#include <algorithm>
+#include <array>
+
+namespace randblatt {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+Q_LOGGING_CATEGORY(lcApp, "quillbar.app")
+
+} // namespace
+
+RandblattApp::RandblattApp(SingleInstance &instance)
+    : m_preferences(Preferences::defaultPath())
+    , m_backends(makeBackends())
+    , m_settings(m_preferences, *m_backends.loginItem)
+    , m_delegate({AppSettings::shared(), SidebarUIState::shared(), NotificationCenter::defaultCenter(),
+                  *m_backends.desktop, [this] { return makeModules(); },
+                  [this](ModuleRegistry &registry) { return panelFactory(registry); }})
+    , m_statusBar(m_menu)
+{
+    m_engine.addImportPath(u"qrc:/qt/qml"_s);
+    m_engine.addImageProvider(u"symbol"_s, new SymbolProvider);
+    connectMenu();
+    connectInstance(instance);
+}
+
+RandblattApp::~RandblattApp() = default;
+
+void RandblattApp::start()
+{
+    preloadViews();
+    m_delegate.applicationDidFinishLaunching();
+    const auto followTray = [this] {
+        if (m_backends.tray->isAvailable())
+            m_statusBar.showStatusItem();
+    };
+    connect(m_backends.tray.get(), &TrayHost::availableChanged, this, followTray);
+    followTray();
+}
+
+// Another thread reads the views' documents while this one sets up the window and its graphics.
+void RandblattApp::preloadViews()
+{
+    const auto preload = [this](const QUrl &source) {
+        m_preloaded.push_back(
+            std::make_unique<QQmlComponent>(&m_engine, source, QQmlComponent::Asynchronous));
+    };
+    preload(SidebarPanel::viewSource());
+    const auto modules = m_delegate.registry().enabledModules();
+    for (const SidebarModule *module : modules)
+        preload(module->makeView().source);
+}
+
+void RandblattApp::connectMenu()
+{
+    connect(&m_menu, &MenuContent::showSidebarRequested, &m_delegate, &AppDelegate::showSidebar);
+    connect(&m_menu, &MenuContent::openSettingsRequested, &m_delegate, &AppDelegate::openSettings);
+    connect(&m_menu, &MenuContent::quitRequested, qApp, &QCoreApplication::quit);
+}
+
+void RandblattApp::connectInstance(SingleInstance &instance)
+{
+    connect(&instance, &SingleInstance::activated, &m_delegate, &AppDelegate::showSidebar);
+    connect(&instance, &SingleInstance::actionActivated, this, &RandblattApp::runAction);
+    connect(&instance, &SingleInstance::opened, this, [](const QList<QUrl> &urls) {
+        qCInfo(lcApp, "%lld Adresse(n) erhalten, für die es noch keinen Empfänger gibt",
+               static_cast<long long>(urls.size()));
+    });
+}
+
+void RandblattApp::runAction(const QString &name)
+{
+    struct Action
+    {
+        QLatin1StringView name;
+        void (AppDelegate::*run)();
+    };
+    static constexpr std::array actions{
+        Action{"show"_L1, &AppDelegate::showSidebar},
+        Action{"hide"_L1, &AppDelegate::hideSidebar},
+        Action{"toggle"_L1, &AppDelegate::toggleSidebar},
+        Action{"settings"_L1, &AppDelegate::openSettings},
+    };
+    const auto action =
+        std::find_if(actions.begin(), actions.end(), [&](const Action &known) { return known.name == name; });
+    if (action == actions.end())
+        qCWarning(lcApp, "Unbekannte Aktion: %ls", qUtf16Printable(name));
+    else
+        (m_delegate.*action->run)();
+}
+
+std::vector<std::unique_ptr<SidebarModule>> RandblattApp::makeModules()
+{
+    std::vector<std::unique_ptr<SidebarModule>> modules;
+    modules.push_back(std::make_unique<TodoModule>(m_settings, m_preferences));
+    return modules;
+}
+
+SidebarPanelController::PanelFactory RandblattApp::panelFactory(ModuleRegistry &registry)
+{
+    return [this, &registry](const QSizeF &size) {
+        auto panel = std::make_unique<SidebarPanel>(m_engine, m_settings, registry, SidebarUIState::shared(),
+                                                    *m_backends.desktop);
+        panel->resize(size.toSize());
+        connect(panel.get(), &SidebarPanel::openSettingsRequested, &m_delegate, &AppDelegate::openSettings);
+        return m_backends.makePanelWindow(std::move(panel));
+    };
+}
+
+} // namespace randblatt

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "app/AppDelegate.h"
+#include "app/Backends.h"
+#include "settings/AppSettings.h"
+#include "settings/Preferences.h"
+#include "sidebar/MenuContent.h"
+#include "sidebar/StatusBarController.h"
+
+#include <QQmlComponent>
+#include <QQmlEngine>
+
+namespace randblatt {
+
+class SingleInstance;
+
+/// The application: makes everything that exists once, in the order in which it depends on one another, and
+/// declares the tray icon, its only permanent presence.
+class RandblattApp : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// `instance` is borrowed and must outlive the application.
+    explicit RandblattApp(SingleInstance &instance);
+    ~RandblattApp() override;
+
+    /// Runs the start-up sequence; the caller then runs the event loop.
+    void start();
+
+private:
+    void preloadViews();
+    void connectMenu();
+    void connectInstance(SingleInstance &instance);
+    void runAction(const QString &name);
+    [[nodiscard]] std::vector<std::unique_ptr<SidebarModule>> makeModules();
+    [[nodiscard]] SidebarPanelController::PanelFactory panelFactory(ModuleRegistry &registry);
+
+    Preferences m_preferences;
+    Backends m_backends;
+    AppSettings m_settings;
+    QQmlEngine m_engine;
+    std::vector<std::unique_ptr<QQmlComponent>> m_preloaded;
+    AppDelegate m_delegate;
+    MenuContent m_menu;
+    StatusBarController m_statusBar;
+};
+
+} // namespace randblatt

@@ -1,0 +1,122 @@
+import QtQuick
+
+import Randblatt.Controls
+import Randblatt.Todo
+
+// The tasks as a board: a column per status, each as wide as the view, and pages to turn between them.
+FocusScope {
+    id: root
+
+    required property CardAppearance appearance
+    required property TodoStore store
+    // The TodoColumns.
+    required property var columns
+
+    function turnPage(step: int): void {
+        const page = pages.currentIndex + step
+        if (page < 0 || page >= pages.count)
+            return
+        const hadFocus = activeFocus
+        pages.currentIndex = page
+        if (hadFocus)
+            (pages.currentItem as KanbanColumn).takeKeyboard(step)
+    }
+
+    function openMenu(column: KanbanColumn, card: KanbanCard, byKeyboard: bool): void {
+        menuLoader.active = true
+        menuLoader.column = column
+        menuLoader.index = card.index
+        menuLoader.taskId = card.taskId
+        const menu = menuLoader.item as KanbanCardMenu
+        const corner = card.mapToItem(root, card.width, card.height / 2)
+        menu.openAt(corner.x - Metrics.cardPadding, corner.y + 12, byKeyboard)
+    }
+
+    Keys.onLeftPressed: turnPage(-1)
+    Keys.onRightPressed: turnPage(1)
+
+    ListView {
+        id: pages
+
+        objectName: "kanbanPages"
+        anchors.fill: parent
+        focus: true
+        model: root.columns
+        orientation: ListView.Horizontal
+        snapMode: ListView.SnapOneItem
+        highlightRangeMode: ListView.StrictlyEnforceRange
+        preferredHighlightBegin: 0
+        preferredHighlightEnd: 0
+        highlightMoveDuration: 200
+        boundsBehavior: Flickable.StopAtBounds
+        keyNavigationEnabled: false
+        // The other columns are made after the first frame and keep their places from then on.
+        cacheBuffer: 2 * width
+        clip: true
+        Accessible.role: Accessible.Pane
+        Accessible.name: "Kanban-Tafel"
+
+        onWidthChanged: positionViewAtIndex(currentIndex, ListView.Beginning)
+
+        // A notch of the wheel, or as much on a touchpad, turns one page; what follows at once is the same
+        // gesture.
+        WheelHandler {
+            id: wheel
+
+            property real turned: 0
+
+            orientation: Qt.Horizontal
+            acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
+            onWheel: event => {
+                const wasBelow = Math.abs(turned) < 120
+                turned += event.angleDelta.x
+                if (wasBelow && Math.abs(turned) >= 120)
+                    root.turnPage(turned > 0 ? -1 : 1)
+                quiet.restart()
+            }
+        }
+
+        Timer {
+            id: quiet
+
+            interval: 150
+            onTriggered: wheel.turned = 0
+        }
+
+        delegate: KanbanColumn {
+            id: page
+
+            required property TodoColumn modelData
+            required property int index
+
+            width: pages.width
+            height: pages.height
+            appearance: root.appearance
+            column: modelData
+            isShown: ListView.isCurrentItem
+            hasPrevious: index > 0
+            hasNext: index < pages.count - 1
+            onPageTurned: step => root.turnPage(step)
+            onMenuRequested: (card, byKeyboard) => root.openMenu(page, card, byKeyboard)
+            onDeleted: taskId => root.store.deleteItem(taskId)
+        }
+    }
+
+    Loader {
+        id: menuLoader
+
+        property KanbanColumn column
+        property int index
+        property var taskId
+
+        active: false
+        sourceComponent: KanbanCardMenu {
+            parent: root
+            appearance: root.appearance
+            columns: root.columns
+            onStatusChosen: status => root.store.setStatusName(menuLoader.taskId, status)
+            onDeleteChosen: root.store.deleteItem(menuLoader.taskId)
+            onClosed: menuLoader.column.focusCard(menuLoader.index, byKeyboard)
+        }
+    }
+}

@@ -1,0 +1,183 @@
+import QtQuick
+import QtQuick.Templates as T
+
+import Randblatt.Controls
+
+// A task of the list: its check mark, its title – or the field that changes it – and its delete button.
+T.Control {
+    id: root
+
+    required property CardAppearance appearance
+    required property int index
+    required property var taskId
+    required property string title
+    required property bool done
+
+    property bool isEditing: false
+    property string draft
+
+    readonly property bool isCurrent: ListView.isCurrentItem
+    readonly property bool isActive: hovered || (isCurrent && ListView.view.activeFocus)
+    readonly property real symbolSize: 15 * appearance.textScale
+    // A button's reach around its symbol that makes it easy to hit.
+    readonly property real reach: Math.max(5, (24 - symbolSize) / 2)
+
+    signal toggled
+    signal renamed(title: string)
+    signal deleted
+
+    function startEditing(): void {
+        ListView.view.currentIndex = index
+        draft = title
+        isEditing = true
+    }
+
+    function finishEditing(renames: bool): void {
+        if (!isEditing)
+            return
+        isEditing = false
+        if (renames)
+            renamed(draft)
+    }
+
+    leftPadding: Metrics.cardPadding + 8
+    rightPadding: Metrics.cardPadding + 8
+    topPadding: 6
+    bottomPadding: 6
+    implicitHeight: Math.max(24, implicitContentHeight + topPadding + bottomPadding)
+    objectName: "todoRow"
+    hoverEnabled: true
+    focusPolicy: isCurrent || activeFocus ? Qt.TabFocus : Qt.NoFocus
+
+    Accessible.role: Accessible.ListItem
+    Accessible.name: title
+
+    // A row in the pool is only out of the picture; it must be gone for assistive tools as well.
+    ListView.onPooled: {
+        isEditing = false
+        visible = false
+    }
+    ListView.onReused: visible = true
+    onActiveFocusChanged: if (activeFocus)
+        ListView.view.currentIndex = index
+
+    Keys.enabled: !isEditing
+    Keys.onPressed: event => {
+        event.accepted = true
+        if (event.key === Qt.Key_F2 || event.key === Qt.Key_Return || event.key === Qt.Key_Enter)
+            startEditing()
+        else if (event.key === Qt.Key_Space)
+            toggled()
+        else if (event.key === Qt.Key_Delete)
+            deleted()
+        else
+            event.accepted = false
+    }
+
+    contentItem: Item {
+        implicitHeight: Math.max(titleText.implicitHeight, root.symbolSize)
+
+        PlainButton {
+            id: statusButton
+
+            objectName: "statusButton"
+            x: -reach
+            anchors.verticalCenter: parent.verticalCenter
+            text: "Erledigt: " + root.title
+            showsText: false
+            symbol: root.done ? "checkmark.circle.fill" : "circle"
+            symbolSize: root.symbolSize
+            reach: root.reach
+            color: root.done ? root.appearance.accent : root.appearance.secondary
+            accent: root.appearance.accent
+            focusPolicy: root.isCurrent || activeFocus ? Qt.TabFocus : Qt.NoFocus
+            Accessible.role: Accessible.CheckBox
+            Accessible.checkable: true
+            Accessible.checked: root.done
+            onClicked: root.toggled()
+        }
+
+        CardText {
+            id: titleText
+
+            objectName: "rowTitle"
+            x: root.symbolSize + Metrics.tightGap
+            width: deleteButton.x - x
+            height: parent.height
+            visible: !root.isEditing
+            appearance: root.appearance
+            color: root.done ? root.appearance.secondary : root.appearance.foreground
+            font.strikeout: root.done
+            wrapMode: Text.Wrap
+            maximumLineCount: 3
+            text: root.title
+        }
+
+        Loader {
+            x: titleText.x
+            width: titleText.width
+            anchors.verticalCenter: parent.verticalCenter
+            active: root.isEditing
+            sourceComponent: editor
+        }
+
+        PlainButton {
+            id: deleteButton
+
+            objectName: "deleteButton"
+            x: parent.width - width + reach
+            anchors.verticalCenter: parent.verticalCenter
+            text: "Löschen: " + root.title
+            showsText: false
+            symbol: "trash"
+            symbolSize: root.symbolSize
+            reach: root.reach
+            opacity: !root.isActive ? 0 : down ? 0.6 : 1
+            enabled: root.isActive && !root.isEditing
+            color: root.appearance.secondary
+            accent: root.appearance.accent
+            focusPolicy: root.isCurrent || activeFocus ? Qt.TabFocus : Qt.NoFocus
+            onClicked: root.deleted()
+        }
+    }
+
+    background: Item {
+        TapHandler {
+            onTapped: {
+                if (!root.isEditing)
+                    root.forceActiveFocus(Qt.MouseFocusReason)
+            }
+            onDoubleTapped: root.startEditing()
+        }
+
+        Rectangle {
+            anchors.fill: parent
+            anchors.leftMargin: Metrics.cardPadding
+            anchors.rightMargin: Metrics.cardPadding
+            radius: Metrics.rowRadius
+            color: root.appearance.alpha(root.hovered ? 0.05 : 0)
+            border.width: root.isEditing ? 1 : 0
+            border.color: root.appearance.accent
+
+            FocusRing {
+                visible: root.visualFocus
+                accent: root.appearance.accent
+            }
+        }
+    }
+
+    Component {
+        id: editor
+
+        RowEditor {
+            appearance: root.appearance
+            text: root.draft
+            onTextEdited: root.draft = text
+            onFinished: (renames, byKey) => {
+                root.finishEditing(renames)
+                if (byKey)
+                    root.forceActiveFocus(Qt.ShortcutFocusReason)
+            }
+        }
+    }
+}

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "modules/todo/TodoItem.h"
+
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
+
+#include <functional>
+
+namespace randblatt {
+
+class Preferences;
+
+/// The user's tasks, kept as one JSON value in the preferences. Every operation that changes the tasks stores
+/// the whole list before it announces the change. Positions in signals are those in items(). To be used on
+/// the main thread.
+class TodoStore : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("The to-do module makes its store.")
+
+public:
+    /// Tells the present time in seconds since 2001-01-01 00:00:00 UTC.
+    using Clock = std::function<double()>;
+
+    /// Loads the stored tasks. `preferences` is borrowed and must outlive the store.
+    explicit TodoStore(Preferences &preferences, QObject *parent = nullptr);
+    TodoStore(Preferences &preferences, Clock clock, QObject *parent = nullptr);
+
+    /// The key of the preferences under which the tasks are stored.
+    [[nodiscard]] static QString key();
+
+    /// All tasks in the order in which they were added; not the order in which they are shown.
+    [[nodiscard]] const QList<TodoItem> &items() const { return m_items; }
+    /// The tasks of one status as they are shown: by `order`, and by their places in items() where it is
+    /// equal.
+    [[nodiscard]] QList<TodoItem> items(TodoStatus status) const;
+
+    /// Replaces the tasks by the stored ones. A stored value that cannot be decoded changes nothing; the next
+    /// save() overwrites it.
+    void load();
+    /// Stores the tasks.
+    void save();
+
+    /// Appends a task with the title, trimmed; a blank title does nothing.
+    Q_INVOKABLE void add(const QString &title, randblatt::TodoStatus status = randblatt::TodoStatus::backlog);
+    /// Gives the first task with the id the title, trimmed. A blank title or an unknown id does nothing.
+    Q_INVOKABLE void rename(const QUuid &id, const QString &title);
+    /// Sets the status of the first task with the id; an unknown id does nothing.
+    void setStatus(const QUuid &id, TodoStatus status);
+    /// The same with the status's stored string; an unknown string does nothing.
+    Q_INVOKABLE void setStatusName(const QUuid &id, const QString &name);
+    /// Finishes the task, or puts a finished one back into the backlog. An unknown id does nothing.
+    Q_INVOKABLE void toggleDone(const QUuid &id);
+    /// Deletes all finished tasks.
+    Q_INVOKABLE void removeDone();
+    /// Deletes every task with the id.
+    Q_INVOKABLE void deleteItem(const QUuid &id);
+
+Q_SIGNALS:
+    /// load() replaced the tasks.
+    void loaded();
+    /// A task was appended.
+    void itemAdded(int position);
+    /// The title or the status of the task at the position changed.
+    void itemChanged(int position);
+    /// The tasks that were at these positions, in ascending order, are gone.
+    void itemsRemoved(const QList<int> &positions);
+
+private:
+    [[nodiscard]] int positionOf(const QUuid &id) const;
+    [[nodiscard]] qint64 nextOrder() const;
+    void replace(int position, const TodoItem &item);
+    template <typename Predicate>
+    void removeIf(Predicate isRemoved);
+
+    Preferences &m_preferences;
+    Clock m_clock;
+    QList<TodoItem> m_items;
+    // The JSON of each task: with many of them, encoding all anew would take most of a save.
+    QList<QByteArray> m_encoded;
+};
+
+} // namespace randblatt

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "platform/Desktop.h"
+#include "platform/x11/ScreenLayout.h"
+#include "platform/x11/SelectionWatcher.h"
+#include "platform/x11/X11Connection.h"
+#include "platform/x11/X11WorkAreas.h"
+
+#include <QAbstractNativeEventFilter>
+#include <QTimer>
+
+class QScreen;
+
+namespace randblatt {
+
+/// The desktop of an X server: exact to the pixel at every scale factor, with the work area of each monitor.
+/// To be made while the application object runs on the xcb platform.
+class X11Desktop final : public Desktop, private QAbstractNativeEventFilter
+{
+    Q_OBJECT
+
+public:
+    explicit X11Desktop(QObject *parent = nullptr);
+
+    [[nodiscard]] QList<Screen> screens() const override { return m_screens; }
+    [[nodiscard]] std::optional<Screen> mainScreen() const override;
+    [[nodiscard]] std::optional<QPointF> pointerLocation() const override;
+    [[nodiscard]] bool isComposited() const override { return m_compositor.hasOwner(); }
+
+    /// For windows of this desktop.
+    [[nodiscard]] const ScreenLayout &layout() const { return m_layout; }
+
+private:
+    bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;
+    void watch(const QScreen *screen);
+    void refresh();
+
+    X11Connection m_x11;
+    X11WorkAreas m_workAreas;
+    SelectionWatcher m_compositor;
+    QTimer m_refreshTimer;
+    ScreenLayout m_layout;
+    QList<Screen> m_screens;
+};
+
+} // namespace randblatt

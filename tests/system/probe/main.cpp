@@ -1,0 +1,183 @@
+// A window for the system tests, driven by lines on standard input and answering with lines of JSON on
+// standard output. Without arguments it is a panel; with "plain" an ordinary window of another application.
+
+#include "platform/x11/X11Desktop.h"
+#include "platform/x11/X11PanelWindow.h"
+
+#include <QGuiApplication>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QRasterWindow>
+#include <QSocketNotifier>
+
+#include <cstdio>
+#include <iostream>
+#include <string>
+
+#include <unistd.h>
+
+using namespace randblatt;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Paints one colour, and keeps what was typed and clicked.
+class ProbeWindow final : public QRasterWindow
+{
+public:
+    explicit ProbeWindow(const QColor &colour)
+        : m_colour(colour)
+    {
+    }
+
+    QString typed;
+    int clicks = 0;
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        painter.setCompositionMode(QPainter::CompositionMode_Source);
+        painter.fillRect(QRect(QPoint(), size()), m_colour);
+    }
+    void keyPressEvent(QKeyEvent *event) override { typed += event->text(); }
+    void mousePressEvent(QMouseEvent *) override { ++clicks; }
+
+private:
+    QColor m_colour;
+};
+
+void print(const QJsonObject &answer)
+{
+    std::cout << QJsonDocument(answer).toJson(QJsonDocument::Compact).constData() << std::endl;
+}
+
+QJsonArray json(const QRectF &rect)
+{
+    return {rect.x(), rect.y(), rect.width(), rect.height()};
+}
+
+QJsonArray json(const QList<Screen> &screens)
+{
+    QJsonArray array;
+    for (const Screen &screen : screens)
+        array.append(QJsonObject{{u"id"_s, screen.id},
+                                 {u"frame"_s, json(screen.frame)},
+                                 {u"visibleFrame"_s, json(screen.visibleFrame)}});
+    return array;
+}
+
+class Probe
+{
+public:
+    explicit Probe(bool isPlain)
+        : m_isPlain(isPlain)
+    {
+        auto window = std::make_unique<ProbeWindow>(isPlain ? Qt::blue : Qt::red);
+        m_window = window.get();
+        if (isPlain) {
+            m_window->setTitle(u"Probe plain"_s);
+            m_plain = std::move(window);
+            m_plain->create();
+        } else {
+            m_window->setTitle(u"Probe panel"_s);
+            m_panel = std::make_unique<X11PanelWindow>(std::move(window), m_desktop);
+        }
+        QObject::connect(&m_desktop, &Desktop::screensChanged, m_window, [this] {
+            print({{u"event"_s, u"screens"_s}, {u"screens"_s, json(m_desktop.screens())}});
+        });
+        QObject::connect(&m_desktop, &Desktop::compositedChanged, m_window, [this] {
+            print({{u"event"_s, u"composited"_s}, {u"composited"_s, m_desktop.isComposited()}});
+        });
+    }
+
+    void run(const QStringList &words)
+    {
+        const QString &command = words.first();
+        QList<double> numbers;
+        for (const QString &word : words.mid(1))
+            numbers.append(word.toDouble());
+        if (command == "quit"_L1)
+            QCoreApplication::quit();
+        else if (m_isPlain)
+            runPlain(command, numbers);
+        else
+            runPanel(command, numbers);
+        const auto pointer = m_desktop.pointerLocation();
+        print({{u"command"_s, command},
+               {u"window"_s, static_cast<qint64>(m_window->winId())},
+               {u"active"_s, m_window->isActive()},
+               {u"exposed"_s, m_window->isExposed()},
+               {u"size"_s, QJsonArray{m_window->width(), m_window->height()}},
+               {u"typed"_s, m_window->typed},
+               {u"clicks"_s, m_window->clicks},
+               {u"composited"_s, m_desktop.isComposited()},
+               {u"pointer"_s, pointer ? QJsonValue(QJsonArray{pointer->x(), pointer->y()}) : QJsonValue()},
+               {u"screens"_s, json(m_desktop.screens())}});
+    }
+
+private:
+    void runPanel(const QString &command, const QList<double> &numbers)
+    {
+        if (command == "frame"_L1)
+            m_panel->setFrame({numbers[0], numbers[1], numbers[2], numbers[3]});
+        else if (command == "alpha"_L1)
+            m_panel->setAlpha(numbers[0]);
+        else if (command == "front"_L1)
+            m_panel->orderFront();
+        else if (command == "out"_L1)
+            m_panel->orderOut();
+        else if (command == "key"_L1)
+            m_panel->makeKey();
+    }
+
+    void runPlain(const QString &command, const QList<double> &numbers)
+    {
+        if (command == "frame"_L1) {
+            m_plain->setGeometry(QRectF(numbers[0], numbers[1], numbers[2], numbers[3]).toRect());
+        } else if (command == "front"_L1) {
+            m_plain->show();
+        } else if (command == "strut"_L1) {
+            QList<quint32> strut;
+            for (const double number : numbers)
+                strut.append(static_cast<quint32>(number));
+            const X11Connection x11;
+            x11.setNumbers(static_cast<xcb_window_t>(m_plain->winId()), x11.atom("_NET_WM_STRUT_PARTIAL"),
+                           XCB_ATOM_CARDINAL, strut);
+            xcb_flush(x11.xcb());
+        }
+    }
+
+    X11Desktop m_desktop;
+    std::unique_ptr<X11PanelWindow> m_panel;
+    std::unique_ptr<QWindow> m_plain;
+    ProbeWindow *m_window;
+    bool m_isPlain;
+};
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const QGuiApplication application(argc, argv);
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    Probe probe(argc > 1 && std::string(argv[1]) == "plain");
+
+    QByteArray pending;
+    QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
+    QObject::connect(&input, &QSocketNotifier::activated, &application, [&] {
+        char buffer[4096];
+        const auto count = ::read(STDIN_FILENO, buffer, sizeof buffer);
+        if (count <= 0)
+            return QCoreApplication::quit();
+        pending.append(buffer, count);
+        for (auto end = pending.indexOf('\n'); end >= 0; end = pending.indexOf('\n')) {
+            probe.run(QString::fromUtf8(pending.first(end)).split(u' '));
+            pending.remove(0, end + 1);
+        }
+    });
+    return QGuiApplication::exec();
+}

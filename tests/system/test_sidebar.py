@@ -1,0 +1,196 @@
+"""The sidebar as a person meets it: the built program on a virtual desktop, with pointer and keyboard."""
+
+import json
+import os
+import signal
+import sqlite3
+import time
+import unittest
+
+from virtual_desktop import VirtualDesktop, wait_for
+
+QUILLBAR = os.environ["QUILLBAR"]
+APPLICATION = ("--session", "--dest", "com.randblatt.Quillbar", "--object-path", "/com/randblatt/Quillbar",
+               "--method")
+
+
+class Sidebar:
+    """The program on a desktop."""
+
+    def __init__(self, desktop, env=None):
+        self.desktop = desktop
+        self.env = env
+        self.program = desktop.start([QUILLBAR], env=env)
+
+    def panel(self):
+        """The id of the visible panel, or None."""
+        found = self.desktop.windows("^Quillbar$")
+        return found[0] if found else None
+
+    def frame(self):
+        panel = self.panel()
+        return self.desktop.geometry(panel) if panel else None
+
+    def wait_shown(self, frame):
+        wait_for(lambda: self.frame() == frame, message=lambda: f"{self.frame()} instead of {frame}\n{self.program.log}")
+
+    def wait_hidden(self):
+        wait_for(lambda: self.panel() is None, message=lambda: f"still there: {self.frame()}\n{self.program.log}")
+
+    def wait_peek_over(self):
+        wait_for(self.panel, message=lambda: "no peek\n" + self.program.log)
+        self.wait_hidden()
+
+    def tasks(self):
+        return json.loads(self.desktop.preferences().get("todoItems.v1", b"[]"))
+
+
+def store(desktop, **preferences):
+    """Writes preferences as an earlier run would have left them."""
+    folder = desktop.data_home / "quillbar"
+    folder.mkdir(exist_ok=True)
+    database = sqlite3.connect(folder / "preferences.sqlite")
+    database.execute("CREATE TABLE IF NOT EXISTS preferences (key TEXT PRIMARY KEY NOT NULL, type TEXT NOT NULL, "
+                     "value ANY NOT NULL) STRICT, WITHOUT ROWID")
+    kinds = {str: "string", bool: "boolean", float: "double", bytes: "data"}
+    for key, value in {"hasOnboarded": True, **preferences}.items():
+        database.execute("INSERT INTO preferences VALUES (?, ?, ?)", (key, kinds[type(value)], value))
+    database.execute("PRAGMA user_version = 1")
+    database.commit()
+    database.close()
+
+
+# The panel on a screen of 1440 × 900 pixels without docks.
+SHOWN = (0, 0, 420, 886)
+
+
+class SidebarTest(unittest.TestCase):
+    def desktop(self, **arguments):
+        desktop = VirtualDesktop(**arguments)
+        self.addCleanup(desktop.close)
+        return desktop
+
+    def test_keeps_a_typed_task_over_a_kill(self):
+        desktop = self.desktop(compositor=True)
+        store(desktop)
+        sidebar = Sidebar(desktop)
+        sidebar.wait_peek_over()
+
+        desktop.move(0, 400)
+        sidebar.wait_shown(SHOWN)
+        desktop.type("Brötchen für Jürgen")
+        desktop.key("Return")
+        wait_for(sidebar.tasks, message=lambda: "nothing stored\n" + sidebar.program.log)
+        sidebar.program.process.send_signal(signal.SIGKILL)
+        sidebar.program.wait()
+        self.assertEqual([(task["title"], task["status"], task["order"]) for task in sidebar.tasks()],
+                         [("Brötchen für Jürgen", "backlog", 1)])
+
+        desktop.move(720, 450)
+        again = Sidebar(desktop)
+        again.wait_peek_over()
+        desktop.move(0, 400)
+        again.wait_shown(SHOWN)
+        desktop.type("Zweitens")
+        desktop.key("Return")
+        wait_for(lambda: len(again.tasks()) == 2, message=lambda: str(again.tasks()))
+        self.assertEqual(again.tasks()[0]["title"], "Brötchen für Jürgen")
+
+        desktop.move(430, 400)
+        time.sleep(0.4)
+        self.assertIsNotNone(again.panel())
+        desktop.move(600, 400)
+        again.wait_hidden()
+
+    def test_ignores_a_pointer_that_brushes_past(self):
+        desktop = self.desktop()
+        store(desktop, revealDelay=0.3)
+        sidebar = Sidebar(desktop)
+        sidebar.wait_peek_over()
+        for y in (200, 500, 800):
+            desktop.move_smoothly(0, y, seconds=0.1)
+            desktop.move_smoothly(300, y, seconds=0.1)
+        time.sleep(0.5)
+        self.assertIsNone(sidebar.panel())
+
+    def test_peeks_and_gives_the_keyboard_back(self):
+        desktop = self.desktop()
+        store(desktop)
+        desktop.start(["xterm", "-T", "Schreibmaschine"])
+        former = wait_for(lambda: desktop.windows("Schreibmaschine") and desktop.active_window())
+        started = time.monotonic()
+        sidebar = Sidebar(desktop)
+        sidebar.wait_shown(SHOWN)
+        wait_for(lambda: desktop.active_window() == sidebar.panel(), message="the panel has no keyboard")
+        sidebar.wait_hidden()
+        self.assertGreater(time.monotonic() - started, 2.5)
+        wait_for(lambda: desktop.active_window() == former, message="the keyboard is lost")
+
+    def test_is_one_instance_that_others_can_call(self):
+        desktop = self.desktop()
+        store(desktop)
+        sidebar = Sidebar(desktop)
+        sidebar.wait_peek_over()
+        second = desktop.start([QUILLBAR])
+        self.assertEqual(second.wait(), 0)
+        sidebar.wait_shown(SHOWN)
+        sidebar.wait_hidden()
+        self.call(desktop, "toggle")
+        sidebar.wait_shown(SHOWN)
+        self.call(desktop, "hide")
+        sidebar.wait_hidden()
+        sidebar.program.process.send_signal(signal.SIGTERM)
+        self.assertEqual(sidebar.program.wait(), 0)
+
+    def call(self, desktop, action):
+        desktop.run("gdbus", "call", *APPLICATION, "org.freedesktop.Application.ActivateAction", action, "[]", "{}")
+
+    def test_lives_on_the_right_of_two_screens(self):
+        desktop = self.desktop(screens=[(1440, 900), (1280, 800)])
+        store(desktop, sidebarSide="right", panelWidth=500.0, panelHeightFraction=0.5)
+        sidebar = Sidebar(desktop)
+        wait_for(lambda: sidebar.frame() == (940, 0, 500, 443), message=lambda: str(sidebar.frame()))
+        sidebar.wait_hidden()
+        desktop.move(1440 + 1279, 300)
+        wait_for(lambda: sidebar.frame() == (1440 + 780, 0, 500, 393), message=lambda: str(sidebar.frame()))
+        desktop.move(1440 + 100, 300)
+        sidebar.wait_hidden()
+
+    def test_shows_whole_cards_without_a_compositor(self):
+        desktop = self.desktop(compositor=False, wallpaper="#ff00ff")
+        store(desktop, alwaysVisible=True)
+        sidebar = Sidebar(desktop)
+        sidebar.wait_shown(SHOWN)
+        wallpaper = (255, 0, 255)
+        wait_for(lambda: desktop.screenshot().getpixel((200, 370)) != wallpaper, message="no card")
+        picture = desktop.screenshot()
+        card = picture.getpixel((200, 370))
+        self.assertGreater(sum(card), 20, "the card is black")
+        self.assertLess(card[0] - card[1], 40, "the wallpaper shines through")
+        self.assertEqual(picture.getpixel((6, 450)), wallpaper)
+        self.assertEqual(picture.getpixel((200, 700)), wallpaper)
+
+    def test_starts_over_damage_and_without_services(self):
+        desktop = self.desktop(window_manager=None)
+        folder = desktop.data_home / "quillbar"
+        folder.mkdir()
+        (folder / "preferences.sqlite").write_bytes(b"damaged " * 1000)
+        sidebar = Sidebar(desktop, env={"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent"})
+        sidebar.wait_shown(SHOWN)
+        self.assertEqual(len(list(folder.glob("preferences.sqlite.unlesbar-*"))), 1)
+        self.assertIn("beiseitegelegt", sidebar.program.log)
+        desktop.move(0, 400)
+        desktop.type("Trotzdem")
+        desktop.key("Return")
+        wait_for(sidebar.tasks, message=lambda: "nothing stored\n" + sidebar.program.log)
+
+    def test_registers_itself_for_the_login(self):
+        desktop = self.desktop()
+        store(desktop)
+        Sidebar(desktop).wait_peek_over()
+        entry = (desktop.config_home / "autostart/com.randblatt.Quillbar.desktop").read_text()
+        self.assertIn(f'Exec="{QUILLBAR}"', entry)
+
+
+if __name__ == "__main__":
+    unittest.main()
