@@ -11,8 +11,11 @@
 #include "sidebar/SidebarPanel.h"
 #include "sidebar/SidebarUIState.h"
 #include "ui/controls/SymbolProvider.h"
+#include "ui/onboarding/OnboardingWindowController.h"
+#include "ui/settings/SettingsWindowController.h"
 
 #include <QApplication>
+#include <QLibraryInfo>
 #include <QLoggingCategory>
 
 #include <algorithm>
@@ -34,7 +37,9 @@ RandblattApp::RandblattApp(SingleInstance &instance)
     , m_settings(m_preferences, *m_backends.loginItem)
     , m_delegate({AppSettings::shared(), SidebarUIState::shared(), NotificationCenter::defaultCenter(),
                   *m_backends.desktop, [this] { return makeModules(); },
-                  [this](ModuleRegistry &registry) { return panelFactory(registry); }})
+                  [this](ModuleRegistry &registry) { return panelFactory(registry); },
+                  [this](ModuleRegistry &registry) { return makeSettingsWindow(registry); },
+                  [this] { return std::make_unique<OnboardingWindowController>(m_engine, m_settings); }})
     , m_statusBar(m_menu)
 {
     m_engine.addImportPath(u"qrc:/qt/qml"_s);
@@ -124,6 +129,23 @@ SidebarPanelController::PanelFactory RandblattApp::panelFactory(ModuleRegistry &
         connect(panel.get(), &SidebarPanel::openSettingsRequested, &m_delegate, &AppDelegate::openSettings);
         return m_backends.makePanelWindow(std::move(panel));
     };
+}
+
+std::unique_ptr<WindowController> RandblattApp::makeSettingsWindow(ModuleRegistry &registry)
+{
+    installToolkitTranslations();
+    return std::make_unique<SettingsWindowController>(m_engine, m_settings, registry);
+}
+
+// Nothing but the colour dialog speaks in the toolkit's words: not before there can be one.
+void RandblattApp::installToolkitTranslations()
+{
+    const QString folder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
+    const std::array catalogues{u"qtbase_de"_s, u"qtdeclarative_de"_s};
+    for (std::size_t i = 0; i < catalogues.size(); ++i) {
+        if (m_translators.at(i).load(catalogues.at(i), folder))
+            QCoreApplication::installTranslator(&m_translators.at(i));
+    }
 }
 
 } // namespace randblatt

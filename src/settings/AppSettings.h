@@ -49,8 +49,7 @@ class AppSettings : public QObject
                    globalThemeChanged FINAL)
     Q_PROPERTY(
         QString todoViewMode READ todoViewModeName WRITE setTodoViewModeName NOTIFY todoViewModeChanged FINAL)
-    Q_PROPERTY(
-        QStringList enabledModuleIDs READ enabledModuleIDList NOTIFY enabledModuleIDsChanged FINAL)
+    Q_PROPERTY(QStringList enabledModuleIDs READ enabledModuleIDList NOTIFY enabledModuleIDsChanged FINAL)
     Q_PROPERTY(QStringList moduleOrder READ moduleOrder WRITE setModuleOrder NOTIFY moduleOrderChanged FINAL)
     Q_PROPERTY(QString spotifyClientID READ spotifyClientID WRITE setSpotifyClientID NOTIFY
                    spotifyClientIDChanged FINAL)

@@ -11,8 +11,11 @@ T.AbstractButton {
 
     function open(): void {
         dialog.active = true
-        dialog.item.selectedColor = root.color
-        dialog.item.open()
+        present(dialog.item)
+    }
+
+    function present(picker: var): void {
+        picker.show(root.color)
     }
 
     implicitWidth: 56
@@ -57,8 +60,8 @@ T.AbstractButton {
         Connections {
             target: dialog.item
 
-            function onAccepted(): void {
-                root.edited(dialog.item.selectedColor)
+            function onPicked(color: color): void {
+                root.edited(color)
             }
         }
     }

@@ -23,7 +23,7 @@ Item {
         id: labels
 
         x: FormStyle.rowPadding
-        y: root.labelAtTop ? 14 : (root.height - height) / 2
+        y: root.labelAtTop ? 12 : (root.height - height) / 2
         width: slot.children.length > 0 ? root.labelWidth - 12 : root.width - 2 * x
         spacing: 2
 

@@ -6,6 +6,8 @@ import QtQuick.Templates as T
 Flickable {
     id: root
 
+    objectName: "form"
+
     default property alias form: column.data
     property real formWidth: FormStyle.formWidth
     readonly property Item focused: Window.activeFocusItem
@@ -17,7 +19,7 @@ Flickable {
 
     function reveal(item: Item): void {
         const top = item.mapToItem(contentItem, 0, 0).y
-        const margin = 24
+        const margin = 52
         if (top - margin < contentY)
             scrollTo(top - margin)
         else if (top + item.height + margin > contentY + height)

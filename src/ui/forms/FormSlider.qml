@@ -1,6 +1,8 @@
 import QtQuick
 import QtQuick.Templates as T
 
+import Randblatt.Forms
+
 // A slider that shows a number and reports where the user moves it. A number outside its range is shown at the
 // end of the range, and stays what it is until the user moves the slider.
 T.Slider {
@@ -8,6 +10,7 @@ T.Slider {
 
     required property real number
     property string name
+    readonly property int knobSize: 18
 
     signal edited(real number)
 
@@ -21,17 +24,14 @@ T.Slider {
 
     background: Item {
         Rectangle {
-            id: groove
-
-            x: root.handle.width / 2
-            y: (root.height - height) / 2
-            width: root.width - root.handle.width
+            anchors.verticalCenter: parent.verticalCenter
+            width: parent.width
             height: 4
             radius: 2
             color: FormStyle.track
 
             Rectangle {
-                width: root.visualPosition * parent.width
+                width: root.knobSize / 2 + root.visualPosition * (parent.width - root.knobSize)
                 height: parent.height
                 radius: parent.radius
                 color: FormStyle.accent
@@ -42,9 +42,9 @@ T.Slider {
     handle: Rectangle {
         x: root.visualPosition * (root.width - width)
         y: (root.height - height) / 2
-        width: 18
-        height: 18
-        radius: 9
+        width: root.knobSize
+        height: root.knobSize
+        radius: width / 2
         color: root.pressed ? Qt.darker(FormStyle.knob, 1.06) : FormStyle.knob
         border.width: 1
         border.color: FormStyle.knobOutline

@@ -4,9 +4,11 @@ import Randblatt.Controls
 
 // A text of a form.
 Text {
+    id: root
+
     color: FormStyle.text
     font.pixelSize: Metrics.bodySize
     textFormat: Text.PlainText
     wrapMode: Text.Wrap
-    lineHeight: 1.1
+    lineHeight: root.lineCount > 1 ? 1.1 : 1
 }

@@ -25,7 +25,7 @@ T.TextField {
 
     background: Rectangle {
         radius: 7
-        color: FormStyle.dark ? FormStyle.mix(FormStyle.card, "black", 0.25) : FormStyle.face
+        color: FormStyle.dark ? Qt.darker(FormStyle.card, 1.3) : FormStyle.face
         border.width: root.activeFocus ? 2 : 1
         border.color: root.activeFocus ? FormStyle.accent : FormStyle.alpha(root.hovered ? 0.32 : 0.22)
 

@@ -31,7 +31,11 @@ public:
     void bringToFront();
 
 protected:
+    bool event(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    void followPalette();
 };
 
 } // namespace randblatt

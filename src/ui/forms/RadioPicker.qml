@@ -10,8 +10,8 @@ Column {
 
     property string name
     // Objects with the members value, label and, if wanted, description.
-    required property var options
-    required property string value
+    property var options: []
+    property string value
 
     signal edited(string value)
 
@@ -41,7 +41,7 @@ Column {
             width: root.width
             implicitHeight: texts.implicitHeight
             text: modelData.label
-            focusPolicy: chosen ? Qt.TabFocus : Qt.NoFocus
+            focusPolicy: chosen || activeFocus ? Qt.TabFocus : Qt.NoFocus
             Accessible.role: Accessible.RadioButton
             Accessible.name: text
             Accessible.description: modelData.description ?? ""

@@ -9,8 +9,8 @@ Rectangle {
 
     property string name
     // Objects with the members value and label.
-    required property var options
-    required property string value
+    property var options: []
+    property string value
     readonly property int count: options.length
     readonly property real segmentWidth: (width - 2 * inset) / Math.max(1, count)
     readonly property int chosenIndex: options.findIndex(option => option.value === value)
@@ -27,7 +27,7 @@ Rectangle {
     implicitWidth: 220
     implicitHeight: 30
     radius: 8
-    color: FormStyle.track
+    color: FormStyle.trough
     Accessible.role: Accessible.Grouping
     Accessible.name: name
 
@@ -38,7 +38,7 @@ Rectangle {
         width: root.segmentWidth
         height: root.height - 2 * root.inset
         radius: 6
-        color: FormStyle.dark ? FormStyle.alpha(0.24) : FormStyle.knob
+        color: FormStyle.segment
         border.width: 1
         border.color: Qt.rgba(0, 0, 0, FormStyle.dark ? 0.2 : 0.12)
 
@@ -71,7 +71,7 @@ Rectangle {
                 height: root.height
                 text: modelData.label
                 // Where the value is none of the options, the first one lets the keyboard in.
-                focusPolicy: chosen || (root.chosenIndex < 0 && index === 0) ? Qt.TabFocus : Qt.NoFocus
+                focusPolicy: chosen || activeFocus || (root.chosenIndex < 0 && index === 0) ? Qt.TabFocus : Qt.NoFocus
                 Accessible.role: Accessible.RadioButton
                 Accessible.name: text
                 Accessible.checkable: true

@@ -1,5 +1,7 @@
 import QtQuick
 
+import Randblatt.Forms
+
 // A labelled slider.
 FormRow {
     id: root

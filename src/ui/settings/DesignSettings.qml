@@ -2,6 +2,7 @@ import QtQuick
 
 import Randblatt.Forms
 import Randblatt.Settings
+import Randblatt.SettingsUI
 
 // The tab for the look of the cards: of all together, or of each.
 FormScroll {

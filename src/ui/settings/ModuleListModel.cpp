@@ -12,7 +12,8 @@ ModuleListModel::ModuleListModel(AppSettings &settings, const ModuleRegistry &re
     , m_modules(registry.orderedModules())
 {
     connect(&settings, &AppSettings::moduleOrderChanged, this, &ModuleListModel::followOrder);
-    connect(&settings, &AppSettings::enabledModuleIDsChanged, this, [this] { announce(Role::moduleEnabled); });
+    connect(&settings, &AppSettings::enabledModuleIDsChanged, this,
+            [this] { announce(Role::moduleEnabled); });
     connect(&settings, &AppSettings::moduleHeightsChanged, this, [this] { announce(Role::cardHeight); });
 }
 

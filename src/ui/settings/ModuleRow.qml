@@ -17,6 +17,7 @@ FocusScope {
     required property color tint
     required property bool moduleEnabled
     required property real cardHeight
+    readonly property int lineHeight: 56
     readonly property bool dragged: dragger.active
     // How far the row has been dragged, in points.
     readonly property real offset: dragged ? dragger.translation.y : 0
@@ -46,13 +47,13 @@ FocusScope {
     // The row that is being dragged hovers over the others.
     Rectangle {
         visible: root.dragged
-        anchors.fill: parent
-        anchors.margins: 1
+        x: 1
+        width: parent.width - 2
+        height: root.lineHeight
         radius: 9
         color: FormStyle.card
         border.width: 1
         border.color: FormStyle.alpha(0.25)
-        opacity: 0.96
     }
 
     Column {
@@ -62,7 +63,7 @@ FocusScope {
 
         Item {
             width: parent.width
-            height: 56
+            height: root.lineHeight
 
             T.AbstractButton {
                 id: handle
@@ -177,13 +178,22 @@ FocusScope {
                 Accessible.checkable: true
                 Accessible.checked: root.moduleEnabled
                 Accessible.onPressAction: toggle.clicked()
+                implicitWidth: contentItem.implicitWidth
+                implicitHeight: contentItem.implicitHeight
                 Keys.onReturnPressed: toggle.clicked()
                 Keys.onEnterPressed: toggle.clicked()
                 onClicked: root.settings.setEnabled(root.moduleID, !root.moduleEnabled)
 
-                contentItem: FormSwitch {
-                    on: root.moduleEnabled
-                    focusShown: toggle.visualFocus
+                contentItem: Item {
+                    implicitWidth: drawing.width
+                    implicitHeight: drawing.height
+
+                    FormSwitch {
+                        id: drawing
+
+                        on: root.moduleEnabled
+                        focusShown: toggle.visualFocus
+                    }
                 }
             }
         }
@@ -191,6 +201,7 @@ FocusScope {
         ModuleModePicker {
             moduleID: root.moduleID
             settings: root.settings
+            opacity: root.dragged ? 0 : 1
         }
     }
 }

@@ -2,6 +2,7 @@ import QtQuick
 
 import Randblatt.Forms
 import Randblatt.Settings
+import Randblatt.SettingsUI
 
 // The tab that enables, sizes and sorts the modules.
 FormScroll {
@@ -14,7 +15,7 @@ FormScroll {
     readonly property int gap: draggedRow ? gapFor(draggedRow, draggedRow.offset) : -1
 
     function gapFor(row: ModuleRow, offset: real): int {
-        const centre = row.y + offset + row.height / 2
+        const centre = row.y + offset + row.lineHeight / 2
         let above = 0
         for (let i = 0; i < rows.count; ++i) {
             const other = rows.itemAt(i)
@@ -31,6 +32,15 @@ FormScroll {
     function drop(row: ModuleRow, offset: real): void {
         const gap = gapFor(row, offset)
         modules.move(row.index, gap > row.index ? gap - 1 : gap)
+    }
+
+    function scrollAlong(): void {
+        const top = draggedRow.mapToItem(root, 0, 0).y
+        const speed = 6
+        if (top < 0)
+            scrollTo(contentY - speed)
+        else if (top + draggedRow.lineHeight > height)
+            scrollTo(contentY + speed)
     }
 
     FormSection {
@@ -92,6 +102,15 @@ FormScroll {
                 height: 3
                 radius: 1.5
                 color: FormStyle.accent
+
+                Rectangle {
+                    x: -width / 2
+                    anchors.verticalCenter: parent.verticalCenter
+                    width: 9
+                    height: 9
+                    radius: width / 2
+                    color: FormStyle.accent
+                }
             }
         }
     }
@@ -102,14 +121,5 @@ FormScroll {
         interval: 16
         repeat: true
         onTriggered: root.scrollAlong()
-    }
-
-    function scrollAlong(): void {
-        const top = draggedRow.mapToItem(root, 0, 0).y
-        const speed = 6
-        if (top < 0)
-            scrollTo(contentY - speed)
-        else if (top + 56 > height)
-            scrollTo(contentY + speed)
     }
 }

@@ -43,7 +43,7 @@ Item {
                 width: 96
                 height: 54
                 text: modelData.label
-                focusPolicy: current ? Qt.TabFocus : Qt.NoFocus
+                focusPolicy: current || activeFocus ? Qt.TabFocus : Qt.NoFocus
                 Accessible.role: Accessible.PageTab
                 Accessible.name: text
                 Accessible.selected: current

@@ -2,6 +2,7 @@ import QtQuick
 
 import Randblatt.Forms
 import Randblatt.Settings
+import Randblatt.SettingsUI
 
 // The settings window: four tabs, whose controls write at once.
 FocusScope {

@@ -36,7 +36,7 @@ void SettingsWindowController::show()
                               {u"account"_s, QVariant::fromValue(m_account)},
                           },
                           u"Quillbar – Einstellungen"_s,
-                          QSize(720, 680),
+                          QSize(720, 780),
                           QSize(560, 420),
                       });
     }

@@ -30,8 +30,7 @@ class ThemeEditor : public QObject
     Q_PROPERTY(double blur READ blur WRITE setBlur NOTIFY themeChanged FINAL)
     Q_PROPERTY(bool lightsEnabled READ lightsEnabled WRITE setLightsEnabled NOTIFY themeChanged FINAL)
     Q_PROPERTY(QColor lightColor READ lightColor WRITE setLightColor NOTIFY themeChanged FINAL)
-    Q_PROPERTY(
-        double lightsIntensity READ lightsIntensity WRITE setLightsIntensity NOTIFY themeChanged FINAL)
+    Q_PROPERTY(double lightsIntensity READ lightsIntensity WRITE setLightsIntensity NOTIFY themeChanged FINAL)
     Q_PROPERTY(bool textWhite READ textWhite WRITE setTextWhite NOTIFY themeChanged FINAL)
     Q_PROPERTY(double haloStrength READ haloStrength WRITE setHaloStrength NOTIFY themeChanged FINAL)
     Q_PROPERTY(double textScale READ textScale WRITE setTextScale NOTIFY themeChanged FINAL)
