@@ -13,7 +13,7 @@ packages_runtime=(
     qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript
     qml6-module-qtquick qml6-module-qtquick-window qml6-module-qtquick-layouts
     qml6-module-qtquick-templates qml6-module-qtquick-controls qml6-module-qtquick-dialogs
-    qt6-svg-plugins? libgl1-mesa-dri
+    qt6-translations-l10n qt6-svg-plugins? libgl1-mesa-dri
 )
 
 packages_virtual_desktop=(

@@ -14,10 +14,11 @@
 #include "sidebar/SidebarPanel.h"
 #include "sidebar/SidebarUIState.h"
 #include "ui/controls/SymbolProvider.h"
+#include "ui/onboarding/OnboardingWindowController.h"
+#include "ui/settings/SettingsWindowController.h"
 
 #include <QApplication>
-#include <QDir>
-#include <QFileInfo>
+#include <QLibraryInfo>
 #include <QLoggingCategory>
 
 #include <algorithm>
@@ -31,14 +32,6 @@ namespace {
 
 Q_LOGGING_CATEGORY(lcApp, "quillbar.app")
 
-/// The helper lies beside the executable in a build, and in the library folder of an installation.
-QString webPlayerHelper()
-{
-    const QDir folder(QCoreApplication::applicationDirPath());
-    const QString beside = folder.filePath(u"quillbar-webplayer"_s);
-    return QFileInfo::exists(beside) ? beside : folder.filePath(QLatin1StringView(QUILLBAR_LIBEXEC_FROM_BIN));
-}
-
 } // namespace
 
 RandblattApp::RandblattApp(SingleInstance &instance)
@@ -47,7 +40,9 @@ RandblattApp::RandblattApp(SingleInstance &instance)
     , m_settings(m_preferences, *m_backends.loginItem)
     , m_delegate({AppSettings::shared(), SidebarUIState::shared(), NotificationCenter::defaultCenter(),
                   *m_backends.desktop, [this] { return makeModules(); },
-                  [this](ModuleRegistry &registry) { return panelFactory(registry); }})
+                  [this](ModuleRegistry &registry) { return panelFactory(registry); },
+                  [this](ModuleRegistry &registry) { return makeSettingsWindow(registry); },
+                  [this] { return std::make_unique<OnboardingWindowController>(m_engine, m_settings); }})
     , m_statusBar(m_menu)
 {
     m_engine.addImportPath(u"qrc:/qt/qml"_s);
@@ -133,7 +128,7 @@ std::vector<std::unique_ptr<SidebarModule>> RandblattApp::makeModules()
     modules.push_back(std::make_unique<TodoModule>(m_settings, m_preferences));
     modules.push_back(std::make_unique<SpotifyModule>(
         SpotifyModule::Environment{m_settings, m_preferences, *m_backends.mediaKeys, *m_backends.signIn,
-                                   ServiceHosts::fromEnvironment(), webPlayerHelper()}));
+                                   ServiceHosts::fromEnvironment(), SpotifyWebPlayer::defaultHelper()}));
     return modules;
 }
 
@@ -146,6 +141,23 @@ SidebarPanelController::PanelFactory RandblattApp::panelFactory(ModuleRegistry &
         connect(panel.get(), &SidebarPanel::openSettingsRequested, &m_delegate, &AppDelegate::openSettings);
         return m_backends.makePanelWindow(std::move(panel));
     };
+}
+
+std::unique_ptr<WindowController> RandblattApp::makeSettingsWindow(ModuleRegistry &registry)
+{
+    installToolkitTranslations();
+    return std::make_unique<SettingsWindowController>(m_engine, m_settings, registry);
+}
+
+// Nothing but the colour dialog speaks in the toolkit's words: not before there can be one.
+void RandblattApp::installToolkitTranslations()
+{
+    const QString folder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
+    const std::array catalogues{u"qtbase_de"_s, u"qtdeclarative_de"_s};
+    for (std::size_t i = 0; i < catalogues.size(); ++i) {
+        if (m_translators.at(i).load(catalogues.at(i), folder))
+            QCoreApplication::installTranslator(&m_translators.at(i));
+    }
 }
 
 } // namespace randblatt
