@@ -51,6 +51,7 @@ Flickable {
         parent: root
         x: root.width - width
         height: root.height
+        implicitWidth: contentItem.implicitWidth + 2 * padding
         visible: root.end > 0
         padding: 3
         minimumSize: 0.1

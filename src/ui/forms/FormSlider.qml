@@ -20,6 +20,11 @@ T.Slider {
     snapMode: T.Slider.SnapAlways
     focusPolicy: Qt.TabFocus
     Accessible.name: name
+    Keys.onPressed: event => {
+        event.accepted = event.key === Qt.Key_Home || event.key === Qt.Key_End
+        if (event.accepted)
+            root.edited(event.key === Qt.Key_Home ? from : Numbers.snapped(to, from, to, stepSize))
+    }
     onMoved: root.edited(Numbers.snapped(value, from, to, stepSize))
 
     background: Item {

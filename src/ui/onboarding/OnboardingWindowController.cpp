@@ -34,7 +34,7 @@ void OnboardingWindowController::show()
                               {u"tints"_s, tints},
                           },
                           u"Willkommen bei Quillbar"_s,
-                          QSize(540, 616),
+                          QSize(540, 596),
                           QSize(460, 400),
                       });
         if (m_window->rootObject() != nullptr)

@@ -21,15 +21,23 @@ FocusScope {
     readonly property bool dragged: dragger.active
     // How far the row has been dragged, in points.
     readonly property real offset: dragged ? dragger.translation.y : 0
+    // How far it makes room for another one that is being dragged.
+    property real shift: 0
+    property bool makesRoom: false
 
     signal moveRequested(int by)
     signal dropped(real offset)
+
+    function cancelDrag(): void {
+        dragger.enabled = false
+        dragger.enabled = true
+    }
 
     width: parent ? parent.width : implicitWidth
     implicitHeight: column.height
     z: dragged ? 1 : 0
     transform: Translate {
-        y: root.offset
+        y: root.offset + root.shift
     }
     Accessible.role: Accessible.ListItem
     Accessible.name: title
@@ -38,6 +46,16 @@ FocusScope {
         event.accepted = direction !== 0 && event.modifiers === Qt.AltModifier
         if (event.accepted)
             root.moveRequested(direction)
+    }
+
+    // Only while something is dragged: a drop puts the row where it already seems to be.
+    Behavior on shift {
+        enabled: root.makesRoom
+
+        NumberAnimation {
+            duration: 140
+            easing.type: Easing.OutCubic
+        }
     }
 
     FormHairline {

@@ -24,14 +24,40 @@ FormScroll {
         return above < row.index ? above : above === row.index ? row.index : above + 1
     }
 
-    function gapY(gap: int): real {
-        const row = rows.itemAt(Math.min(gap, rows.count - 1))
-        return gap < rows.count ? row.y : row.y + row.height
+    // Where the dragged row would come to stand.
+    function gapY(): real {
+        if (draggedRow === null || gap < 0)
+            return 0
+        if (gap <= draggedRow.index)
+            return rows.itemAt(gap).y
+        const above = rows.itemAt(gap - 1)
+        return above.y + above.height - draggedRow.height
+    }
+
+    // What the row of that index does to make room for the dragged one.
+    function shiftFor(index: int): real {
+        if (draggedRow === null || index === draggedRow.index)
+            return 0
+        if (index < draggedRow.index)
+            return index >= gap ? draggedRow.height : 0
+        return index < gap ? -draggedRow.height : 0
     }
 
     function drop(row: ModuleRow, offset: real): void {
+        if (row !== draggedRow)
+            return
         const gap = gapFor(row, offset)
+        draggedRow = null
+        sliding.enabled = false
         modules.move(row.index, gap > row.index ? gap - 1 : gap)
+        list.forceLayout()
+        sliding.enabled = true
+    }
+
+    function cancelDrag(): void {
+        const row = draggedRow
+        draggedRow = null
+        row.cancelDrag()
     }
 
     function scrollAlong(): void {
@@ -61,11 +87,27 @@ FormScroll {
             Accessible.role: Accessible.List
             Accessible.name: "Module"
 
+            // The place into which the dragged row would fall.
+            Rectangle {
+                objectName: "dropMark"
+                visible: root.draggedRow !== null
+                x: 6
+                y: root.gapY() + 3
+                width: parent.width - 2 * x
+                height: visible ? root.draggedRow.height - 6 : 0
+                radius: 8
+                color: Qt.rgba(border.color.r, border.color.g, border.color.b, 0.1)
+                border.width: 1
+                border.color: FormStyle.accent
+            }
+
             Column {
                 id: list
 
                 width: parent.width
                 move: Transition {
+                    id: sliding
+
                     NumberAnimation {
                         property: "y"
                         duration: 160
@@ -83,36 +125,24 @@ FormScroll {
 
                         objectName: "row-" + moduleID
                         settings: root.settings
-                        onDraggedChanged: root.draggedRow = dragged ? row : null
+                        makesRoom: root.draggedRow !== null
+                        shift: root.shiftFor(index)
+                        onDraggedChanged: {
+                            if (dragged)
+                                root.draggedRow = row
+                        }
                         onDropped: offset => root.drop(row, offset)
                         onMoveRequested: by => root.modules.move(index, index + by)
                     }
                 }
             }
-
-            Rectangle {
-                id: dropMark
-
-                objectName: "dropMark"
-                visible: root.gap >= 0 && root.gap !== root.draggedRow.index && root.gap !== root.draggedRow.index + 1
-                x: FormStyle.rowPadding
-                y: visible ? root.gapY(root.gap) - 1 : 0
-                z: 2
-                width: parent.width - 2 * x
-                height: 3
-                radius: 1.5
-                color: FormStyle.accent
-
-                Rectangle {
-                    x: -width / 2
-                    anchors.verticalCenter: parent.verticalCenter
-                    width: 9
-                    height: 9
-                    radius: width / 2
-                    color: FormStyle.accent
-                }
-            }
         }
+    }
+
+    Shortcut {
+        sequence: "Escape"
+        enabled: root.draggedRow !== null
+        onActivated: root.cancelDrag()
     }
 
     // A drag near an edge scrolls what lies beyond it into sight.

@@ -35,7 +35,7 @@ void SettingsWindowController::show()
                               {u"editor"_s, QVariant::fromValue(m_editor.get())},
                               {u"account"_s, QVariant::fromValue(m_account)},
                           },
-                          u"Quillbar – Einstellungen"_s,
+                          u"Einstellungen – Quillbar"_s,
                           QSize(720, 780),
                           QSize(560, 420),
                       });
