@@ -23,6 +23,8 @@ Item {
         id: column
 
         width: parent.width
+        // Room for the focus ring of what stands in the first row.
+        topPadding: 3
 
         Item {
             x: Metrics.cardPadding
@@ -66,7 +68,7 @@ Item {
             width: parent.width - 2 * x
             height: progress * (root.formHeight + 2 * Metrics.gap)
             opacity: progress
-            visible: progress > 0
+            visible: root.showAdd || progress > 0
             enabled: root.showAdd
             clip: progress < 1
 

@@ -93,6 +93,7 @@ T.ComboBox {
         objectName: "durationPopup"
         y: root.height + 4
         width: root.width
+        implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
         padding: 5
         margins: 8
 
@@ -106,7 +107,7 @@ T.ComboBox {
 
         background: Rectangle {
             radius: 10
-            color: Qt.rgba(0.12, 0.12, 0.2, 0.97)
+            color: Qt.rgba(0.12, 0.12, 0.2, 1)
             border.width: 1
             border.color: Qt.rgba(1, 1, 1, 0.18)
         }

@@ -42,6 +42,8 @@ T.Popup {
     }
 
     objectName: "monthPopup"
+    implicitWidth: contentItem.implicitWidth + leftPadding + rightPadding
+    implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
     padding: 10
     margins: 8
     focus: true
@@ -49,7 +51,7 @@ T.Popup {
 
     background: Rectangle {
         radius: 12
-        color: Qt.rgba(0.12, 0.12, 0.2, 0.97)
+        color: Qt.rgba(0.12, 0.12, 0.2, 1)
         border.width: 1
         border.color: Qt.rgba(1, 1, 1, 0.18)
     }
@@ -99,7 +101,7 @@ T.Popup {
         T.AbstractDayOfWeekRow {
             id: weekdays
 
-            locale: root.german
+            locale: root.german // qmllint disable
             implicitWidth: contentItem.implicitWidth
             implicitHeight: contentItem.implicitHeight
 
@@ -128,7 +130,7 @@ T.Popup {
             property date chosenDay
 
             objectName: "monthGrid"
-            locale: root.german
+            locale: root.german // qmllint disable
             month: root.day.getMonth()
             year: root.day.getFullYear()
             implicitWidth: contentItem.implicitWidth
