@@ -14,7 +14,6 @@ T.Popup {
     property date day: new Date()
 
     readonly property int cell: Math.round(30 * textScale)
-    readonly property var german: Qt.locale("de_DE")
 
     // A day was chosen; months count from 0.
     signal chosen(year: int, month: int, day: int)
@@ -54,6 +53,13 @@ T.Popup {
         color: Qt.rgba(0.12, 0.12, 0.2, 1)
         border.width: 1
         border.color: Qt.rgba(1, 1, 1, 0.18)
+    }
+
+    // Weeks begin on Monday. Not written as a property: qmllint does not know the type.
+    Binding {
+        target: grid
+        property: "locale"
+        value: Qt.locale("de_DE")
     }
 
     contentItem: Column {
@@ -98,28 +104,21 @@ T.Popup {
             }
         }
 
-        T.AbstractDayOfWeekRow {
-            id: weekdays
+        Row {
+            Accessible.ignored: true
 
-            locale: root.german // qmllint disable
-            implicitWidth: contentItem.implicitWidth
-            implicitHeight: contentItem.implicitHeight
+            Repeater {
+                model: ["Mo", "Di", "Mi", "Do", "Fr", "Sa", "So"]
 
-            delegate: Text {
-                required property string shortName
+                Text {
+                    required property string modelData
 
-                width: root.cell
-                text: shortName
-                color: Qt.rgba(1, 1, 1, 0.55)
-                font.pixelSize: Metrics.captionSize * root.textScale
-                horizontalAlignment: Text.AlignHCenter
-                textFormat: Text.PlainText
-            }
-
-            contentItem: Row {
-                Repeater {
-                    model: weekdays.source
-                    delegate: weekdays.delegate
+                    width: root.cell
+                    text: modelData
+                    color: Qt.rgba(1, 1, 1, 0.55)
+                    font.pixelSize: Metrics.captionSize * root.textScale
+                    horizontalAlignment: Text.AlignHCenter
+                    textFormat: Text.PlainText
                 }
             }
         }
@@ -130,7 +129,6 @@ T.Popup {
             property date chosenDay
 
             objectName: "monthGrid"
-            locale: root.german // qmllint disable
             month: root.day.getMonth()
             year: root.day.getFullYear()
             implicitWidth: contentItem.implicitWidth
