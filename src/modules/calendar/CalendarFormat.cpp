@@ -54,4 +54,10 @@ QString CalendarFormat::longDate(int year, int month, int day)
     return german().toString(QDate(year, month + 1, day), u"dddd, d. MMMM yyyy");
 }
 
+void CalendarFormat::useGerman(QObject *control)
+{
+    if (control != nullptr)
+        control->setProperty("locale", german());
+}
+
 } // namespace randblatt

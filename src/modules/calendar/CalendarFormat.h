@@ -32,6 +32,9 @@ public:
     [[nodiscard]] Q_INVOKABLE static QString monthTitle(int month, int year);
     /// As in "Montag, 16. November 2026"; months count from 0.
     [[nodiscard]] Q_INVOKABLE static QString longDate(int year, int month, int day);
+    /// Gives a control the German locale, so that weeks begin on Monday. In QML the linter does not know the
+    /// property's type, and crashes over values of it.
+    Q_INVOKABLE static void useGerman(QObject *control);
 };
 
 } // namespace randblatt

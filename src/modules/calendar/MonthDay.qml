@@ -15,14 +15,11 @@ T.AbstractButton {
     required property real textScale
     // The month that is shown; the days around it are faint.
     required property int shownMonth
-    required property date chosenDay
-    // The day that the keyboard is on, while it is on the month.
-    required property date currentDay
-    required property bool keyboard
-
-    readonly property date ownDay: new Date(year, month, day)
-    readonly property bool chosen: ownDay.getTime() === chosenDay.getTime()
-    readonly property bool current: keyboard && ownDay.getTime() === currentDay.getTime()
+    // The day's number among all days.
+    required property int key
+    required property bool chosen
+    // Whether the keyboard is on this day.
+    required property bool current
 
     objectName: "monthDay"
     focusPolicy: Qt.NoFocus

@@ -10,33 +10,19 @@ T.Popup {
 
     required property real textScale
 
-    // The day that the keyboard is on; its month is shown.
-    property date day: new Date()
-
     readonly property int cell: Math.round(30 * textScale)
 
     // A day was chosen; months count from 0.
     signal chosen(year: int, month: int, day: int)
 
     function openAt(start: date): void {
-        day = new Date(start.getFullYear(), start.getMonth(), start.getDate())
-        grid.chosenDay = day
+        cursor.start(start)
         open()
         grid.forceActiveFocus(Qt.PopupFocusReason)
     }
 
-    function moveDays(days: int): void {
-        day = new Date(day.getFullYear(), day.getMonth(), day.getDate() + days)
-    }
-
-    // The same day of another month, or that month's last.
-    function moveMonths(months: int): void {
-        const length = new Date(day.getFullYear(), day.getMonth() + months + 1, 0).getDate()
-        day = new Date(day.getFullYear(), day.getMonth() + months, Math.min(day.getDate(), length))
-    }
-
-    function choose(date: date): void {
-        chosen(date.getFullYear(), date.getMonth(), date.getDate())
+    function choose(year: int, month: int, day: int): void {
+        chosen(year, month, day)
         close()
     }
 
@@ -48,18 +34,15 @@ T.Popup {
     focus: true
     closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
 
+    MonthCursor {
+        id: cursor
+    }
+
     background: Rectangle {
         radius: 12
         color: Qt.rgba(0.12, 0.12, 0.2, 1)
         border.width: 1
         border.color: Qt.rgba(1, 1, 1, 0.18)
-    }
-
-    // Weeks begin on Monday. Not written as a property: qmllint does not know the type.
-    Binding {
-        target: grid
-        property: "locale"
-        value: Qt.locale("de_DE")
     }
 
     contentItem: Column {
@@ -75,7 +58,7 @@ T.Popup {
                 objectName: "monthTitle"
                 x: 8
                 anchors.verticalCenter: parent.verticalCenter
-                text: CalendarFormat.monthTitle(grid.month, grid.year)
+                text: CalendarFormat.monthTitle(cursor.month, cursor.year)
                 color: "white"
                 font.pixelSize: Metrics.bodySize * root.textScale
                 font.weight: Font.DemiBold
@@ -89,7 +72,7 @@ T.Popup {
                 symbol: "chevron.left"
                 symbolSize: 13 * root.textScale
                 text: "Voriger Monat"
-                onClicked: root.moveMonths(-1)
+                onClicked: cursor.moveMonths(-1)
             }
 
             PlainButton {
@@ -100,7 +83,7 @@ T.Popup {
                 symbol: "chevron.right"
                 symbolSize: 13 * root.textScale
                 text: "Nächster Monat"
-                onClicked: root.moveMonths(1)
+                onClicked: cursor.moveMonths(1)
             }
         }
 
@@ -126,50 +109,48 @@ T.Popup {
         T.AbstractMonthGrid {
             id: grid
 
-            property date chosenDay
-
             objectName: "monthGrid"
-            month: root.day.getMonth()
-            year: root.day.getFullYear()
+            month: cursor.month
+            year: cursor.year
             implicitWidth: contentItem.implicitWidth
             implicitHeight: contentItem.implicitHeight
             focusPolicy: Qt.TabFocus
             focus: true
             Accessible.role: Accessible.Table
-            Accessible.name: CalendarFormat.longDate(root.day.getFullYear(), root.day.getMonth(), root.day.getDate())
+            Accessible.name: CalendarFormat.longDate(cursor.year, cursor.month, cursor.day)
 
-            Keys.onLeftPressed: root.moveDays(-1)
-            Keys.onRightPressed: root.moveDays(1)
-            Keys.onUpPressed: root.moveDays(-7)
-            Keys.onDownPressed: root.moveDays(7)
-            Keys.onReturnPressed: root.choose(root.day)
-            Keys.onEnterPressed: root.choose(root.day)
-            Keys.onSpacePressed: root.choose(root.day)
+            Keys.onLeftPressed: cursor.moveDays(-1)
+            Keys.onRightPressed: cursor.moveDays(1)
+            Keys.onUpPressed: cursor.moveDays(-7)
+            Keys.onDownPressed: cursor.moveDays(7)
+            Keys.onReturnPressed: root.choose(cursor.year, cursor.month, cursor.day)
+            Keys.onEnterPressed: root.choose(cursor.year, cursor.month, cursor.day)
+            Keys.onSpacePressed: root.choose(cursor.year, cursor.month, cursor.day)
             Keys.onPressed: event => {
                 if (event.key === Qt.Key_PageUp || event.key === Qt.Key_PageDown) {
-                    root.moveMonths(event.key === Qt.Key_PageUp ? -1 : 1)
+                    cursor.moveMonths(event.key === Qt.Key_PageUp ? -1 : 1)
                     event.accepted = true
                 }
-            }
-
-            delegate: MonthDay {
-                width: root.cell
-                height: root.cell
-                textScale: root.textScale
-                shownMonth: grid.month
-                chosenDay: grid.chosenDay
-                currentDay: root.day
-                keyboard: grid.activeFocus
-                onClicked: root.choose(ownDay)
             }
 
             contentItem: Grid {
                 rows: 6
                 columns: 7
+                onParentChanged: CalendarFormat.useGerman(parent)
 
                 Repeater {
                     model: grid.source
-                    delegate: grid.delegate
+
+                    MonthDay {
+                        width: root.cell
+                        height: root.cell
+                        textScale: root.textScale
+                        shownMonth: grid.month
+                        chosen: cursor.chosenKey === key
+                        current: grid.activeFocus && cursor.currentKey === key
+                        key: cursor.key(year, month, day)
+                        onClicked: root.choose(year, month, day)
+                    }
                 }
             }
         }
