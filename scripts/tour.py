@@ -130,7 +130,8 @@ class Tour:
 
     def board(self):
         self.desktop.move(0, 450)
-        wait_for(self.panel, message="the panel does not come")
+        wait_for(lambda: any(self.desktop.geometry(panel)[0] > -440 for panel in self.panel()),
+                 message="the panel does not come")
         self.shot("gleitet-herein")
         self.settle()
         self.desktop.move(200, 700)

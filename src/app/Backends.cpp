@@ -1,9 +1,11 @@
 #include "app/Backends.h"
 
+#include "platform/browser/BrowserAuthenticationSession.h"
 #include "platform/freedesktop/TrayHost.h"
 #include "platform/freedesktop/XdgAutostartLoginItem.h"
 #include "platform/generic/GenericDesktop.h"
 #include "platform/generic/GenericPanelWindow.h"
+#include "platform/mpris/MprisMediaKeySink.h"
 #include "platform/x11/SelectionWatcher.h"
 #include "platform/x11/X11Desktop.h"
 #include "platform/x11/X11PanelWindow.h"
@@ -38,6 +40,8 @@ Backends makeBackends()
     Backends backends;
     backends.loginItem = std::make_unique<XdgAutostartLoginItem>(QCoreApplication::applicationFilePath());
     backends.tray = std::make_unique<TrayHost>(QDBusConnection::sessionBus());
+    backends.mediaKeys = std::make_unique<MprisMediaKeySink>();
+    backends.signIn = std::make_unique<BrowserAuthenticationSession>();
     if (QGuiApplication::platformName() == "xcb"_L1) {
         auto desktop = std::make_unique<X11Desktop>();
         backends.makePanelWindow = [x11 = desktop.get()](std::unique_ptr<QWindow> window) {

@@ -7,8 +7,10 @@
 
 namespace randblatt {
 
+class BrowserAuthenticationSession;
 class Desktop;
 class LoginItem;
+class MediaKeySink;
 class PanelWindow;
 class TrayHost;
 
@@ -23,6 +25,8 @@ struct Backends
     std::unique_ptr<LoginItem> loginItem;
     std::unique_ptr<Desktop> desktop;
     std::unique_ptr<TrayHost> tray;
+    std::unique_ptr<MediaKeySink> mediaKeys;
+    std::unique_ptr<BrowserAuthenticationSession> signIn;
     /// Handles a window as the panel; the window must not have been shown yet.
     std::function<std::unique_ptr<PanelWindow>(std::unique_ptr<QWindow>)> makePanelWindow;
 };

@@ -1,10 +1,13 @@
 #include "app/RandblattApp.h"
 
 #include "app/NotificationCenter.h"
+#include "modules/media/SpotifyModule.h"
 #include "modules/todo/TodoModule.h"
 #include "platform/Desktop.h"
 #include "platform/LoginItem.h"
+#include "platform/MediaKeySink.h"
 #include "platform/PanelWindow.h"
+#include "platform/browser/BrowserAuthenticationSession.h"
 #include "platform/freedesktop/SingleInstance.h"
 #include "platform/freedesktop/TrayHost.h"
 #include "settings/ModuleRegistry.h"
@@ -86,10 +89,16 @@ void RandblattApp::connectInstance(SingleInstance &instance)
 {
     connect(&instance, &SingleInstance::activated, &m_delegate, &AppDelegate::showSidebar);
     connect(&instance, &SingleInstance::actionActivated, this, &RandblattApp::runAction);
-    connect(&instance, &SingleInstance::opened, this, [](const QList<QUrl> &urls) {
-        qCInfo(lcApp, "%lld Adresse(n) erhalten, für die es noch keinen Empfänger gibt",
-               static_cast<long long>(urls.size()));
-    });
+    connect(&instance, &SingleInstance::opened, this, &RandblattApp::open);
+}
+
+void RandblattApp::open(const QList<QUrl> &urls)
+{
+    for (const QUrl &url : urls) {
+        // The address itself may hold a code that is nobody else's business.
+        if (!m_backends.signIn->openCallback(url))
+            qCInfo(lcApp, "Unerwartete Adresse mit dem Schema „%ls“", qUtf16Printable(url.scheme()));
+    }
 }
 
 void RandblattApp::runAction(const QString &name)
@@ -117,6 +126,9 @@ std::vector<std::unique_ptr<SidebarModule>> RandblattApp::makeModules()
 {
     std::vector<std::unique_ptr<SidebarModule>> modules;
     modules.push_back(std::make_unique<TodoModule>(m_settings, m_preferences));
+    modules.push_back(std::make_unique<SpotifyModule>(
+        SpotifyModule::Environment{m_settings, m_preferences, *m_backends.mediaKeys, *m_backends.signIn,
+                                   ServiceHosts::fromEnvironment(), SpotifyWebPlayer::defaultHelper()}));
     return modules;
 }
 

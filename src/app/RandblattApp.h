@@ -35,6 +35,7 @@ private:
     void preloadViews();
     void connectMenu();
     void connectInstance(SingleInstance &instance);
+    void open(const QList<QUrl> &urls);
     void runAction(const QString &name);
     [[nodiscard]] std::vector<std::unique_ptr<SidebarModule>> makeModules();
     [[nodiscard]] SidebarPanelController::PanelFactory panelFactory(ModuleRegistry &registry);
