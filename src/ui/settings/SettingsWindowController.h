@@ -22,7 +22,7 @@ class SettingsWindowController : public WindowController
 public:
     /// Everything is borrowed and must outlive the controller. `account`, where there is one, is the user's
     /// account with the music service, which the window then offers to connect: an object with the properties
-    /// `isAuthorized` and `lastError` and the slots `signIn()` and `signOut()`.
+    /// `isAuthorized` and `lastError` and the operations `signIn()` and `signOut()`.
     SettingsWindowController(QQmlEngine &engine, AppSettings &settings, ModuleRegistry &registry,
                              QObject *account = nullptr);
     ~SettingsWindowController() override;
