@@ -63,10 +63,22 @@ std::optional<QString> ownText(const QString &html)
         .replace("&amp;"_L1, "&"_L1);
 }
 
+/// Removes what matches "<[^>]+>". By hand, since regular expressions refuse broken Unicode.
 QString withoutTags(const QString &html)
 {
-    static const QRegularExpression tag(u"<[^>]+>"_s);
-    return QString(html).remove(tag);
+    QString text;
+    qsizetype kept = 0;
+    for (qsizetype tag = html.indexOf(u'<'); tag >= 0; tag = html.indexOf(u'<', tag)) {
+        const qsizetype end = html.indexOf(u'>', tag);
+        if (end < 0)
+            break;
+        if (end > tag + 1) {
+            text += QStringView(html).sliced(kept, tag - kept);
+            kept = end + 1;
+        }
+        tag = end;
+    }
+    return text + QStringView(html).sliced(kept);
 }
 
 } // namespace
@@ -80,9 +92,11 @@ QString htmlToPlainText(const QString &html)
     // A line break that ends a block shows only as the line of a block that is empty without it.
     static const QRegularExpression lastBreak(u"<br\\s*/?>\\s*(?=</(?:div|p|li|h[1-6]|td|blockquote)>)"_s,
                                               QRegularExpression::CaseInsensitiveOption);
+    // The reader takes what follows a link element for its content, and shows none of it.
+    static const QRegularExpression link(u"<link\\b[^>]*>"_s, QRegularExpression::CaseInsensitiveOption);
     ClosedDocument document;
     document.setUndoRedoEnabled(false);
-    document.setHtml(QString(html).replace(lastBreak, placeholder));
+    document.setHtml(QString(html).remove(link).replace(lastBreak, placeholder));
     return document.toPlainText().remove(placeholder);
 }
 

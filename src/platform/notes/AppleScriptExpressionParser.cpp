@@ -43,7 +43,7 @@ AppleScriptExpressionParser::AppleScriptExpressionParser(AppleScriptTokenStream 
 template <typename Node>
 ExpressionPtr AppleScriptExpressionParser::build(Node node, std::initializer_list<int> heights) const
 {
-    const int highest = std::max(heights, std::less<>());
+    const int highest = heights.size() > 0 ? std::max(heights) : 0;
     if (highest >= greatestHeight)
         m_tokens.failTooDeep();
     return std::make_unique<const Expression>(Expression{std::move(node), highest + 1});

@@ -250,8 +250,9 @@ QString AppleScriptValue::asText() const
     if (!isList())
         failToCoerce(u"text"_s);
     // The delimiter between items is AppleScript's initial one, which is empty.
+    const Items parts = *items();
     QString joined;
-    for (const AppleScriptValue &item : *items())
+    for (const AppleScriptValue &item : parts)
         joined += item.asText();
     return joined;
 }
