@@ -24,7 +24,7 @@ namespace {
 
 Q_LOGGING_CATEGORY(lcNotesLibrary, "quillbar.notes")
 
-constexpr qint64 largestNote = 32 * 1024 * 1024;
+constexpr qint64 largestNote = 32LL * 1024 * 1024;
 constexpr qint64 headSize = 2048;
 constexpr qint64 daysUntilGone = 30;
 constexpr qint64 secondsBetweenEmptying = 3600;
