@@ -88,6 +88,7 @@ void NotesIndex::scan()
     std::sort(added.begin(), added.end(), [](const Found &a, const Found &b) {
         return std::tie(a.directory, a.file) < std::tie(b.directory, b.file);
     });
+    m_notes.reserve(m_notes.size() + added.size());
     for (const Found &found : added)
         insert(found);
 }
