@@ -1,6 +1,7 @@
 #include "platform/calendar/Ical.h"
 
 #include <QTimeZone>
+#include <QUuid>
 
 namespace randblatt {
 
@@ -24,6 +25,11 @@ qint64 wallSeconds(const icaltimetype &wall)
     static const qint64 epoch = QDate(1970, 1, 1).toJulianDay();
     const qint64 days = QDate(wall.year, wall.month, wall.day).toJulianDay() - epoch;
     return days * 86400 + wall.hour * 3600 + wall.minute * 60 + wall.second;
+}
+
+icaltimetype utcTime(const QDateTime &time)
+{
+    return icaltime_from_timet_with_zone(time.toSecsSinceEpoch(), 0, icaltimezone_get_utc_timezone());
 }
 
 } // namespace
@@ -88,6 +94,21 @@ std::optional<ZonedTime> zonedTime(icalproperty *property, icalcomponent *calend
         !QDate::isValid(time.year, time.month, time.day))
         return std::nullopt;
     return zonedTime(time, property, calendar);
+}
+
+QByteArray newEventText(const NewCalendarEvent &event)
+{
+    const IcalComponent component(icalcomponent_new_vevent());
+    const QByteArray uid = QUuid::createUuid().toByteArray(QUuid::WithoutBraces);
+    icalcomponent_set_uid(component.get(), uid.constData());
+    icalcomponent_set_dtstamp(component.get(), utcTime(QDateTime::currentDateTimeUtc()));
+    icalcomponent_set_dtstart(component.get(), utcTime(event.start));
+    icalcomponent_set_dtend(component.get(), utcTime(event.end));
+    icalcomponent_set_summary(component.get(), event.title.toUtf8().constData());
+    char *text = icalcomponent_as_ical_string_r(component.get());
+    QByteArray encoded(text);
+    icalmemory_free_buffer(text);
+    return encoded;
 }
 
 } // namespace randblatt

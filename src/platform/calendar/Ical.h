@@ -1,6 +1,9 @@
 #pragma once
 
+#include "platform/CalendarStore.h"
 #include "platform/calendar/EventTime.h"
+
+#include <QByteArray>
 
 #include <libical/ical.h>
 
@@ -35,5 +38,8 @@ struct ZonedTime
 [[nodiscard]] std::optional<ZonedTime> zonedTime(icalproperty *property, icalcomponent *calendar);
 /// The same for a value of a property that has several.
 [[nodiscard]] ZonedTime zonedTime(const icaltimetype &value, icalproperty *property, icalcomponent *calendar);
+
+/// A VEVENT of its own uid for an event, its times in UTC.
+[[nodiscard]] QByteArray newEventText(const NewCalendarEvent &event);
 
 } // namespace randblatt
