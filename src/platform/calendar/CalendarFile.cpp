@@ -83,7 +83,7 @@ bool CalendarFile::append(const NewCalendarEvent &event)
         return false;
     if (text->trimmed().isEmpty()) {
         text = emptyCalendar;
-    } else if (!CalendarIndex::parse(*text)) {
+    } else if (!CalendarIndex::isCalendar(*text)) {
         if (!setAside())
             return false;
         text = emptyCalendar;

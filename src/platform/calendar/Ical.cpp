@@ -34,6 +34,18 @@ icaltimetype utcTime(const QDateTime &time)
 
 } // namespace
 
+IcalZones::IcalZones(icalcomponent *calendar)
+    : m_calendar(calendar)
+{
+}
+
+icaltimezone *IcalZones::zone(const char *tzid)
+{
+    const QByteArray name(tzid);
+    const auto known = m_known.constFind(name);
+    return known != m_known.cend() ? *known : *m_known.insert(name, zoneNamed(tzid, m_calendar));
+}
+
 EventTime ZonedTime::eventTime() const
 {
     if (wall.is_date)
@@ -57,7 +69,7 @@ ZonedTime ZonedTime::addDays(int days) const
     return later;
 }
 
-ZonedTime zonedTime(const icaltimetype &value, icalproperty *property, icalcomponent *calendar)
+ZonedTime zonedTime(const icaltimetype &value, icalproperty *property, IcalZones &zones)
 {
     ZonedTime time{value, nullptr};
     if (value.is_date)
@@ -65,13 +77,13 @@ ZonedTime zonedTime(const icaltimetype &value, icalproperty *property, icalcompo
     if (icaltime_is_utc(value)) {
         time.zone = icaltimezone_get_utc_timezone();
     } else if (icalparameter *parameter = icalproperty_get_first_parameter(property, ICAL_TZID_PARAMETER)) {
-        time.zone = zoneNamed(icalparameter_get_tzid(parameter), calendar);
+        time.zone = zones.zone(icalparameter_get_tzid(parameter));
     }
     icaltime_set_timezone(&time.wall, time.zone);
     return time;
 }
 
-std::optional<ZonedTime> zonedTime(icalproperty *property, icalcomponent *calendar)
+std::optional<ZonedTime> zonedTime(icalproperty *property, IcalZones &zones)
 {
     icalvalue *value = property != nullptr ? icalproperty_get_value(property) : nullptr;
     if (value == nullptr)
@@ -93,7 +105,7 @@ std::optional<ZonedTime> zonedTime(icalproperty *property, icalcomponent *calend
     if (icaltime_is_null_time(time) || !icaltime_is_valid_time(time) ||
         !QDate::isValid(time.year, time.month, time.day))
         return std::nullopt;
-    return zonedTime(time, property, calendar);
+    return zonedTime(time, property, zones);
 }
 
 QByteArray newEventText(const NewCalendarEvent &event)
