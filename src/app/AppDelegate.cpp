@@ -8,8 +8,6 @@
 #include "sidebar/HoverManager.h"
 #include "sidebar/SidebarUIState.h"
 
-#include <QLoggingCategory>
-
 #include <chrono>
 
 namespace randblatt {
@@ -18,12 +16,12 @@ using namespace std::chrono_literals;
 
 namespace {
 
-Q_LOGGING_CATEGORY(lcApp, "quillbar.app")
-
 // Dragging a slider changes the geometry many times; the panel is rebuilt once.
 constexpr auto geometryQuiet = 250ms;
-// How long a panel that nobody pointed at stays up.
+// How long a panel that nobody pointed at stays up, once it has arrived.
 constexpr auto peekDuration = 2500ms;
+// The first start on a slow machine prepares the graphics for seconds before anything is seen.
+constexpr auto longestArrival = 30s;
 
 } // namespace
 
@@ -41,7 +39,10 @@ void AppDelegate::applicationDidFinishLaunching()
 {
     hoverManager().start();
     m_environment.settings.reconcileLoginItem();
-    m_environment.notifications.addObserver(openSettingsNotification, this, [this] { showSettingsWindow(); });
+    if (!m_environment.settings.hasOnboarded())
+        onboarding().show();
+    m_environment.notifications.addObserver(openSettingsNotification, this,
+                                            [this] { settingsWindow().show(); });
     subscribeToGeometry();
     subscribeToVisibility();
     peek();
@@ -50,7 +51,7 @@ void AppDelegate::applicationDidFinishLaunching()
 void AppDelegate::showSidebar()
 {
     showOnMainScreen();
-    hoverManager().hold(peekDuration);
+    holdFromArrival([] {});
 }
 
 void AppDelegate::hideSidebar()
@@ -94,9 +95,18 @@ HoverManager &AppDelegate::hoverManager()
     return *m_hoverManager;
 }
 
-void AppDelegate::showSettingsWindow()
+WindowController &AppDelegate::settingsWindow()
 {
-    qCInfo(lcApp, "Einstellungen angefordert");
+    if (!m_settingsWindow)
+        m_settingsWindow = m_environment.makeSettingsWindow(registry());
+    return *m_settingsWindow;
+}
+
+WindowController &AppDelegate::onboarding()
+{
+    if (!m_onboarding)
+        m_onboarding = m_environment.makeOnboarding();
+    return *m_onboarding;
 }
 
 void AppDelegate::showOnMainScreen()
@@ -128,11 +138,22 @@ void AppDelegate::peek()
     showOnMainScreen();
     if (m_environment.settings.alwaysVisible())
         return;
-    hoverManager().hold(peekDuration);
-    QTimer::singleShot(peekDuration, this, [this] {
-        if (!hoverManager().keepsPanelUp())
-            panelController().hide();
+    holdFromArrival([this] {
+        QTimer::singleShot(peekDuration, this, [this] {
+            if (!hoverManager().keepsPanelUp())
+                panelController().hide();
+        });
     });
+}
+
+void AppDelegate::holdFromArrival(const std::function<void()> &arrived)
+{
+    hoverManager().hold(longestArrival);
+    const auto follow = [this, arrived] {
+        hoverManager().hold(peekDuration);
+        arrived();
+    };
+    connect(&panelController(), &SidebarPanelController::slidIn, this, follow, Qt::SingleShotConnection);
 }
 
 } // namespace randblatt

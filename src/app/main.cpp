@@ -4,9 +4,26 @@
 
 #include <QApplication>
 #include <QDBusConnection>
+#include <QFontMetricsF>
+#include <QThread>
 #include <QUrl>
 
+#include <memory>
+
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Reads the font configuration on a thread of its own; the first text would otherwise wait for it.
+std::unique_ptr<QThread> warmUpFonts()
+{
+    std::unique_ptr<QThread> thread(
+        QThread::create([] { return QFontMetricsF(QFont()).horizontalAdvance(u"Quillbar"_s); }));
+    thread->start();
+    return thread;
+}
+
+} // namespace
 
 int main(int argc, char **argv)
 {
@@ -18,6 +35,7 @@ int main(int argc, char **argv)
     qputenv("QSG_DISTANCEFIELD_ANTIALIASING", "gray");
     QApplication application(argc, argv);
     application.setQuitOnLastWindowClosed(false);
+    const auto fonts = warmUpFonts();
 
     // The name is ours before any window is made; a second start only tells the first about itself.
     randblatt::SingleInstance instance(QDBusConnection::sessionBus());
@@ -26,12 +44,14 @@ int main(int argc, char **argv)
     for (const QString &argument : arguments)
         urls.append(QUrl(argument));
     if (!instance.acquire(urls))
-        return 0;
+        return fonts->wait() ? 0 : 1;
 
     const randblatt::TerminationSignals termination;
     QObject::connect(&termination, &randblatt::TerminationSignals::terminationRequested, &application,
                      &QCoreApplication::quit);
     randblatt::RandblattApp app(instance);
     app.start();
-    return application.exec();
+    const int result = application.exec();
+    fonts->wait();
+    return result;
 }

@@ -16,6 +16,8 @@ FocusScope {
     // The visible part of the sidebar, within which the quick settings stay.
     required property Item viewport
     property bool composited: true
+    // The card may take the time to make its view.
+    property bool isReady: true
     property bool isOnScreen: true
 
     readonly property bool showQuick: quick.shown
@@ -113,6 +115,8 @@ FocusScope {
 
             Loader {
                 id: viewLoader
+
+                active: root.isReady
 
                 anchors.top: header.bottom
                 anchors.topMargin: 8

@@ -16,6 +16,8 @@ FocusScope {
 
     // The cards' places in the window, for a desktop that has to cut the window to them.
     readonly property var cardShapes: {
+        if (emptyState.active)
+            return [Qt.rect(emptyState.x, emptyState.y, emptyState.width, emptyState.height)]
         const shapes = []
         for (let i = 0; i < cards.count; ++i) {
             const card = cards.itemAt(i)
@@ -25,6 +27,8 @@ FocusScope {
         return shapes
     }
     readonly property bool isOnScreen: Window.visibility !== Window.Hidden
+    // The panel starts to slide in before it has its contents: they come with the second frame.
+    property bool hasShownAFrame: false
     // The card whose quick settings are open; null while none are.
     property ModuleWindow quickCard: null
 
@@ -86,6 +90,15 @@ FocusScope {
             root.reveal(item)
     }
 
+    Connections {
+        target: root.Window.window
+        enabled: !root.hasShownAFrame
+
+        function onFrameSwapped(): void {
+            root.hasShownAFrame = true
+        }
+    }
+
     Shortcut {
         sequence: "Ctrl+,"
         onActivated: root.openSettingsRequested()
@@ -119,6 +132,7 @@ FocusScope {
                     settings: root.settings
                     viewport: flickable
                     composited: root.composited
+                    isReady: root.hasShownAFrame
                     isOnScreen: root.isOnScreen
                     onQuickChanged: open => root.followQuick(this, open)
                     onOpenSettingsRequested: root.openSettingsRequested()
@@ -134,10 +148,14 @@ FocusScope {
     }
 
     Loader {
+        id: emptyState
+
         anchors.centerIn: parent
         active: root.model.count === 0
 
         sourceComponent: SidebarEmptyState {
+            config: root.settings.globalTheme
+            opaque: !root.composited
             onOpenSettingsRequested: root.openSettingsRequested()
         }
     }

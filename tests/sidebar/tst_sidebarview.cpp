@@ -46,6 +46,12 @@ struct Fixture
                    {u"uiState"_s, QVariant::fromValue(&uiState)}},
                   QSize(420, 700)};
 
+    Fixture()
+    {
+        if (!QTest::qWaitFor([this] { return view.findAll(u"field"_s).size() == 3; }))
+            qFatal("Die Karten bleiben leer.");
+    }
+
     [[nodiscard]] QStringList titles() const
     {
         QStringList titles;

@@ -1,0 +1,126 @@
+#include "modules/notes/NoteScripts.h"
+
+namespace randblatt::notescripts {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString recordSep = u"<¶>"_s;
+const QString fieldSep = u"<§>"_s;
+
+/// Text as it stands between the quotes of an AppleScript literal.
+QString literal(QString text)
+{
+    return text.replace(u'\\', "\\\\"_L1).replace(u'"', "\\\""_L1);
+}
+
+QString html(QString text)
+{
+    return text.replace(u'&', "&amp;"_L1)
+        .replace(u'<', "&lt;"_L1)
+        .replace(u'>', "&gt;"_L1)
+        .replace(u'\n', "<br>"_L1);
+}
+
+QString noteHtml(const QString &title, const QString &body)
+{
+    return "<div><b>"_L1 + html(title) + "</b></div>"_L1 + html(body);
+}
+
+} // namespace
+
+QString listFolders()
+{
+    return "tell application \"Notes\"\n"
+           "    tell account 1\n"
+           "        set out to \"\"\n"
+           "        repeat with f in folders\n"
+           "            set out to out & (name of f) & \""_L1 +
+           recordSep +
+           "\"\n"
+           "        end repeat\n"
+           "        return out\n"
+           "    end tell\n"
+           "end tell"_L1;
+}
+
+QString listNotes(const std::optional<QString> &folder, int limit)
+{
+    const QString source = folder ? QString("notes of folder \""_L1 + literal(*folder) + u'"') : u"notes"_s;
+    return "tell application \"Notes\"\n"
+           "    tell account 1\n"
+           "        set out to \"\"\n"
+           "        set cnt to 0\n"
+           "        repeat with n in "_L1 +
+           source +
+           "\n"
+           "            set out to out & (id of n) & \""_L1 +
+           fieldSep + "\" & (name of n) & \""_L1 + recordSep +
+           "\"\n"
+           "            set cnt to cnt + 1\n"
+           "            if cnt "_L1 +
+           u"≥ "_s + QString::number(limit) +
+           " then exit repeat\n"
+           "        end repeat\n"
+           "        return out\n"
+           "    end tell\n"
+           "end tell"_L1;
+}
+
+QString readBody(const QString &id)
+{
+    return "tell application \"Notes\"\n"
+           "    return body of note id \""_L1 +
+           literal(id) +
+           "\"\n"
+           "end tell"_L1;
+}
+
+QString createNote(const QString &title, const QString &body)
+{
+    return "tell application \"Notes\"\n"
+           "    tell account 1\n"
+           "        make new note with properties {name:\""_L1 +
+           literal(title) + "\", body:\""_L1 + literal(noteHtml(title, body)) +
+           "\"}\n"
+           "    end tell\n"
+           "end tell"_L1;
+}
+
+QString setBody(const QString &id, const QString &title, const QString &body)
+{
+    return "tell application \"Notes\"\n"
+           "    set body of note id \""_L1 +
+           literal(id) + "\" to \""_L1 + literal(noteHtml(title, body)) +
+           "\"\n"
+           "end tell"_L1;
+}
+
+QString deleteNote(const QString &id)
+{
+    return "tell application \"Notes\"\n"
+           "    delete note id \""_L1 +
+           literal(id) +
+           "\"\n"
+           "end tell"_L1;
+}
+
+QList<NoteSummary> notes(const QString &result)
+{
+    QList<NoteSummary> list;
+    const QStringList records = result.split(recordSep, Qt::SkipEmptyParts);
+    for (const QString &record : records) {
+        const QStringList fields = record.split(fieldSep);
+        if (fields.size() >= 2)
+            list.append({fields.at(0), fields.at(1)});
+    }
+    return list;
+}
+
+QStringList folders(const QString &result)
+{
+    return result.split(recordSep, Qt::SkipEmptyParts);
+}
+
+} // namespace randblatt::notescripts

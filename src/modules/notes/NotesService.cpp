@@ -1,0 +1,170 @@
+#include "modules/notes/NotesService.h"
+
+#include "modules/notes/NoteScripts.h"
+#include "modules/notes/NoteText.h"
+#include "platform/ScriptRunner.h"
+
+#include <QPointer>
+
+#include <utility>
+
+namespace randblatt {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// How many notes the list is reloaded with after a change.
+constexpr int reloadLimit = 80;
+
+} // namespace
+
+NotesService::NotesService(std::shared_ptr<ScriptRunner> runner, QObject *parent)
+    : QObject(parent)
+    , m_runner(std::move(runner))
+    , m_queue(u"com.randblatt.applescript"_s)
+{
+}
+
+void NotesService::run(const QString &source, const ResultCompletion &completion)
+{
+    m_queue.enqueue([runner = m_runner, source, completion]() -> ScriptQueue::Completion {
+        const ASResult result = ASResult::fromOutcome(runner->run(source));
+        return [result, completion] { completion(result); };
+    });
+}
+
+void NotesService::loadFolders()
+{
+    run(notescripts::listFolders(), [service = QPointer(this)](const ASResult &result) {
+        if (service && result.isSuccess() && service->m_folders.replace(notescripts::folders(result.text)))
+            Q_EMIT service->foldersChanged();
+    });
+}
+
+void NotesService::loadNotes(int limit)
+{
+    QMetaObject::invokeMethod(
+        this, [this] { setLoading(true); }, Qt::QueuedConnection);
+    run(notescripts::listNotes(m_currentFolder, limit), [service = QPointer(this)](const ASResult &result) {
+        if (service)
+            service->showNotes(result);
+    });
+}
+
+void NotesService::showNotes(const ASResult &result)
+{
+    if (result.isSuccess()) {
+        if (m_notes.replace(notescripts::notes(result.text)))
+            Q_EMIT notesChanged();
+        setStatusMessage(notes().isEmpty() ? u"Keine Notizen gefunden"_s : QString());
+    } else {
+        setStatusMessage(result.text);
+    }
+    setLoading(false);
+}
+
+void NotesService::loadBody(const QString &id, const TextCompletion &completion)
+{
+    // Reading a long note's HTML takes a while, so that is done beside the main thread as well.
+    m_queue.enqueue(
+        [runner = m_runner, source = notescripts::readBody(id), completion]() -> ScriptQueue::Completion {
+            const ASResult result = ASResult::fromOutcome(runner->run(source));
+            const QString text = result.isSuccess() ? htmlToPlainText(result.text)
+                                                    : u"(Konnte Notiz nicht laden: "_s + result.text + u')';
+            return [text, completion] { completion(text); };
+        });
+}
+
+void NotesService::createNote(const QString &title, const QString &body, const WriteCompletion &completion)
+{
+    write(notescripts::createNote(title, body), u"Konnte Notiz nicht erstellen: "_s, completion);
+}
+
+void NotesService::saveBody(const QString &id, const QString &title, const QString &body,
+                            const WriteCompletion &completion)
+{
+    write(notescripts::setBody(id, title, body), u"Konnte Notiz nicht speichern: "_s, completion);
+}
+
+void NotesService::deleteNote(const QString &id, const WriteCompletion &completion)
+{
+    write(notescripts::deleteNote(id), u"Konnte Notiz nicht löschen: "_s, completion);
+}
+
+void NotesService::write(const QString &source, const QString &failurePrefix,
+                         const WriteCompletion &completion)
+{
+    run(source, [service = QPointer(this), failurePrefix, completion](const ASResult &result) {
+        if (service && result.isSuccess())
+            service->loadNotes(reloadLimit);
+        else if (service)
+            service->setStatusMessage(failurePrefix + result.text);
+        completion(result.isSuccess());
+    });
+}
+
+template <typename Argument>
+std::function<void(Argument)> NotesService::calling(const QJSValue &function)
+{
+    // The function itself stays here, since its engine must not be touched on the queue's thread.
+    const int ticket = ++m_lastTicket;
+    m_functions.insert(ticket, function);
+    return [service = QPointer(this), ticket](Argument argument) {
+        const QJSValue kept = service ? service->m_functions.take(ticket) : QJSValue();
+        if (kept.isCallable())
+            kept.call({QJSValue(argument)});
+    };
+}
+
+void NotesService::loadBody(const QString &id, const QJSValue &completion)
+{
+    loadBody(id, calling<const QString &>(completion));
+}
+
+void NotesService::createNote(const QString &title, const QString &body, const QJSValue &completion)
+{
+    createNote(title, body, calling<bool>(completion));
+}
+
+void NotesService::saveBody(const QString &id, const QString &title, const QString &body,
+                            const QJSValue &completion)
+{
+    saveBody(id, title, body, calling<bool>(completion));
+}
+
+void NotesService::deleteNote(const QString &id, const QJSValue &completion)
+{
+    deleteNote(id, calling<bool>(completion));
+}
+
+void NotesService::setCurrentFolder(const std::optional<QString> &folder)
+{
+    if (m_currentFolder == folder)
+        return;
+    m_currentFolder = folder;
+    Q_EMIT currentFolderChanged();
+}
+
+void NotesService::setCurrentFolderName(const QString &name)
+{
+    setCurrentFolder(name.isEmpty() ? std::nullopt : std::optional(name));
+}
+
+void NotesService::setStatusMessage(const QString &message)
+{
+    if (m_statusMessage == message)
+        return;
+    m_statusMessage = message;
+    Q_EMIT statusMessageChanged();
+}
+
+void NotesService::setLoading(bool loading)
+{
+    if (m_isLoading == loading)
+        return;
+    m_isLoading = loading;
+    Q_EMIT isLoadingChanged();
+}
+
+} // namespace randblatt

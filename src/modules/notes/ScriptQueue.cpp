@@ -1,0 +1,81 @@
+#include "modules/notes/ScriptQueue.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QMutex>
+
+#include <chrono>
+#include <utility>
+
+namespace randblatt {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto longestWaitAtEnd = 3s;
+constexpr uint stackSize = 8 * 1024 * 1024;
+
+/// Guards the application object against being destroyed while a queue that outlives it posts to it.
+struct Delivery
+{
+    QMutex mutex;
+    bool isOpen = false;
+};
+
+Delivery &delivery()
+{
+    static Delivery instance;
+    return instance;
+}
+
+void openDelivery()
+{
+    const QMutexLocker locker(&delivery().mutex);
+    if (delivery().isOpen)
+        return;
+    delivery().isOpen = true;
+    qAddPostRoutine([] {
+        const QMutexLocker closing(&delivery().mutex);
+        delivery().isOpen = false;
+    });
+}
+
+void deliver(ScriptQueue::Completion completion)
+{
+    const QMutexLocker locker(&delivery().mutex);
+    if (delivery().isOpen)
+        QMetaObject::invokeMethod(QCoreApplication::instance(), std::move(completion), Qt::QueuedConnection);
+}
+
+} // namespace
+
+ScriptQueue::ScriptQueue(const QString &name)
+    : m_thread(new QThread)
+    , m_worker(new QObject)
+{
+    openDelivery();
+    m_thread->setObjectName(name);
+    // Where the system gives threads little, a nested script would not fit.
+    m_thread->setStackSize(stackSize);
+    m_worker->moveToThread(m_thread);
+    QObject::connect(m_thread, &QThread::finished, m_worker, &QObject::deleteLater);
+    QObject::connect(m_thread, &QThread::finished, m_thread, &QObject::deleteLater);
+    m_thread->start();
+}
+
+ScriptQueue::~ScriptQueue()
+{
+    QThread *thread = m_thread;
+    QMetaObject::invokeMethod(
+        m_worker, [thread] { thread->quit(); }, Qt::QueuedConnection);
+    thread->wait(QDeadlineTimer(longestWaitAtEnd));
+}
+
+void ScriptQueue::enqueue(Job job)
+{
+    QMetaObject::invokeMethod(
+        m_worker, [job = std::move(job)] { deliver(job()); }, Qt::QueuedConnection);
+}
+
+} // namespace randblatt

@@ -1,0 +1,40 @@
+#include "platform/notes/InterpreterScriptRunner.h"
+
+#include "platform/notes/AppleScriptError.h"
+#include "platform/notes/AppleScriptInterpreter.h"
+#include "platform/notes/AppleScriptParser.h"
+#include "platform/notes/NotesObjectModel.h"
+
+#include <new>
+#include <optional>
+#include <utility>
+
+namespace randblatt {
+
+using namespace Qt::StringLiterals;
+
+InterpreterScriptRunner::InterpreterScriptRunner(NotesLibrary library, const AppleScriptLimits &limits)
+    : m_library(std::move(library))
+    , m_limits(limits)
+{
+}
+
+ScriptOutcome InterpreterScriptRunner::run(const QString &source)
+{
+    try {
+        const applescript::Block script = AppleScriptParser::parse(source);
+        NotesObjectModel application(m_library);
+        return {.text = AppleScriptInterpreter(application, m_limits).run(script).resultText(),
+                .failure = {}};
+    } catch (const AppleScriptError &error) {
+        // A script can raise an error that says nothing.
+        const auto message = error.message.isEmpty() ? std::nullopt : std::optional(error.message);
+        return {.text = {}, .failure = ScriptFailure{message, error.number}};
+    } catch (const std::bad_alloc &) {
+        return {.text = {},
+                .failure = ScriptFailure{u"Der Speicher reicht für das Skript nicht aus."_s,
+                                         applescripterror::outOfMemory}};
+    }
+}
+
+} // namespace randblatt

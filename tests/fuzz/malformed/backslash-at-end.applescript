@@ -1,0 +1,3 @@
+tell application "Notes"
+    return notes of folder "a\"
+end tell

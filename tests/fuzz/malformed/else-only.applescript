@@ -1,0 +1,3 @@
+else
+return 1
+end if

@@ -1,0 +1,3 @@
+end
+end tell
+end repeat

@@ -1,0 +1,4 @@
+set l to {}
+repeat
+set l to {l, l}
+end repeat

@@ -1,0 +1,1 @@
+tell application "Notes" to return every of

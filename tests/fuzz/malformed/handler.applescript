@@ -1,0 +1,3 @@
+on run argv
+    return item 1 of argv
+end run

@@ -1,0 +1,1 @@
+<html><body>x</body></html>

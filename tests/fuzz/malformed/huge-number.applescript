@@ -1,0 +1,1 @@
+return 1e999999 as integer

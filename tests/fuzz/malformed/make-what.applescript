@@ -1,0 +1,1 @@
+tell application "Notes" to make new with properties {}

@@ -1,0 +1,2 @@
+on error m number n
+end try

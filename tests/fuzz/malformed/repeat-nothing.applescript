@@ -1,0 +1,2 @@
+repeat with in of to
+end repeat

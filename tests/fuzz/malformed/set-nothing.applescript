@@ -1,0 +1,1 @@
+set to to to

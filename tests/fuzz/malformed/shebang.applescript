@@ -1,0 +1,2 @@
+#!/usr/bin/osascript -l JavaScript
+console.log("x");

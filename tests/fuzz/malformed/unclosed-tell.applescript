@@ -1,0 +1,4 @@
+tell application "Notes"
+    tell account 1
+        return 1
+    end tell

@@ -1,0 +1,3 @@
+tell application "Notes"
+    return body of note id "a"b"
+end tell

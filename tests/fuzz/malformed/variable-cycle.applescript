@@ -1,0 +1,1 @@
+return x of x of x of x

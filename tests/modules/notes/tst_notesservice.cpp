@@ -1,0 +1,342 @@
+#include "modules/notes/NoteScripts.h"
+#include "modules/notes/NotesService.h"
+#include "platform/ScriptRunner.h"
+#include "platform/notes/InterpreterScriptRunner.h"
+#include "support/TestEnvironment.h"
+
+#include <QAbstractItemModelTester>
+#include <QGuiApplication>
+#include <QMutex>
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QSemaphore>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QThread>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+using namespace randblatt;
+
+namespace {
+
+/// Answers scripts as it was told, and each only when it may.
+class ScriptedRunner : public ScriptRunner
+{
+public:
+    ScriptOutcome run(const QString &source) override
+    {
+        const int overlapping = m_running.fetchAndAddOrdered(1);
+        m_gate.acquire();
+        m_running.fetchAndAddOrdered(-1);
+        const QMutexLocker locker(&m_mutex);
+        m_overlapped = m_overlapped || overlapping > 0;
+        m_threadName = QThread::currentThread()->objectName();
+        m_sources.append(source);
+        return m_answers.isEmpty() ? ScriptOutcome{.text = QString(), .failure = {}} : m_answers.takeFirst();
+    }
+
+    void answer(const QString &text) { add({.text = text, .failure = {}}); }
+    void fail(const std::optional<QString> &message)
+    {
+        add({.text = {}, .failure = ScriptFailure{message, -1}});
+    }
+    void giveNothing() { add({}); }
+    /// Lets scripts run that wait, or will.
+    void allow(int scripts = 1000) { m_gate.release(scripts); }
+
+    [[nodiscard]] QStringList sources() const
+    {
+        const QMutexLocker locker(&m_mutex);
+        return m_sources;
+    }
+    [[nodiscard]] QString threadName() const
+    {
+        const QMutexLocker locker(&m_mutex);
+        return m_threadName;
+    }
+    [[nodiscard]] bool hasOverlapped() const { return m_overlapped; }
+
+private:
+    void add(const ScriptOutcome &outcome)
+    {
+        const QMutexLocker locker(&m_mutex);
+        m_answers.append(outcome);
+    }
+
+    mutable QMutex m_mutex;
+    QSemaphore m_gate;
+    QAtomicInt m_running;
+    QList<ScriptOutcome> m_answers;
+    QStringList m_sources;
+    QString m_threadName;
+    bool m_overlapped = false;
+};
+
+QStringList namesOf(const QList<NoteSummary> &notes)
+{
+    QStringList names;
+    for (const NoteSummary &note : notes)
+        names.append(note.name);
+    return names;
+}
+
+} // namespace
+
+class NotesServiceTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::shared_ptr<ScriptedRunner> m_runner;
+    std::unique_ptr<NotesService> m_service;
+
+    void loadNotes(const QString &answer)
+    {
+        m_runner->answer(answer);
+        QSignalSpy loaded(m_service.get(), &NotesService::isLoadingChanged);
+        m_service->loadNotes(80);
+        QTRY_COMPARE(loaded.count(), 2);
+    }
+
+private Q_SLOTS:
+    void init()
+    {
+        m_runner = std::make_shared<ScriptedRunner>();
+        m_service = std::make_unique<NotesService>(m_runner);
+    }
+
+    void cleanup()
+    {
+        m_runner->allow();
+        m_service.reset();
+    }
+
+    void listsNotes()
+    {
+        QCOMPARE(m_service->statusMessage(), QString());
+        QVERIFY(!m_service->isLoading() && m_service->notes().isEmpty() && !m_service->currentFolder());
+        m_service->setCurrentFolder(u"Ideen"_s);
+        m_runner->answer(u"1<§>A<¶>2<§>B<¶>"_s);
+        m_service->loadNotes(7);
+        QVERIFY(!m_service->isLoading());
+        QTRY_VERIFY(m_service->isLoading());
+        m_runner->allow();
+        QTRY_VERIFY(!m_service->isLoading());
+        QCOMPARE(m_service->notes(), (QList<NoteSummary>{{u"1"_s, u"A"_s}, {u"2"_s, u"B"_s}}));
+        QCOMPARE(m_runner->sources(), QStringList{notescripts::listNotes(u"Ideen"_s, 7)});
+        QCOMPARE(m_runner->threadName(), u"com.randblatt.applescript"_s);
+        loadNotes(QString());
+        QVERIFY(m_service->notes().isEmpty());
+        QCOMPARE(m_service->statusMessage(), u"Keine Notizen gefunden"_s);
+        loadNotes(u"1<§>A<¶>"_s);
+        QCOMPARE(m_service->statusMessage(), QString());
+    }
+
+    void keepsTheListWhenListingFails()
+    {
+        m_runner->allow();
+        loadNotes(u"1<§>A<¶>"_s);
+        m_runner->fail(u"Notes hat keine Zeit"_s);
+        m_service->loadNotes(80);
+        QTRY_COMPARE(m_service->statusMessage(), u"Notes hat keine Zeit"_s);
+        QCOMPARE(namesOf(m_service->notes()), QStringList{u"A"_s});
+        QVERIFY(!m_service->isLoading());
+        m_runner->fail(std::nullopt);
+        m_service->loadNotes(80);
+        QTRY_COMPARE(m_service->statusMessage(), u"Unbekannter AppleScript-Fehler"_s);
+    }
+
+    void listsFolders()
+    {
+        m_runner->allow();
+        m_runner->answer(u"Notizen<¶><¶>Ideen<¶>"_s);
+        m_service->loadFolders();
+        QTRY_COMPARE(m_service->folders(), (QStringList{u"Notizen"_s, u"Ideen"_s}));
+        m_runner->fail(u"nein"_s);
+        m_service->loadFolders();
+        QTRY_COMPARE(m_runner->sources().size(), 2);
+        QTest::qWait(0);
+        QCOMPARE(m_service->folders().size(), 2);
+        QCOMPARE(m_service->statusMessage(), QString());
+    }
+
+    void readsBodies()
+    {
+        m_runner->allow();
+        QStringList bodies;
+        const auto keep = [&](const QString &text) {
+            QCOMPARE(QThread::currentThread(), qApp->thread());
+            bodies.append(text);
+        };
+        m_runner->answer(u"<p>a &amp; b</p><p>c</p>"_s);
+        m_runner->giveNothing();
+        m_runner->fail(u"weg"_s);
+        for (int i = 0; i < 3; ++i)
+            m_service->loadBody(u"x"_s, keep);
+        QTRY_COMPARE(bodies, (QStringList{u"a & b\nc"_s, QString(), u"(Konnte Notiz nicht laden: weg)"_s}));
+    }
+
+    void reloadsAfterChanges_data()
+    {
+        using Change = std::function<void(NotesService &, const NotesService::WriteCompletion &)>;
+        QTest::addColumn<Change>("change");
+        QTest::addColumn<QString>("script");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("create") << Change([](NotesService &service, const auto &completion) {
+            service.createNote(u"T"_s, u"b"_s, completion);
+        }) << notescripts::createNote(u"T"_s, u"b"_s)
+                                << u"Konnte Notiz nicht erstellen: voll"_s;
+        QTest::newRow("save") << Change([](NotesService &service, const auto &completion) {
+            service.saveBody(u"1"_s, u"T"_s, u"b"_s, completion);
+        }) << notescripts::setBody(u"1"_s, u"T"_s, u"b"_s)
+                              << u"Konnte Notiz nicht speichern: voll"_s;
+        QTest::newRow("delete") << Change([](NotesService &service, const auto &completion) {
+            service.deleteNote(u"1"_s, completion);
+        }) << notescripts::deleteNote(u"1"_s)
+                                << u"Konnte Notiz nicht löschen: voll"_s;
+    }
+
+    void reloadsAfterChanges()
+    {
+        using Change = std::function<void(NotesService &, const NotesService::WriteCompletion &)>;
+        QFETCH(Change, change);
+        QFETCH(QString, script);
+        QFETCH(QString, message);
+        m_runner->allow();
+        QList<bool> successes;
+        const auto keep = [&](bool success) { successes.append(success); };
+        m_runner->fail(u"voll"_s);
+        change(*m_service, keep);
+        QTRY_COMPARE(successes, QList<bool>{false});
+        QCOMPARE(m_service->statusMessage(), message);
+        m_runner->answer(QString());
+        m_runner->answer(u"2<§>Neu<¶>"_s);
+        change(*m_service, keep);
+        QTRY_COMPARE(namesOf(m_service->notes()), QStringList{u"Neu"_s});
+        QCOMPARE(successes, (QList<bool>{false, true}));
+        QCOMPARE(m_runner->sources(),
+                 (QStringList{script, script, notescripts::listNotes(std::nullopt, 80)}));
+    }
+
+    void completesInCallOrderAndOneAtATime()
+    {
+        QList<int> order;
+        for (int i = 0; i < 50; ++i) {
+            m_service->run(QString::number(i), [&order, i](const ASResult &) { order.append(i); });
+            m_runner->allow(i % 3 == 0 ? 3 : 0);
+        }
+        m_runner->allow();
+        QTRY_COMPARE(order.size(), 50);
+        QVERIFY(std::is_sorted(order.cbegin(), order.cend()));
+        QVERIFY(!m_runner->hasOverlapped());
+        QCOMPARE(m_runner->sources().constFirst(), u"0"_s);
+    }
+
+    void completesAfterItsEnd()
+    {
+        QStringList calls;
+        m_service->loadNotes(80);
+        m_service->loadFolders();
+        m_service->run(u"x"_s, [&](const ASResult &) { calls.append(u"run"_s); });
+        m_service->createNote(u"T"_s, u"b"_s,
+                              [&](bool success) { calls.append(success ? u"ja"_s : u"nein"_s); });
+        m_service->loadBody(u"1"_s, [&](const QString &) { calls.append(u"body"_s); });
+        m_runner->allow();
+        m_service.reset();
+        QTRY_COMPARE(calls, (QStringList{u"run"_s, u"ja"_s, u"body"_s}));
+        // The list is not loaded again for nobody.
+        QCOMPARE(m_runner->sources().size(), 5);
+    }
+
+    void doesNotHangOnAScriptAtItsEnd()
+    {
+        bool called = false;
+        m_service->run(u"hängt"_s, [&](const ASResult &) { called = true; });
+        QElapsedTimer timer;
+        timer.start();
+        m_service.reset();
+        QVERIFY(timer.elapsed() < 30000);
+        QVERIFY(!called);
+        m_runner->allow();
+        QTRY_VERIFY(called);
+    }
+
+    void announcesListsStepByStep()
+    {
+        m_runner->allow();
+        const QAbstractItemModelTester tester(m_service->noteModel(),
+                                              QAbstractItemModelTester::FailureReportingMode::QtTest);
+        QSignalSpy resets(m_service->noteModel(), &QAbstractItemModel::modelReset);
+        QSignalSpy moves(m_service->noteModel(), &QAbstractItemModel::rowsMoved);
+        QSignalSpy inserts(m_service->noteModel(), &QAbstractItemModel::rowsInserted);
+        QSignalSpy removals(m_service->noteModel(), &QAbstractItemModel::rowsRemoved);
+        QSignalSpy changes(m_service->noteModel(), &QAbstractItemModel::dataChanged);
+        loadNotes(u"1<§>A<¶>2<§>B<¶>3<§>C<¶>"_s);
+        // A saved note comes to the top, under its new name.
+        loadNotes(u"3<§>Z<¶>1<§>A<¶>2<§>B<¶>"_s);
+        QCOMPARE(namesOf(m_service->notes()), (QStringList{u"Z"_s, u"A"_s, u"B"_s}));
+        QCOMPARE(moves.count(), 1);
+        QCOMPARE(inserts.count(), 3);
+        QCOMPARE(changes.count(), 1);
+        // Ids that are there twice, and fewer of them later
+        loadNotes(u"1<§>A<¶>1<§>A2<¶>2<§>B<¶>1<§>A3<¶>"_s);
+        QCOMPARE(namesOf(m_service->notes()), (QStringList{u"A"_s, u"A2"_s, u"B"_s, u"A3"_s}));
+        loadNotes(u"4<§>D<¶>1<§>A3<¶>"_s);
+        QCOMPARE(namesOf(m_service->notes()), (QStringList{u"D"_s, u"A3"_s}));
+        loadNotes(QString());
+        QVERIFY(m_service->notes().isEmpty());
+        QCOMPARE(resets.count(), 0);
+        QVERIFY(removals.count() > 0);
+    }
+
+    void servesQml()
+    {
+        const QTemporaryDir folder;
+        auto runner = std::make_shared<InterpreterScriptRunner>(NotesLibrary(folder.filePath(u"notes"_s)));
+        NotesService service(runner);
+        QQmlEngine engine;
+        QQmlComponent component(&engine);
+        component.setData(R"(
+            import QtQml
+            import Randblatt.Notes
+            QtObject {
+                id: root
+                required property NotesService service
+                property string text
+                property bool isDeleted
+                property Instantiator rows: Instantiator {
+                    model: root.service.notes
+                    delegate: QtObject {
+                        required property noteSummary note
+                        required property string name
+                    }
+                }
+                function create(): void {
+                    root.service.createNote("Titel", "  a\nb", null);
+                }
+                function open(): void {
+                    root.service.loadBody(root.rows.objectAt(0).note.id, text => root.text = text);
+                }
+                function remove(): void {
+                    root.service.deleteNote(root.rows.objectAt(0).note.id, success => root.isDeleted = success);
+                }
+            })",
+                          QUrl());
+        const std::unique_ptr<QObject> view(
+            component.createWithInitialProperties({{u"service"_s, QVariant::fromValue(&service)}}));
+        QVERIFY2(view, qPrintable(component.errorString()));
+        QMetaObject::invokeMethod(view.get(), "create");
+        QTRY_COMPARE(namesOf(service.notes()), QStringList{u"Titel"_s});
+        QMetaObject::invokeMethod(view.get(), "open");
+        QTRY_COMPARE(view->property("text").toString(), u"  a\nb"_s);
+        QMetaObject::invokeMethod(view.get(), "remove");
+        QTRY_VERIFY(view->property("isDeleted").toBool());
+        QTRY_COMPARE(service.statusMessage(), u"Keine Notizen gefunden"_s);
+    }
+};
+
+RANDBLATT_TEST_MAIN(NotesServiceTest, QGuiApplication)
+#include "tst_notesservice.moc"

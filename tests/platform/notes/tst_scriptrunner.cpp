@@ -1,0 +1,234 @@
+#include "platform/notes/AppleScriptError.h"
+#include "platform/notes/InterpreterScriptRunner.h"
+#include "platform/notes/OsascriptRunner.h"
+#include "platform/notes/ScriptRunners.h"
+#include "support/TestEnvironment.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QDirIterator>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+using namespace randblatt;
+
+/// What every script runner does, and the faults of running a command.
+class ScriptRunnerTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    static QString inNotes(const QString &statements)
+    {
+        return u"tell application \"Notes\"\n"_s + statements + u"\nend tell"_s;
+    }
+
+    ScriptOutcome run(const QString &statements) { return m_runner->run(inNotes(statements)); }
+    QString text(const QString &statements) { return run(statements).text.value_or(u"(nichts)"_s); }
+    QString error(const QString &statements)
+    {
+        const auto failure = run(statements).failure;
+        return failure ? failure->message.value_or(u"(ohne Text)"_s) : QString();
+    }
+
+    void writeCommand(const QString &script)
+    {
+        QFile file(m_command);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("#!/bin/sh\n" + script.toUtf8());
+        file.close();
+        QVERIFY(file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    QString m_command;
+    std::unique_ptr<ScriptRunner> m_runner;
+
+private Q_SLOTS:
+    void initTestCase_data()
+    {
+        QTest::addColumn<bool>("isCommand");
+        QTest::newRow("interpreter") << false;
+        QTest::newRow("command") << true;
+    }
+
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        m_command = m_folder->filePath(u"osascript"_s);
+        qputenv("XDG_DATA_HOME", QFile::encodeName(m_folder->path()));
+        QFETCH_GLOBAL(bool, isCommand);
+        if (isCommand)
+            m_runner = std::make_unique<OsascriptRunner>(QStringLiteral(OSASCRIPT_STANDIN));
+        else
+            m_runner = std::make_unique<InterpreterScriptRunner>(NotesLibrary(NotesLibrary::defaultPath()));
+    }
+
+    void createsReadsChangesAndDeletes()
+    {
+        QVERIFY(!run(u"tell account 1\nmake new note with properties {name:\"A\", "
+                     u"body:\"<div><b>A</b></div>a\"}\n"
+                     "end tell"_s)
+                     .failure);
+        const QString id = text(u"return id of first note"_s);
+        QCOMPARE(text(u"return body of note id \"%1\""_s.arg(id)), u"a"_s);
+        QVERIFY(!run(u"set body of note id \"%1\" to \"<div><b>B</b></div>b\""_s.arg(id)).failure);
+        QCOMPARE(text(u"return name of note id \"%1\" & \"/\" & body of note id \"%1\""_s.arg(id)), u"B/b"_s);
+        QVERIFY(!run(u"delete note id \"%1\""_s.arg(id)).failure);
+        QCOMPARE(text(u"return count of notes"_s), u"0"_s);
+        const QString message = error(u"return body of note id \"%1\""_s.arg(id));
+        QVERIFY2(message.contains(u"nicht vorhanden") && message.contains(id), qPrintable(message));
+        QCOMPARE(run(u"delete note id \"%1\""_s.arg(id)).failure->number, applescripterror::noSuchObject);
+    }
+
+    void walksFoldersAndNotes()
+    {
+        QVERIFY(!run(u"make new folder with properties {name:\"Ideen \\\"2025\\\"\"}\n"
+                     "make new note at folder \"Ideen \\\"2025\\\"\" with properties {body:\"<b>eins</b>\"}\n"
+                     "make new note with properties {name:\"zwei\"}\nmake new note"_s)
+                     .failure);
+        QCOMPARE(
+            text(u"set s to \"\"\nrepeat with f in folders of account 1\nset s to s & name of f & \":\" & "
+                 "(count notes of f) & \";\"\nend repeat\nreturn s"_s),
+            u"Notizen:2;Ideen \"2025\":1;"_s);
+        QCOMPARE(text(u"name of every note as text"_s), u"Neue Notizzweieins"_s);
+        QCOMPARE(text(u"return name of note 1 of folder \"ideen \\\"2025\\\"\""_s), u"eins"_s);
+        QCOMPARE(text(u"return name of container of note \"EINS\""_s), u"Ideen \"2025\""_s);
+        QCOMPARE(text(u"return name of (every note whose name contains \"wei\") as text"_s), u"zwei"_s);
+        QCOMPARE(text(u"tell folder \"Notizen\" to return name of last note & name"_s), u"zweiNotizen"_s);
+        QCOMPARE(text(u"return exists note \"drei\""_s), u"false"_s);
+        QCOMPARE(text(u"set name of note \"zwei\" to \"drei\"\nreturn exists note \"drei\""_s), u"true"_s);
+        QCOMPARE(text(u"return plaintext of note \"eins\""_s), u"eins"_s);
+        QVERIFY(error(u"return notes of folder \"Nein\""_s).contains(u"Nein"));
+        QVERIFY(error(u"make new folder with properties {name:\"Notizen\"}"_s).contains(u"schon vorhanden"));
+        QVERIFY(!run(u"delete notes of folder \"Notizen\""_s).failure);
+        QCOMPARE(text(u"return count of notes"_s), u"1"_s);
+    }
+
+    void keepsTextAsItIs()
+    {
+        const QString hard = u"Zeile 1\n\n  \"quotes\" \\ \\n <§> <¶> 😀 \t Ende"_s;
+        QString literal = hard;
+        literal.replace(u"\\"_s, u"\\\\"_s).replace(u"\""_s, u"\\\""_s);
+        QVERIFY(!run(u"make new note with properties {name:\"%1\", body:\"%1\"}"_s.arg(literal)).failure);
+        QCOMPARE(text(u"return name of note 1"_s), hard);
+        QCOMPARE(text(u"return body of note 1"_s), hard);
+        const QString large = QString(1'000'000, u'ü') + u"\n"_s;
+        QVERIFY(!run(u"set body of note 1 to \"%1\""_s.arg(large)).failure);
+        QCOMPARE(text(u"return body of note 1"_s), large);
+        QCOMPARE(text(u"return \"\n\n\""_s), u"\n\n"_s);
+    }
+
+    void seesFilesOfOtherPrograms()
+    {
+        QCOMPARE(text(u"return count of notes"_s), u"0"_s);
+        QFile file(m_folder->filePath(u"quillbar/notes/Notizen/von außen.html"_s));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("<p>Hallo</p>");
+        file.close();
+        QCOMPARE(text(u"return name of note id \"von außen\" & body of note 1"_s), u"Hallo<p>Hallo</p>"_s);
+        QVERIFY(file.remove());
+        QVERIFY(!error(u"return body of note id \"von außen\""_s).isEmpty());
+    }
+
+    void reportsErrorsOfAllKinds()
+    {
+        const auto raised = m_runner->run(u"error \"Zeile 1\nZeile (2): drei\" number 7"_s).failure;
+        QVERIFY(raised);
+        QCOMPARE(raised->message, u"Zeile 1\nZeile (2): drei"_s);
+        QCOMPARE(raised->number, 7);
+        QVERIFY(m_runner->run(u"error \"\" number 8"_s).failure);
+        QCOMPARE(m_runner->run(u"tell"_s).failure->number, applescripterror::syntax);
+        QVERIFY(m_runner->run(u"return \"ok\""_s).text == u"ok"_s);
+        QVERIFY(QDir().mkpath(m_folder->filePath(u"quillbar"_s)));
+        QFile obstacle(m_folder->filePath(u"quillbar/notes"_s));
+        QVERIFY(obstacle.open(QIODevice::WriteOnly));
+        QVERIFY(error(u"return count of notes"_s).contains(u"kein Ordner"));
+    }
+
+    void survivesMalformedScripts()
+    {
+        QDirIterator scripts(QStringLiteral(MALFORMED_SCRIPTS), QDir::Files);
+        int count = 0;
+        for (; scripts.hasNext(); ++count) {
+            QFile file(scripts.next());
+            QVERIFY(file.open(QIODevice::ReadOnly));
+            const ScriptOutcome outcome = m_runner->run(QString::fromUtf8(file.readAll()));
+            QVERIFY2(outcome.failure && !outcome.failure->message.value_or(QString()).isEmpty(),
+                     qPrintable(file.fileName()));
+        }
+        QVERIFY(count >= 20);
+    }
+
+    void reportsACommandThatFails()
+    {
+        QFETCH_GLOBAL(bool, isCommand);
+        if (!isCommand)
+            return;
+        OsascriptRunner runner(m_command, std::chrono::seconds(20));
+        QVERIFY(runner.run(u"x"_s).failure);
+        writeCommand(u"exit 1"_s);
+        QVERIFY(runner.run(u"x"_s).failure && !runner.run(u"x"_s).failure->message);
+        writeCommand(u"kill -9 $$"_s);
+        QVERIFY(runner.run(QString(1'000'000, u'x')).failure);
+        // The input closed at once, and a result all the same
+        writeCommand(u"exec 0<&-; echo fertig"_s);
+        QCOMPARE(runner.run(QString(1'000'000, u'x')).text, u"fertig"_s);
+    }
+
+    void endsACommandThatHangs()
+    {
+        QFETCH_GLOBAL(bool, isCommand);
+        if (!isCommand)
+            return;
+        writeCommand(u"exec sleep 60"_s);
+        OsascriptRunner runner(m_command, std::chrono::milliseconds(200));
+        const auto failure = runner.run(u"x"_s).failure;
+        QVERIFY(failure);
+        QCOMPARE(failure->number, applescripterror::timedOut);
+    }
+
+    void readsReports_data()
+    {
+        QTest::addColumn<QByteArray>("report");
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<int>("number");
+        QTest::newRow("execution") << QByteArray(
+                                          "31:47: execution error: Can\xe2\x80\x99t get note. (-1728)\n")
+                                   << u"Can’t get note."_s << -1728;
+        QTest::newRow("file and colon") << QByteArray("-:0:5: syntax error: Expected: end (x). (-2741)\n")
+                                        << u"Expected: end (x)."_s << -2741;
+        QTest::newRow("warning before")
+            << QByteArray("2026-01-01 10:00:00 osascript[1:2] warn\n1:2: Fehler: A\nB (5)") << u"A\nB"_s << 5;
+        QTest::newRow("anything else") << QByteArray("no such thing\n") << u"no such thing"_s << 0;
+    }
+
+    void readsReports()
+    {
+        QFETCH(QByteArray, report);
+        QFETCH(QString, message);
+        QFETCH(int, number);
+        const ScriptFailure failure = OsascriptRunner::failureFromReport(report);
+        QCOMPARE(failure.message, message);
+        QCOMPARE(failure.number, number);
+    }
+
+    void choosesTheCommandOnThePath()
+    {
+        const QByteArray path = qgetenv("PATH");
+        const auto restore = qScopeGuard([&] { qputenv("PATH", path); });
+        qputenv("PATH", QFile::encodeName(m_folder->path()));
+        const QString library = m_folder->filePath(u"notes"_s);
+        QCOMPARE(makeScriptRunner(library)->run(u"return 1 + 1"_s).text, u"2"_s);
+        writeCommand(u"echo Kommando"_s);
+        QCOMPARE(makeScriptRunner(library)->run(u"return 1 + 1"_s).text, u"Kommando"_s);
+    }
+};
+
+RANDBLATT_TEST_MAIN(ScriptRunnerTest, QCoreApplication)
+#include "tst_scriptrunner.moc"
