@@ -1,8 +1,7 @@
 #include "app/Backends.h"
 
 #include "platform/browser/BrowserAuthenticationSession.h"
-#include "platform/calendar/DesktopCalendarStore.h"
-#include "platform/calendar/EmbeddedCalendar.h"
+#include "platform/calendar/CalendarStores.h"
 #include "platform/freedesktop/LogindWake.h"
 #include "platform/freedesktop/TrayHost.h"
 #include "platform/freedesktop/XdgAutostartLoginItem.h"
@@ -15,7 +14,6 @@
 
 #include <QDBusConnection>
 #include <QGuiApplication>
-#include <QStandardPaths>
 
 namespace randblatt {
 
@@ -30,15 +28,6 @@ void watchClassicTray(TrayHost &host)
     const auto follow = [selection, &host] { host.setClassicTray(selection->hasOwner()); };
     QObject::connect(selection, &SelectionWatcher::ownerChanged, &host, follow);
     follow();
-}
-
-std::unique_ptr<CalendarStore> makeCalendarStore()
-{
-    const QString file =
-        QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + "/quillbar/calendar.ics"_L1;
-    std::vector<std::unique_ptr<CalendarBackend>> candidates;
-    candidates.push_back(std::make_unique<EmbeddedCalendar>(file));
-    return std::make_unique<DesktopCalendarStore>(std::move(candidates));
 }
 
 } // namespace

@@ -5,7 +5,6 @@
 #include <QFileInfo>
 #include <QLoggingCategory>
 #include <QSaveFile>
-#include <QUuid>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -24,26 +23,6 @@ constexpr auto emptyCalendar = "BEGIN:VCALENDAR\r\n"
                                "VERSION:2.0\r\n"
                                "PRODID:-//Quillbar//Kalender//DE\r\n"
                                "END:VCALENDAR\r\n";
-
-icaltimetype utcTime(const QDateTime &time)
-{
-    return icaltime_from_timet_with_zone(time.toSecsSinceEpoch(), 0, icaltimezone_get_utc_timezone());
-}
-
-QByteArray encode(const NewCalendarEvent &event)
-{
-    const IcalComponent component(icalcomponent_new_vevent());
-    const QByteArray uid = QUuid::createUuid().toByteArray(QUuid::WithoutBraces);
-    icalcomponent_set_uid(component.get(), uid.constData());
-    icalcomponent_set_dtstamp(component.get(), utcTime(QDateTime::currentDateTimeUtc()));
-    icalcomponent_set_dtstart(component.get(), utcTime(event.start));
-    icalcomponent_set_dtend(component.get(), utcTime(event.end));
-    icalcomponent_set_summary(component.get(), event.title.toUtf8().constData());
-    char *text = icalcomponent_as_ical_string_r(component.get());
-    QByteArray encoded(text);
-    icalmemory_free_buffer(text);
-    return encoded;
-}
 
 /// Where the last calendar of a whole text ends.
 qsizetype endOfCalendar(const QByteArray &text)
@@ -104,12 +83,12 @@ bool CalendarFile::append(const NewCalendarEvent &event)
         return false;
     if (text->trimmed().isEmpty()) {
         text = emptyCalendar;
-    } else if (!CalendarIndex::parse(*text)) {
+    } else if (!CalendarIndex::isCalendar(*text)) {
         if (!setAside())
             return false;
         text = emptyCalendar;
     }
-    QByteArray encoded = encode(event);
+    QByteArray encoded = newEventText(event);
     if (!text->contains("\r\n"))
         encoded.replace("\r\n", "\n");
     text->insert(endOfCalendar(*text), encoded);

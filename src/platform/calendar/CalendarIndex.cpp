@@ -3,6 +3,7 @@
 #include <QByteArrayView>
 
 #include <algorithm>
+#include <array>
 
 namespace randblatt {
 
@@ -13,43 +14,80 @@ namespace {
 // The difference between a wall clock anywhere and UTC is less.
 constexpr qint64 wallClockSlack = 86400;
 
-bool hasName(QByteArrayView line, QByteArrayView keyword, QByteArrayView &name)
+bool isNamed(QByteArrayView name, QByteArrayView wanted)
 {
-    if (line.size() <= keyword.size() ||
-        qstrnicmp(line.data(), keyword.size(), keyword.data(), keyword.size()) != 0)
-        return false;
-    name = line.sliced(keyword.size()).trimmed();
-    return true;
+    return name.size() == wanted.size() &&
+           qstrnicmp(name.data(), wanted.data(), static_cast<size_t>(name.size())) == 0;
 }
 
-/// Whether every component is closed and the outermost ones are calendars. The library's parser accepts
-/// texts that are cut off.
-bool isWhole(const QByteArray &text)
+QByteArrayView nameAfter(QByteArrayView line, QByteArrayView keyword)
 {
+    if (line.size() <= keyword.size() || !isNamed(line.first(keyword.size()), keyword))
+        return {};
+    return line.sliced(keyword.size()).trimmed();
+}
+
+/// Whether a line within an event tells when it takes place, or what it is called.
+bool isOfInterest(QByteArrayView line)
+{
+    static constexpr std::array<QByteArrayView, 10> names{"UID",           "SUMMARY", "DTSTART", "DTEND",
+                                                          "DURATION",      "RRULE",   "RDATE",   "EXDATE",
+                                                          "RECURRENCE-ID", "STATUS"};
+    const auto end = std::find_if(line.begin(), line.end(), [](char c) { return c == ':' || c == ';'; });
+    const QByteArrayView name(line.begin(), end);
+    return std::any_of(names.begin(), names.end(),
+                       [name](QByteArrayView known) { return isNamed(name, known); });
+}
+
+/// What the index needs of a text: its calendars with their zones and the telling lines of their events; the
+/// bulk of most calendars is something else. None if a component is not closed, or an outermost one is no
+/// calendar: the library's parser accepts texts that are cut off.
+std::optional<QByteArray> reduced(const QByteArray &text)
+{
+    QByteArray kept;
+    kept.reserve(text.size());
     std::vector<QByteArrayView> open;
     const QByteArrayView view(text);
     bool hasCalendar = false;
+    bool keepsLine = false;
+    // In a calendar, in an event or in a zone with its parts.
+    const auto isKept = [&open] {
+        return open.size() <= 1 || isNamed(open.at(1), "VTIMEZONE") ||
+               (open.size() == 2 && isNamed(open.at(1), "VEVENT"));
+    };
     for (qsizetype from = 0; from < view.size();) {
         const qsizetype newline = text.indexOf('\n', from);
-        const qsizetype end = newline < 0 ? view.size() : newline;
+        const qsizetype end = newline < 0 ? view.size() : newline + 1;
         const QByteArrayView line = view.sliced(from, end - from);
-        from = end + 1;
-        QByteArrayView name;
-        if (hasName(line, "BEGIN:", name)) {
-            const bool isCalendar = name.compare("VCALENDAR", Qt::CaseInsensitive) == 0;
-            if (open.empty() != isCalendar)
-                return false;
+        from = end;
+        if (const QByteArrayView begun = nameAfter(line, "BEGIN:"); !begun.isEmpty()) {
+            if (open.empty() != isNamed(begun, "VCALENDAR"))
+                return std::nullopt;
             hasCalendar = true;
-            open.push_back(name);
-        } else if (hasName(line, "END:", name)) {
-            if (open.empty() || open.back().compare(name, Qt::CaseInsensitive) != 0)
-                return false;
+            open.push_back(begun);
+            keepsLine = isKept();
+        } else if (const QByteArrayView ended = nameAfter(line, "END:"); !ended.isEmpty()) {
+            if (open.empty() || !isNamed(open.back(), ended))
+                return std::nullopt;
+            keepsLine = isKept();
             open.pop_back();
-        } else if (open.empty() && !line.trimmed().isEmpty()) {
-            return false;
+        } else if (open.empty()) {
+            if (!line.trimmed().isEmpty())
+                return std::nullopt;
+            keepsLine = false;
+        } else if (line.front() != ' ' && line.front() != '\t') {
+            keepsLine = isKept() && (!isNamed(open.back(), "VEVENT") || isOfInterest(line));
         }
+        if (keepsLine)
+            kept.append(line);
     }
-    return hasCalendar && open.empty();
+    return hasCalendar && open.empty() ? std::optional(kept) : std::nullopt;
+}
+
+QByteArray withoutByteOrderMark(const QByteArray &text)
+{
+    static constexpr QByteArrayView byteOrderMark("\xef\xbb\xbf");
+    return text.startsWith(byteOrderMark) ? text.sliced(byteOrderMark.size()) : text;
 }
 
 QString textOf(icalcomponent *component, icalproperty_kind kind)
@@ -74,13 +112,12 @@ bool isCancelled(icalcomponent *event)
 
 std::optional<CalendarIndex> CalendarIndex::parse(const QByteArray &text)
 {
-    static constexpr QByteArrayView byteOrderMark("\xef\xbb\xbf");
-    const QByteArray plain = text.startsWith(byteOrderMark) ? text.sliced(byteOrderMark.size()) : text;
-    if (!isWhole(plain))
+    const auto plain = reduced(withoutByteOrderMark(text));
+    if (!plain)
         return std::nullopt;
     icalerror_set_errors_are_fatal(0);
     CalendarIndex index;
-    index.m_zones.reset(icalparser_parse_string(plain.constData()));
+    index.m_zones.reset(icalparser_parse_string(plain->constData()));
     if (!index.m_zones)
         return std::nullopt;
     if (icalcomponent_isa(index.m_zones.get()) == ICAL_VCALENDAR_COMPONENT) {
@@ -100,14 +137,20 @@ std::optional<CalendarIndex> CalendarIndex::parse(const QByteArray &text)
     return index;
 }
 
+bool CalendarIndex::isCalendar(const QByteArray &text)
+{
+    return reduced(withoutByteOrderMark(text)).has_value();
+}
+
 void CalendarIndex::read(icalcomponent *calendar)
 {
     readDescription(calendar);
+    IcalZones zones(calendar);
     icalcomponent *next = nullptr;
     for (icalcomponent *event = icalcomponent_get_first_component(calendar, ICAL_VEVENT_COMPONENT);
          event != nullptr; event = next) {
         next = icalcomponent_get_next_component(calendar, ICAL_VEVENT_COMPONENT);
-        readEvent(event, calendar);
+        readEvent(event, zones);
     }
     // Ten thousand parsed events take far more memory than their records.
     while (icalcomponent *event = icalcomponent_get_first_component(calendar, ICAL_VEVENT_COMPONENT)) {
@@ -116,26 +159,26 @@ void CalendarIndex::read(icalcomponent *calendar)
     }
 }
 
-void CalendarIndex::readEvent(icalcomponent *event, icalcomponent *calendar)
+void CalendarIndex::readEvent(icalcomponent *event, IcalZones &zones)
 {
-    const auto start = zonedTime(icalcomponent_get_first_property(event, ICAL_DTSTART_PROPERTY), calendar);
+    const auto start = zonedTime(icalcomponent_get_first_property(event, ICAL_DTSTART_PROPERTY), zones);
     QString uid = QString::fromUtf8(icalcomponent_get_uid(event));
     if (uid.isEmpty())
         uid = u'#' + QString::number(m_entries.size());
     const auto replaces =
-        zonedTime(icalcomponent_get_first_property(event, ICAL_RECURRENCEID_PROPERTY), calendar);
+        zonedTime(icalcomponent_get_first_property(event, ICAL_RECURRENCEID_PROPERTY), zones);
     if (replaces)
         m_replaced.emplace_back(uid, replaces->eventTime());
     if (!start || isCancelled(event))
         return;
     Entry entry{uid, textOf(event, ICAL_SUMMARY_PROPERTY), start->eventTime(),
-                eventLength(event, *start, calendar).end(*start), std::nullopt};
+                eventLength(event, *start, zones).end(*start), std::nullopt};
     if (replaces) {
         entry.id = occurrenceId(uid, replaces->eventTime());
     } else if (EventSeries::isRecurring(event)) {
         entry.series = m_series.size();
         m_seriesByUid.insert(uid, m_series.size());
-        m_series.emplace_back(event, *start, calendar);
+        m_series.emplace_back(event, *start, zones);
     }
     m_entries.push_back(std::move(entry));
 }

@@ -19,6 +19,8 @@ public:
     /// Reads a text; none if it is not one or several whole calendars. Events that make no sense are left
     /// out.
     [[nodiscard]] static std::optional<CalendarIndex> parse(const QByteArray &text);
+    /// Whether parse() would read the text.
+    [[nodiscard]] static bool isCalendar(const QByteArray &text);
 
     /// The events that overlap the time from `start` to before `end`, in the text's order, the occurrences of
     /// one event together. An event of no length overlaps its own moment. `prefix` begins all ids.
@@ -40,7 +42,7 @@ private:
     };
 
     void read(icalcomponent *calendar);
-    void readEvent(icalcomponent *event, icalcomponent *calendar);
+    void readEvent(icalcomponent *event, IcalZones &zones);
     void readDescription(icalcomponent *calendar);
 
     QString m_name;

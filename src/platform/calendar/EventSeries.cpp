@@ -98,12 +98,12 @@ EventTime EventLength::end(const ZonedTime &start) const
     return (days != 0 ? start.addDays(days) : start).eventTime().later(seconds);
 }
 
-EventLength eventLength(icalcomponent *event, const ZonedTime &start, icalcomponent *calendar)
+EventLength eventLength(icalcomponent *event, const ZonedTime &start, IcalZones &zones)
 {
     EventLength length;
     const EventTime begin = start.eventTime();
     icalproperty *duration = icalcomponent_get_first_property(event, ICAL_DURATION_PROPERTY);
-    if (const auto end = zonedTime(icalcomponent_get_first_property(event, ICAL_DTEND_PROPERTY), calendar)) {
+    if (const auto end = zonedTime(icalcomponent_get_first_property(event, ICAL_DTEND_PROPERTY), zones)) {
         // Of different kinds, one of the two is wrong; the days are what both have.
         const bool comparable = end->eventTime().kind == begin.kind;
         length.seconds =
@@ -121,11 +121,11 @@ EventLength eventLength(icalcomponent *event, const ZonedTime &start, icalcompon
     return length;
 }
 
-EventSeries::EventSeries(icalcomponent *event, const ZonedTime &start, icalcomponent *calendar)
+EventSeries::EventSeries(icalcomponent *event, const ZonedTime &start, IcalZones &zones)
     : m_start(start)
-    , m_length(eventLength(event, start, calendar))
+    , m_length(eventLength(event, start, zones))
 {
-    readRules(event, calendar);
+    readRules(event, zones);
 }
 
 bool EventSeries::isRecurring(icalcomponent *event)
@@ -134,7 +134,7 @@ bool EventSeries::isRecurring(icalcomponent *event)
            icalcomponent_get_first_property(event, ICAL_RDATE_PROPERTY) != nullptr;
 }
 
-void EventSeries::readRules(icalcomponent *event, icalcomponent *calendar)
+void EventSeries::readRules(icalcomponent *event, IcalZones &zones)
 {
     forEachProperty(event, ICAL_RRULE_PROPERTY, [&](icalproperty *property) {
         icalrecurrencetype rule = icalproperty_get_rrule(property);
@@ -150,10 +150,10 @@ void EventSeries::readRules(icalcomponent *event, icalcomponent *calendar)
         const icaldatetimeperiodtype value = icalproperty_get_rdate(property);
         const icaltimetype &time = icaltime_is_null_time(value.time) ? value.period.start : value.time;
         if (!icaltime_is_null_time(time))
-            m_added.push_back(zonedTime(time, property, calendar));
+            m_added.push_back(zonedTime(time, property, zones));
     });
     forEachProperty(event, ICAL_EXDATE_PROPERTY, [&](icalproperty *property) {
-        if (const auto time = zonedTime(property, calendar))
+        if (const auto time = zonedTime(property, zones))
             exclude(time->eventTime());
     });
 }

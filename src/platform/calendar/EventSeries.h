@@ -21,7 +21,7 @@ struct EventLength
 };
 
 /// The event's length from its DTEND or DURATION; never negative, and at least a day for an all-day event.
-[[nodiscard]] EventLength eventLength(icalcomponent *event, const ZonedTime &start, icalcomponent *calendar);
+[[nodiscard]] EventLength eventLength(icalcomponent *event, const ZonedTime &start, IcalZones &zones);
 
 /// The times of a recurring event (RFC 5545, section 3.8.5).
 class EventSeries
@@ -34,7 +34,7 @@ public:
     };
 
     /// Reads the rules of `event`, which starts at `start`. The zone of `start` must outlive the series.
-    EventSeries(icalcomponent *event, const ZonedTime &start, icalcomponent *calendar);
+    EventSeries(icalcomponent *event, const ZonedTime &start, IcalZones &zones);
 
     /// Whether the component has rules or further dates at all.
     [[nodiscard]] static bool isRecurring(icalcomponent *event);
@@ -45,7 +45,7 @@ public:
     [[nodiscard]] std::vector<Occurrence> occurrences(qint64 from, qint64 until) const;
 
 private:
-    void readRules(icalcomponent *event, icalcomponent *calendar);
+    void readRules(icalcomponent *event, IcalZones &zones);
     void collect(const icalrecurrencetype &rule, qint64 from, qint64 until,
                  std::vector<ZonedTime> &starts) const;
     [[nodiscard]] bool isExcluded(const ZonedTime &start) const;

@@ -1,6 +1,7 @@
 #include "platform/calendar/Ical.h"
 
 #include <QTimeZone>
+#include <QUuid>
 
 namespace randblatt {
 
@@ -26,7 +27,24 @@ qint64 wallSeconds(const icaltimetype &wall)
     return days * 86400 + wall.hour * 3600 + wall.minute * 60 + wall.second;
 }
 
+icaltimetype utcTime(const QDateTime &time)
+{
+    return icaltime_from_timet_with_zone(time.toSecsSinceEpoch(), 0, icaltimezone_get_utc_timezone());
+}
+
 } // namespace
+
+IcalZones::IcalZones(icalcomponent *calendar)
+    : m_calendar(calendar)
+{
+}
+
+icaltimezone *IcalZones::zone(const char *tzid)
+{
+    const QByteArray name(tzid);
+    const auto known = m_known.constFind(name);
+    return known != m_known.cend() ? *known : *m_known.insert(name, zoneNamed(tzid, m_calendar));
+}
 
 EventTime ZonedTime::eventTime() const
 {
@@ -51,7 +69,7 @@ ZonedTime ZonedTime::addDays(int days) const
     return later;
 }
 
-ZonedTime zonedTime(const icaltimetype &value, icalproperty *property, icalcomponent *calendar)
+ZonedTime zonedTime(const icaltimetype &value, icalproperty *property, IcalZones &zones)
 {
     ZonedTime time{value, nullptr};
     if (value.is_date)
@@ -59,13 +77,13 @@ ZonedTime zonedTime(const icaltimetype &value, icalproperty *property, icalcompo
     if (icaltime_is_utc(value)) {
         time.zone = icaltimezone_get_utc_timezone();
     } else if (icalparameter *parameter = icalproperty_get_first_parameter(property, ICAL_TZID_PARAMETER)) {
-        time.zone = zoneNamed(icalparameter_get_tzid(parameter), calendar);
+        time.zone = zones.zone(icalparameter_get_tzid(parameter));
     }
     icaltime_set_timezone(&time.wall, time.zone);
     return time;
 }
 
-std::optional<ZonedTime> zonedTime(icalproperty *property, icalcomponent *calendar)
+std::optional<ZonedTime> zonedTime(icalproperty *property, IcalZones &zones)
 {
     icalvalue *value = property != nullptr ? icalproperty_get_value(property) : nullptr;
     if (value == nullptr)
@@ -87,7 +105,22 @@ std::optional<ZonedTime> zonedTime(icalproperty *property, icalcomponent *calend
     if (icaltime_is_null_time(time) || !icaltime_is_valid_time(time) ||
         !QDate::isValid(time.year, time.month, time.day))
         return std::nullopt;
-    return zonedTime(time, property, calendar);
+    return zonedTime(time, property, zones);
+}
+
+QByteArray newEventText(const NewCalendarEvent &event)
+{
+    const IcalComponent component(icalcomponent_new_vevent());
+    const QByteArray uid = QUuid::createUuid().toByteArray(QUuid::WithoutBraces);
+    icalcomponent_set_uid(component.get(), uid.constData());
+    icalcomponent_set_dtstamp(component.get(), utcTime(QDateTime::currentDateTimeUtc()));
+    icalcomponent_set_dtstart(component.get(), utcTime(event.start));
+    icalcomponent_set_dtend(component.get(), utcTime(event.end));
+    icalcomponent_set_summary(component.get(), event.title.toUtf8().constData());
+    char *text = icalcomponent_as_ical_string_r(component.get());
+    QByteArray encoded(text);
+    icalmemory_free_buffer(text);
+    return encoded;
 }
 
 } // namespace randblatt

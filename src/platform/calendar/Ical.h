@@ -1,6 +1,10 @@
 #pragma once
 
+#include "platform/CalendarStore.h"
 #include "platform/calendar/EventTime.h"
+
+#include <QByteArray>
+#include <QHash>
 
 #include <libical/ical.h>
 
@@ -30,10 +34,28 @@ struct ZonedTime
     [[nodiscard]] ZonedTime addDays(int days) const;
 };
 
-/// Reads a property's time; none where there is none. Zones are looked up in `calendar`, then in the
-/// library's database. A time in a zone that neither knows floats.
-[[nodiscard]] std::optional<ZonedTime> zonedTime(icalproperty *property, icalcomponent *calendar);
+/// The time zones that a calendar's times may be written in: its own, and those of the library's database.
+class IcalZones
+{
+public:
+    /// `calendar` is borrowed and must outlive the zones.
+    explicit IcalZones(icalcomponent *calendar);
+
+    /// The zone of that name; null if nobody knows it.
+    [[nodiscard]] icaltimezone *zone(const char *tzid);
+
+private:
+    icalcomponent *m_calendar;
+    /// The library searches its database from one end to the other.
+    QHash<QByteArray, icaltimezone *> m_known;
+};
+
+/// Reads a property's time; none where there is none. A time in an unknown zone floats.
+[[nodiscard]] std::optional<ZonedTime> zonedTime(icalproperty *property, IcalZones &zones);
 /// The same for a value of a property that has several.
-[[nodiscard]] ZonedTime zonedTime(const icaltimetype &value, icalproperty *property, icalcomponent *calendar);
+[[nodiscard]] ZonedTime zonedTime(const icaltimetype &value, icalproperty *property, IcalZones &zones);
+
+/// A VEVENT of its own uid for an event, its times in UTC.
+[[nodiscard]] QByteArray newEventText(const NewCalendarEvent &event);
 
 } // namespace randblatt

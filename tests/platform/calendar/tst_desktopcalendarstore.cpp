@@ -73,7 +73,7 @@ private:
     {
         std::optional<bool> answer;
         m_store->requestAccess(this, [&](bool granted) {
-            QCOMPARE(QThread::currentThread(), qApp->thread());
+            QCOMPARE(QThread::currentThread(), QCoreApplication::instance()->thread());
             answer = granted;
         });
         // Never before the call has returned.

@@ -215,9 +215,9 @@ private Q_SLOTS:
         const auto counting = CalendarIndex::parse(calendar(event("a", series + ";COUNT=20000")));
         QVERIFY(skipping && counting);
         int found = 0;
-        for (QDate day(2025, 12, 1); day < QDate(2027, 1, 10); day = day.addDays(7)) {
-            const auto some = skipping->events(day.startOfDay(), day.addDays(7).startOfDay());
-            const auto all = counting->events(day.startOfDay(), day.addDays(7).startOfDay());
+        for (QDate day(2025, 12, 1); day < QDate(2027, 1, 10); day = day.addDays(17)) {
+            const auto some = skipping->events(day.startOfDay(), day.addDays(17).startOfDay());
+            const auto all = counting->events(day.startOfDay(), day.addDays(17).startOfDay());
             QCOMPARE(lines(some), lines(all));
             found += static_cast<int>(all.size());
         }
