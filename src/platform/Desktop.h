@@ -26,12 +26,19 @@ public:
     [[nodiscard]] virtual std::optional<Screen> mainScreen() const = 0;
     /// The pointer's position, or none where the desktop does not tell it.
     [[nodiscard]] virtual std::optional<QPointF> pointerLocation() const = 0;
+    /// Whether pointerMoved() tells of every change of the pointer's position.
+    [[nodiscard]] virtual bool reportsPointerMotion() const { return false; }
+    /// Names the areas in which the pointer's position is of interest, their borders included, anew with
+    /// every call. A desktop that tells the position only where it was asked to may take the clicks there.
+    virtual void watchPointer(const QList<QRectF> &) {}
     /// Whether translucent windows are blended with what lies behind them.
     [[nodiscard]] virtual bool isComposited() const = 0;
 
 Q_SIGNALS:
     /// Screens came, went, or changed a frame.
     void screensChanged();
+    /// The pointer may have moved; sent only where reportsPointerMotion() is true.
+    void pointerMoved();
     void compositedChanged();
 };
 

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "platform/Screen.h"
+
 #include <QRectF>
+#include <QRegion>
 
 namespace randblatt {
 
@@ -15,6 +18,8 @@ public:
     PanelWindow(const PanelWindow &) = delete;
     PanelWindow &operator=(const PanelWindow &) = delete;
 
+    /// The screen that the frames set from now on belong to, also those beyond its edge.
+    virtual void setScreen(const Screen &) {}
     /// Moves and resizes the window, also while it is hidden; positions beyond the screen's edge are allowed.
     virtual void setFrame(const QRectF &frame) = 0;
     /// The frame that was last set.
@@ -28,6 +33,9 @@ public:
     virtual void orderOut() = 0;
     /// Gives the window the keyboard.
     virtual void makeKey() = 0;
+    /// The part of the window behind which the desktop is to be blurred, in points from the window's upper
+    /// left corner; empty for none. A wish that few desktops grant.
+    virtual void setBlurRegion(const QRegion &) {}
 };
 
 } // namespace randblatt
