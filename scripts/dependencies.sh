@@ -7,19 +7,23 @@ packages_build=(
     qt6-base-dev qt6-base-private-dev qt6-declarative-dev qt6-declarative-dev-tools qt6-svg-dev
     qt6-shadertools-dev qt6-shader-baker
     libsqlite3-dev libical-dev libxcb1-dev libxcb-randr0-dev libxcb-xfixes0-dev
+    libwayland-dev wayland-protocols plasma-wayland-protocols
 )
 
 packages_runtime=(
     qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript
     qml6-module-qtquick qml6-module-qtquick-window qml6-module-qtquick-layouts
     qml6-module-qtquick-templates qml6-module-qtquick-controls qml6-module-qtquick-dialogs
-    qt6-translations-l10n qt6-svg-plugins? libgl1-mesa-dri
+    qt6-translations-l10n qt6-svg-plugins? libgl1-mesa-dri qt6-wayland
 )
 
 packages_virtual_desktop=(
     xvfb openbox picom xdotool maim hsetroot x11-utils x11-xserver-utils x11-xkb-utils xterm
     dbus libglib2.0-bin python3 python3-pil fonts-inter fonts-noto-core
 )
+
+# A Wayland desktop for the tests, the tool that works its pointer and keyboard, and a terminal.
+packages_wayland_desktop=(sway swaybg grim foot libxkbcommon-dev)
 
 packages_benchmarks=(libbenchmark-dev)
 

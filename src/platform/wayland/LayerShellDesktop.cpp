@@ -151,7 +151,10 @@ void LayerShellDesktop::layStrips()
     for (const Screen &screen : std::as_const(m_screens)) {
         for (const QRectF &area : std::as_const(m_areas)) {
             const QRect rect = pointsWithin(area, screen.frame);
-            if (rect.isEmpty())
+            const bool isCovered = std::any_of(strips.begin(), strips.end(), [&](const Strip &strip) {
+                return strip.screenID == screen.id && strip.window->rect().contains(rect);
+            });
+            if (rect.isEmpty() || isCovered)
                 continue;
             const auto lies = std::find_if(m_strips.begin(), m_strips.end(), [&](const Strip &strip) {
                 return strip.window && strip.screenID == screen.id && strip.window->rect() == rect;
