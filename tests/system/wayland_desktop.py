@@ -99,6 +99,11 @@ class WaylandDesktop(VirtualDesktop):
     def outputs(self):
         return [output for output in json.loads(self.swaymsg("-r", "-t", "get_outputs")) if output["active"]]
 
+    def wait_window_has_keyboard(self, has=True):
+        """Waits until an ordinary window has the keyboard; or, if has is false, until none has."""
+        wait_for(lambda: ('"focused": true' in self.swaymsg("-r", "-t", "get_tree")) == has,
+                 message="nobody has the keyboard" if has else "a window keeps the keyboard")
+
     def plug(self, width, height):
         """Connects another output, right of the others."""
         before = len(self.outputs())
@@ -109,9 +114,9 @@ class WaylandDesktop(VirtualDesktop):
         self._measure()
         return name
 
-    def unplug(self, name):
-        self.swaymsg("output", name, "unplug")
-        wait_for(lambda: name not in [output["name"] for output in self.outputs()], message="still plugged")
+    def resize(self, name, width, height):
+        """Gives an output another size."""
+        self.swaymsg("output", name, "resolution", f"{width}x{height}")
         self._measure()
 
     # --- pointer and keyboard
