@@ -21,6 +21,8 @@ public:
     QList<Screen> connected;
     std::optional<QPointF> pointer = QPointF(700, 450);
     bool composited = true;
+    /// What watchPointer() named last.
+    QList<QRectF> watched;
 
     [[nodiscard]] QList<Screen> screens() const override { return connected; }
     [[nodiscard]] std::optional<Screen> mainScreen() const override
@@ -29,6 +31,7 @@ public:
     }
     [[nodiscard]] std::optional<QPointF> pointerLocation() const override { return pointer; }
     [[nodiscard]] bool isComposited() const override { return composited; }
+    void watchPointer(const QList<QRectF> &areas) override { watched = areas; }
 
     /// 1440 × 900 points with a panel of 25 points at the top and one at the bottom.
     [[nodiscard]] static Screen primaryScreen()
