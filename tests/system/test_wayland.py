@@ -168,6 +168,25 @@ class WaylandTest(unittest.TestCase):
         desktop.move(0, 400)
         sidebar.wait_up()
 
+    def test_survives_the_end_of_the_output_that_it_is_on(self):
+        host = WaylandDesktop()
+        self.addCleanup(host.close)
+        desktop, launch = self.start(screens=((1280, 720), (1280, 720)), host=host)
+        sidebar = launch()
+        sidebar.wait_peek_over()
+        rect = desktop.outputs()[1]["rect"]
+        second = (rect["x"] + ON_CARD[0], ON_CARD[1])
+        desktop.move(rect["x"], 300)
+        sidebar.wait_up(*second)
+        desktop.unplug("WL-2")
+        desktop.move(700, 400)
+        for _ in range(2):
+            desktop.move(0, 400)
+            sidebar.wait_up()
+            desktop.move(700, 400)
+            sidebar.wait_hidden()
+        self.assertTrue(sidebar.program.is_running(), sidebar.program.log)
+
     def test_leaves_bars_their_room(self):
         for bar, top, bottom in (("top", 30, 900), ("bottom", 0, 870)):
             with self.subTest(bar=bar):

@@ -24,11 +24,14 @@ def missing_programs():
 class WaylandDesktop(VirtualDesktop):
     """Usable as a context manager. The outputs are HEADLESS-1, HEADLESS-2, …, from left to right.
 
+    host: another such desktop, in whose windows of 1280 × 720 points the outputs WL-1, WL-2, … then are; they
+        can be unplugged.
     bar: "top" or "bottom" for a bar of 30 points there, on every output.
     scale: the outputs' scale factor; sizes are in points all the same.
     """
 
-    def __init__(self, screens=((1440, 900),), bar=None, scale=1, wallpaper="#38506a"):
+    def __init__(self, screens=((1440, 900),), bar=None, scale=1, wallpaper="#38506a", host=None):
+        self._host = host
         self._bar = bar
         self._scale = scale
         super().__init__(screens=screens, window_manager=None, wallpaper=wallpaper)
@@ -47,9 +50,13 @@ class WaylandDesktop(VirtualDesktop):
         configuration = self.compositor_home / "config"
         configuration.write_text(self._configuration())
         environment = {"PATH": self.environment["PATH"], "LC_ALL": "C.UTF-8", "HOME": str(self.compositor_home),
-                       "XDG_RUNTIME_DIR": str(self.compositor_home), "WLR_BACKENDS": "headless",
-                       "WLR_RENDERER": "pixman", "WLR_LIBINPUT_NO_DEVICES": "1",
-                       "WLR_HEADLESS_OUTPUTS": str(len(self.screens))}
+                       "XDG_RUNTIME_DIR": str(self.compositor_home), "WLR_RENDERER": "pixman",
+                       "WLR_LIBINPUT_NO_DEVICES": "1"}
+        if self._host:
+            environment |= {"WLR_BACKENDS": "wayland", "WLR_WL_OUTPUTS": str(len(self.screens)),
+                            "WAYLAND_DISPLAY": self._host.environment["WAYLAND_DISPLAY"]}
+        else:
+            environment |= {"WLR_BACKENDS": "headless", "WLR_HEADLESS_OUTPUTS": str(len(self.screens))}
         # Sway does not start for the superuser.
         user = {"user": "nobody", "group": "nogroup", "extra_groups": []} if os.geteuid() == 0 else {}
         if user:
@@ -64,13 +71,15 @@ class WaylandDesktop(VirtualDesktop):
 
         self.environment["SWAYSOCK"] = str(wait_for(lambda: socket("sway-ipc.*.sock"), message="no sway"))
         self.environment["WAYLAND_DISPLAY"] = str(wait_for(lambda: socket("wayland-*[0-9]"), message="no socket"))
-        wait_for(lambda: len(self.outputs()) == len(self.screens), message="outputs are missing")
+        wait_for(lambda: [(output["rect"]["width"], output["rect"]["height"]) for output in self.outputs()]
+                 == self.screens, message=lambda: f"other outputs: {self.outputs()}")
         self._seat = self.start([VIRTUAL_SEAT], stdin=subprocess.PIPE, stdout=subprocess.PIPE)
         assert self._answer() == "ready", self._seat.log
         self._measure()
 
     def _configuration(self):
-        lines = ["xwayland disable", "focus_follows_mouse no", "default_border none"]
+        lines = ["xwayland disable", "focus_follows_mouse no", "default_border none",
+                 'for_window [title="wlroots"] floating enable']
         left = 0
         for index, (width, height) in enumerate(self.screens):
             lines.append(f"output HEADLESS-{index + 1} resolution {round(width * self._scale)}x"
@@ -117,6 +126,12 @@ class WaylandDesktop(VirtualDesktop):
     def resize(self, name, width, height):
         """Gives an output another size."""
         self.swaymsg("output", name, "resolution", f"{width}x{height}")
+        self._measure()
+
+    def unplug(self, name):
+        """Disconnects an output of a desktop that has a host."""
+        self._host.swaymsg(f'[title="{name}"] kill')
+        wait_for(lambda: name not in [output["name"] for output in self.outputs()], message="still plugged")
         self._measure()
 
     # --- pointer and keyboard
