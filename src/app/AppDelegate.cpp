@@ -22,8 +22,10 @@ Q_LOGGING_CATEGORY(lcApp, "quillbar.app")
 
 // Dragging a slider changes the geometry many times; the panel is rebuilt once.
 constexpr auto geometryQuiet = 250ms;
-// How long a panel that nobody pointed at stays up.
+// How long a panel that nobody pointed at stays up, once it has arrived.
 constexpr auto peekDuration = 2500ms;
+// The first start on a slow machine prepares the graphics for seconds before anything is seen.
+constexpr auto longestArrival = 30s;
 
 } // namespace
 
@@ -50,7 +52,7 @@ void AppDelegate::applicationDidFinishLaunching()
 void AppDelegate::showSidebar()
 {
     showOnMainScreen();
-    hoverManager().hold(peekDuration);
+    holdFromArrival([] {});
 }
 
 void AppDelegate::hideSidebar()
@@ -128,11 +130,22 @@ void AppDelegate::peek()
     showOnMainScreen();
     if (m_environment.settings.alwaysVisible())
         return;
-    hoverManager().hold(peekDuration);
-    QTimer::singleShot(peekDuration, this, [this] {
-        if (!hoverManager().keepsPanelUp())
-            panelController().hide();
+    holdFromArrival([this] {
+        QTimer::singleShot(peekDuration, this, [this] {
+            if (!hoverManager().keepsPanelUp())
+                panelController().hide();
+        });
     });
+}
+
+void AppDelegate::holdFromArrival(const std::function<void()> &arrived)
+{
+    hoverManager().hold(longestArrival);
+    const auto follow = [this, arrived] {
+        hoverManager().hold(peekDuration);
+        arrived();
+    };
+    connect(&panelController(), &SidebarPanelController::slidIn, this, follow, Qt::SingleShotConnection);
 }
 
 } // namespace randblatt

@@ -62,6 +62,8 @@ private:
     void subscribeToGeometry();
     void subscribeToVisibility();
     void peek();
+    /// Holds the panel that is sliding in for a moment from its arrival on, at which `arrived` is called.
+    void holdFromArrival(const std::function<void()> &arrived);
 
     Environment m_environment;
     std::unique_ptr<ModuleRegistry> m_registry;

@@ -138,8 +138,10 @@ void SidebarPanelController::step(double progress)
 void SidebarPanelController::finish()
 {
     const Slide slide = std::exchange(m_slide, {});
-    if (!m_isAnimatingOut)
+    if (!m_isAnimatingOut) {
+        Q_EMIT slidIn();
         return;
+    }
     slide.panel->orderOut();
     m_isAnimatingOut = false;
     setVisible(false);

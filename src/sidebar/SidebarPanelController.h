@@ -49,6 +49,8 @@ public:
 
 Q_SIGNALS:
     void isVisibleChanged();
+    /// The panel is where show() sent it.
+    void slidIn();
 
 private:
     struct Slide
