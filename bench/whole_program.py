@@ -85,9 +85,9 @@ def compare_starts(desktop, folder):
 
 
 def rest(program, label, seconds=15):
-    before = cpu_seconds(program.pid), wake_ups(program.pid), program.log.count("Frame rendered")
+    before = cpu_seconds(program.pid), wake_ups(program.pid), program.log.lower().count("frame rendered")
     time.sleep(seconds)
-    after = cpu_seconds(program.pid), wake_ups(program.pid), program.log.count("Frame rendered")
+    after = cpu_seconds(program.pid), wake_ups(program.pid), program.log.lower().count("frame rendered")
     cpu, wakes, frames = (end - start for start, end in zip(before, after))
     print(f"{label}: {cpu / seconds * 100:.2f} % of a core, {wakes / seconds:.1f} wake-ups per second, "
           f"{frames} frames in {seconds} s")

@@ -6,14 +6,14 @@ packages_build=(
     g++ cmake ninja-build pkg-config
     qt6-base-dev qt6-base-private-dev qt6-declarative-dev qt6-declarative-dev-tools qt6-svg-dev
     qt6-shadertools-dev qt6-shader-baker
-    libsqlite3-dev libxcb1-dev libxcb-randr0-dev libxcb-xfixes0-dev
+    libsqlite3-dev libical-dev libxcb1-dev libxcb-randr0-dev libxcb-xfixes0-dev
 )
 
 packages_runtime=(
     qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript
     qml6-module-qtquick qml6-module-qtquick-window qml6-module-qtquick-layouts
     qml6-module-qtquick-templates qml6-module-qtquick-controls qml6-module-qtquick-dialogs
-    qt6-svg-plugins? libgl1-mesa-dri
+    qt6-translations-l10n qt6-svg-plugins? libgl1-mesa-dri
 )
 
 packages_virtual_desktop=(

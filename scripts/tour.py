@@ -119,12 +119,19 @@ class Tour:
         self.start()
         wait_for(lambda: self.desktop.screenshot() != before, message="nothing to see")
         self.settle()
+        window = wait_for(lambda: self.desktop.windows("^Willkommen bei Quillbar$"), message="no welcome")[0]
+        wait_for(lambda: self.panel() and self.desktop.geometry(self.panel()[0])[0] == 0, message="no peek")
+        self.settle(0.2)
         self.shot("erster-start")
+        left, top, width, height = self.desktop.geometry(window)
+        self.desktop.click(left + width // 2, top + height - 51)
+        wait_for(lambda: not self.desktop.windows("^Willkommen"), message="the welcome stays")
         self.leave()
 
     def board(self):
         self.desktop.move(0, 450)
-        wait_for(self.panel, message="the panel does not come")
+        wait_for(lambda: any(self.desktop.geometry(panel)[0] > -440 for panel in self.panel()),
+                 message="the panel does not come")
         self.shot("gleitet-herein")
         self.settle()
         self.desktop.move(200, 700)
@@ -168,6 +175,25 @@ class Tour:
         self.shot("dunkler-text")
         self.leave()
 
+    def settings(self):
+        self.configure(globalTheme=FROSTED, alwaysVisible=True)
+        self.settle(1)
+        self.desktop.run("gdbus", "call", "--session", "--dest", "com.randblatt.Quillbar", "--object-path",
+                         "/com/randblatt/Quillbar", "--method", "org.freedesktop.Application.ActivateAction",
+                         "settings", "[]", "{}")
+        wait_for(lambda: self.desktop.windows("^Einstellungen"), message="no settings")
+        for tab in ("allgemein", "module", "design", "spotify"):
+            self.settle()
+            self.shot(f"einstellungen-{tab}")
+            self.desktop.key("ctrl+Next")
+        # Back to the design, past its scope to the style, and another one; the panel behind follows.
+        self.desktop.key("ctrl+Next", "ctrl+Next", "Tab", "Tab", "Right")
+        self.settle(0.8)
+        self.shot("design-geaendert")
+        self.desktop.key("Escape")
+        self.configure(alwaysVisible=False)
+        self.leave()
+
     def empty(self):
         self.configure(enabledModuleIDs=[])
         self.reveal()
@@ -186,7 +212,7 @@ class Tour:
     def run(self):
         try:
             for station in (self.first_start, self.board, self.quick_settings, self.task_list, self.looks,
-                            self.empty, self.gallery):
+                            self.settings, self.empty, self.gallery):
                 station()
         finally:
             self.desktop.close()

@@ -8,8 +8,6 @@
 #include "sidebar/HoverManager.h"
 #include "sidebar/SidebarUIState.h"
 
-#include <QLoggingCategory>
-
 #include <chrono>
 
 namespace randblatt {
@@ -17,8 +15,6 @@ namespace randblatt {
 using namespace std::chrono_literals;
 
 namespace {
-
-Q_LOGGING_CATEGORY(lcApp, "quillbar.app")
 
 // Dragging a slider changes the geometry many times; the panel is rebuilt once.
 constexpr auto geometryQuiet = 250ms;
@@ -43,7 +39,10 @@ void AppDelegate::applicationDidFinishLaunching()
 {
     hoverManager().start();
     m_environment.settings.reconcileLoginItem();
-    m_environment.notifications.addObserver(openSettingsNotification, this, [this] { showSettingsWindow(); });
+    if (!m_environment.settings.hasOnboarded())
+        onboarding().show();
+    m_environment.notifications.addObserver(openSettingsNotification, this,
+                                            [this] { settingsWindow().show(); });
     subscribeToGeometry();
     subscribeToVisibility();
     peek();
@@ -96,9 +95,18 @@ HoverManager &AppDelegate::hoverManager()
     return *m_hoverManager;
 }
 
-void AppDelegate::showSettingsWindow()
+WindowController &AppDelegate::settingsWindow()
 {
-    qCInfo(lcApp, "Einstellungen angefordert");
+    if (!m_settingsWindow)
+        m_settingsWindow = m_environment.makeSettingsWindow(registry());
+    return *m_settingsWindow;
+}
+
+WindowController &AppDelegate::onboarding()
+{
+    if (!m_onboarding)
+        m_onboarding = m_environment.makeOnboarding();
+    return *m_onboarding;
 }
 
 void AppDelegate::showOnMainScreen()

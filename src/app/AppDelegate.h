@@ -2,6 +2,7 @@
 
 #include "settings/SidebarModule.h"
 #include "sidebar/SidebarPanelController.h"
+#include "ui/forms/WindowController.h"
 
 #include <QObject>
 #include <QTimer>
@@ -36,6 +37,8 @@ public:
         std::function<std::vector<std::unique_ptr<SidebarModule>>()> makeModules;
         /// Makes the maker of panels that show the given registry's modules.
         std::function<SidebarPanelController::PanelFactory(ModuleRegistry &)> panelFactory;
+        std::function<std::unique_ptr<WindowController>(ModuleRegistry &)> makeSettingsWindow;
+        std::function<std::unique_ptr<WindowController>()> makeOnboarding;
     };
 
     explicit AppDelegate(Environment environment, QObject *parent = nullptr);
@@ -55,9 +58,10 @@ public:
     [[nodiscard]] ModuleRegistry &registry();
     [[nodiscard]] SidebarPanelController &panelController();
     [[nodiscard]] HoverManager &hoverManager();
+    [[nodiscard]] WindowController &settingsWindow();
+    [[nodiscard]] WindowController &onboarding();
 
 private:
-    void showSettingsWindow();
     void showOnMainScreen();
     void subscribeToGeometry();
     void subscribeToVisibility();
@@ -69,6 +73,8 @@ private:
     std::unique_ptr<ModuleRegistry> m_registry;
     std::unique_ptr<SidebarPanelController> m_panelController;
     std::unique_ptr<HoverManager> m_hoverManager;
+    std::unique_ptr<WindowController> m_settingsWindow;
+    std::unique_ptr<WindowController> m_onboarding;
     QTimer m_geometryQuiet;
 };
 

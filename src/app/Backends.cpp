@@ -1,9 +1,13 @@
 #include "app/Backends.h"
 
+#include "platform/browser/BrowserAuthenticationSession.h"
+#include "platform/calendar/CalendarStores.h"
+#include "platform/freedesktop/LogindWake.h"
 #include "platform/freedesktop/TrayHost.h"
 #include "platform/freedesktop/XdgAutostartLoginItem.h"
 #include "platform/generic/GenericDesktop.h"
 #include "platform/generic/GenericPanelWindow.h"
+#include "platform/mpris/MprisMediaKeySink.h"
 #include "platform/x11/SelectionWatcher.h"
 #include "platform/x11/X11Desktop.h"
 #include "platform/x11/X11PanelWindow.h"
@@ -38,6 +42,10 @@ Backends makeBackends()
     Backends backends;
     backends.loginItem = std::make_unique<XdgAutostartLoginItem>(QCoreApplication::applicationFilePath());
     backends.tray = std::make_unique<TrayHost>(QDBusConnection::sessionBus());
+    backends.mediaKeys = std::make_unique<MprisMediaKeySink>();
+    backends.signIn = std::make_unique<BrowserAuthenticationSession>();
+    backends.calendar = makeCalendarStore();
+    backends.wake = std::make_unique<LogindWake>(QDBusConnection::systemBus());
     if (QGuiApplication::platformName() == "xcb"_L1) {
         auto desktop = std::make_unique<X11Desktop>();
         backends.makePanelWindow = [x11 = desktop.get()](std::unique_ptr<QWindow> window) {

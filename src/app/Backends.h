@@ -7,9 +7,13 @@
 
 namespace randblatt {
 
+class BrowserAuthenticationSession;
+class CalendarStore;
 class Desktop;
 class LoginItem;
+class MediaKeySink;
 class PanelWindow;
+class SystemWake;
 class TrayHost;
 
 /// The back ends of the seams that the running desktop calls for.
@@ -23,6 +27,10 @@ struct Backends
     std::unique_ptr<LoginItem> loginItem;
     std::unique_ptr<Desktop> desktop;
     std::unique_ptr<TrayHost> tray;
+    std::unique_ptr<MediaKeySink> mediaKeys;
+    std::unique_ptr<CalendarStore> calendar;
+    std::unique_ptr<SystemWake> wake;
+    std::unique_ptr<BrowserAuthenticationSession> signIn;
     /// Handles a window as the panel; the window must not have been shown yet.
     std::function<std::unique_ptr<PanelWindow>(std::unique_ptr<QWindow>)> makePanelWindow;
 };

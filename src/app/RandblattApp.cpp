@@ -1,18 +1,27 @@
 #include "app/RandblattApp.h"
 
 #include "app/NotificationCenter.h"
+#include "modules/calendar/CalendarModule.h"
+#include "modules/media/SpotifyModule.h"
 #include "modules/todo/TodoModule.h"
+#include "platform/CalendarStore.h"
 #include "platform/Desktop.h"
 #include "platform/LoginItem.h"
+#include "platform/MediaKeySink.h"
 #include "platform/PanelWindow.h"
+#include "platform/SystemWake.h"
+#include "platform/browser/BrowserAuthenticationSession.h"
 #include "platform/freedesktop/SingleInstance.h"
 #include "platform/freedesktop/TrayHost.h"
 #include "settings/ModuleRegistry.h"
 #include "sidebar/SidebarPanel.h"
 #include "sidebar/SidebarUIState.h"
 #include "ui/controls/SymbolProvider.h"
+#include "ui/onboarding/OnboardingWindowController.h"
+#include "ui/settings/SettingsWindowController.h"
 
 #include <QApplication>
+#include <QLibraryInfo>
 #include <QLoggingCategory>
 
 #include <algorithm>
@@ -34,7 +43,9 @@ RandblattApp::RandblattApp(SingleInstance &instance)
     , m_settings(m_preferences, *m_backends.loginItem)
     , m_delegate({AppSettings::shared(), SidebarUIState::shared(), NotificationCenter::defaultCenter(),
                   *m_backends.desktop, [this] { return makeModules(); },
-                  [this](ModuleRegistry &registry) { return panelFactory(registry); }})
+                  [this](ModuleRegistry &registry) { return panelFactory(registry); },
+                  [this](ModuleRegistry &registry) { return makeSettingsWindow(registry); },
+                  [this] { return std::make_unique<OnboardingWindowController>(m_engine, m_settings); }})
     , m_statusBar(m_menu)
 {
     m_engine.addImportPath(u"qrc:/qt/qml"_s);
@@ -81,10 +92,16 @@ void RandblattApp::connectInstance(SingleInstance &instance)
 {
     connect(&instance, &SingleInstance::activated, &m_delegate, &AppDelegate::showSidebar);
     connect(&instance, &SingleInstance::actionActivated, this, &RandblattApp::runAction);
-    connect(&instance, &SingleInstance::opened, this, [](const QList<QUrl> &urls) {
-        qCInfo(lcApp, "%lld Adresse(n) erhalten, für die es noch keinen Empfänger gibt",
-               static_cast<long long>(urls.size()));
-    });
+    connect(&instance, &SingleInstance::opened, this, &RandblattApp::open);
+}
+
+void RandblattApp::open(const QList<QUrl> &urls)
+{
+    for (const QUrl &url : urls) {
+        // The address itself may hold a code that is nobody else's business.
+        if (!m_backends.signIn->openCallback(url))
+            qCInfo(lcApp, "Unerwartete Adresse mit dem Schema „%ls“", qUtf16Printable(url.scheme()));
+    }
 }
 
 void RandblattApp::runAction(const QString &name)
@@ -112,6 +129,10 @@ std::vector<std::unique_ptr<SidebarModule>> RandblattApp::makeModules()
 {
     std::vector<std::unique_ptr<SidebarModule>> modules;
     modules.push_back(std::make_unique<TodoModule>(m_settings, m_preferences));
+    modules.push_back(std::make_unique<CalendarModule>(*m_backends.calendar, *m_backends.wake));
+    modules.push_back(std::make_unique<SpotifyModule>(
+        SpotifyModule::Environment{m_settings, m_preferences, *m_backends.mediaKeys, *m_backends.signIn,
+                                   ServiceHosts::fromEnvironment(), SpotifyWebPlayer::defaultHelper()}));
     return modules;
 }
 
@@ -124,6 +145,25 @@ SidebarPanelController::PanelFactory RandblattApp::panelFactory(ModuleRegistry &
         connect(panel.get(), &SidebarPanel::openSettingsRequested, &m_delegate, &AppDelegate::openSettings);
         return m_backends.makePanelWindow(std::move(panel));
     };
+}
+
+std::unique_ptr<WindowController> RandblattApp::makeSettingsWindow(ModuleRegistry &registry)
+{
+    installToolkitTranslations();
+    const auto *media = qobject_cast<SpotifyModule *>(registry.module(u"spotify"_s));
+    return std::make_unique<SettingsWindowController>(m_engine, m_settings, registry,
+                                                      media != nullptr ? media->auth() : nullptr);
+}
+
+// Nothing but the colour dialog speaks in the toolkit's words: not before there can be one.
+void RandblattApp::installToolkitTranslations()
+{
+    const QString folder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
+    const std::array catalogues{u"qtbase_de"_s, u"qtdeclarative_de"_s};
+    for (std::size_t i = 0; i < catalogues.size(); ++i) {
+        if (m_translators.at(i).load(catalogues.at(i), folder))
+            QCoreApplication::installTranslator(&m_translators.at(i));
+    }
 }
 
 } // namespace randblatt

@@ -9,6 +9,9 @@
 
 #include <QQmlComponent>
 #include <QQmlEngine>
+#include <QTranslator>
+
+#include <array>
 
 namespace randblatt {
 
@@ -32,14 +35,18 @@ private:
     void preloadViews();
     void connectMenu();
     void connectInstance(SingleInstance &instance);
+    void open(const QList<QUrl> &urls);
     void runAction(const QString &name);
     [[nodiscard]] std::vector<std::unique_ptr<SidebarModule>> makeModules();
     [[nodiscard]] SidebarPanelController::PanelFactory panelFactory(ModuleRegistry &registry);
+    [[nodiscard]] std::unique_ptr<WindowController> makeSettingsWindow(ModuleRegistry &registry);
+    void installToolkitTranslations();
 
     Preferences m_preferences;
     Backends m_backends;
     AppSettings m_settings;
     QQmlEngine m_engine;
+    std::array<QTranslator, 2> m_translators;
     std::vector<std::unique_ptr<QQmlComponent>> m_preloaded;
     AppDelegate m_delegate;
     MenuContent m_menu;

@@ -49,6 +49,7 @@ class AppSettings : public QObject
                    globalThemeChanged FINAL)
     Q_PROPERTY(
         QString todoViewMode READ todoViewModeName WRITE setTodoViewModeName NOTIFY todoViewModeChanged FINAL)
+    Q_PROPERTY(QStringList enabledModuleIDs READ enabledModuleIDList NOTIFY enabledModuleIDsChanged FINAL)
     Q_PROPERTY(QStringList moduleOrder READ moduleOrder WRITE setModuleOrder NOTIFY moduleOrderChanged FINAL)
     Q_PROPERTY(QString spotifyClientID READ spotifyClientID WRITE setSpotifyClientID NOTIFY
                    spotifyClientIDChanged FINAL)
@@ -164,6 +165,7 @@ private:
     void setNotesModeName(const QString &name);
     [[nodiscard]] QString todoViewModeName() const { return rawString(m_todoViewMode); }
     void setTodoViewModeName(const QString &name);
+    [[nodiscard]] QStringList enabledModuleIDList() const { return m_enabledModuleIDs.values(); }
 
     Preferences &m_preferences;
     LoginItem &m_loginItem;

@@ -46,6 +46,7 @@ constexpr auto selectStatement = "SELECT type, value FROM preferences WHERE key 
 constexpr auto upsertStatement =
     "INSERT INTO preferences (key, type, value) VALUES (?1, ?2, ?3) "
     "ON CONFLICT (key) DO UPDATE SET type = excluded.type, value = excluded.value";
+constexpr auto deleteStatement = "DELETE FROM preferences WHERE key = ?1";
 
 QByteArray json(const QJsonDocument &document)
 {
@@ -179,7 +180,7 @@ Preferences::~Preferences()
 {
     const auto unwritten = m_unwritten;
     for (auto it = unwritten.cbegin(); it != unwritten.cend(); ++it)
-        setValue(it.key(), it.value());
+        store(it.key(), it.value());
     if (m_checkpointTimer.isActive())
         checkpoint();
     close();
@@ -212,6 +213,16 @@ std::optional<PreferenceValue> Preferences::value(const QString &key) const
 
 bool Preferences::setValue(const QString &key, const PreferenceValue &value)
 {
+    return store(key, value);
+}
+
+bool Preferences::remove(const QString &key)
+{
+    return store(key, std::nullopt);
+}
+
+bool Preferences::store(const QString &key, const std::optional<PreferenceValue> &value)
+{
     if (write(key, value)) {
         m_unwritten.remove(key);
         m_checkpointTimer.start();
@@ -221,7 +232,7 @@ bool Preferences::setValue(const QString &key, const PreferenceValue &value)
     return false;
 }
 
-bool Preferences::write(const QString &key, const PreferenceValue &value)
+bool Preferences::write(const QString &key, const std::optional<PreferenceValue> &value)
 {
     if (!m_upsert)
         open();
@@ -230,13 +241,15 @@ bool Preferences::write(const QString &key, const PreferenceValue &value)
                   qUtf16Printable(key));
         return false;
     }
-    sqlite3_stmt *statement = m_upsert.get();
+    sqlite3_stmt *statement = value ? m_upsert.get() : m_delete.get();
     const QByteArray name = key.toUtf8();
     Binder binder{statement, 3};
     const StatementUse use(statement);
     bindText(statement, 1, name);
-    sqlite3_bind_text(statement, 2, typeNames.at(value.index()), -1, SQLITE_STATIC);
-    std::visit(binder, value);
+    if (value) {
+        sqlite3_bind_text(statement, 2, typeNames.at(value->index()), -1, SQLITE_STATIC);
+        std::visit(binder, *value);
+    }
     if (sqlite3_step(statement) == SQLITE_DONE)
         return true;
     qCWarning(lcPreferences, "Einstellung „%ls“ nicht gespeichert: %s", qUtf16Printable(key),
@@ -304,8 +317,10 @@ int Preferences::tryOpen(Access access)
         target.reset(statement);
     };
     prepare(selectStatement, m_select);
-    if (access == Access::readWrite)
+    if (access == Access::readWrite) {
+        prepare(deleteStatement, m_delete);
         prepare(upsertStatement, m_upsert);
+    }
     return result;
 }
 
@@ -313,6 +328,7 @@ void Preferences::close()
 {
     m_select.reset();
     m_upsert.reset();
+    m_delete.reset();
     m_database.reset();
 }
 

@@ -55,6 +55,9 @@ public:
     }
     /// Stores `value` under `key`; whether it is on disk. Where it is not, value() returns it all the same.
     bool setValue(const QString &key, const PreferenceValue &value);
+    /// Takes the value under `key` away; whether it is gone from the disk. Where it is not, value() returns
+    /// none all the same.
+    bool remove(const QString &key);
 
 private:
     enum class Access { readWrite, readOnly, immutable };
@@ -74,14 +77,17 @@ private:
     int tryOpen(Access access);
     void close();
     void setAside() const;
-    bool write(const QString &key, const PreferenceValue &value);
+    /// Stores `value`, or removes the row where there is none; keeps in memory what cannot be written.
+    bool store(const QString &key, const std::optional<PreferenceValue> &value);
+    bool write(const QString &key, const std::optional<PreferenceValue> &value);
     void checkpoint();
 
     QString m_path;
     Database m_database;
     Statement m_select;
     Statement m_upsert;
-    QHash<QString, PreferenceValue> m_unwritten;
+    Statement m_delete;
+    QHash<QString, std::optional<PreferenceValue>> m_unwritten;
     QTimer m_checkpointTimer;
 };
 

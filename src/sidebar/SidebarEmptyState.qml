@@ -1,33 +1,44 @@
 import QtQuick
 
 import Randblatt.Controls
+import Randblatt.Theme
 
-// What the sidebar shows when no module is enabled.
-Column {
+// What the sidebar shows when no module is enabled: a card that says so and leads to the settings.
+ThemedGlass {
     id: root
+
+    readonly property CardAppearance appearance: CardAppearance {
+        textWhite: root.config.textWhite
+    }
 
     signal openSettingsRequested
 
-    spacing: Metrics.wideGap
+    width: 280
+    height: 168
+    corner: 18
 
-    Symbol {
-        anchors.horizontalCenter: parent.horizontalCenter
-        name: "square.dashed"
-        size: 30
-        opacity: 0.8
-    }
+    Column {
+        anchors.centerIn: parent
+        spacing: Metrics.wideGap
 
-    Text {
-        anchors.horizontalCenter: parent.horizontalCenter
-        text: "Keine Module aktiviert"
-        color: "white"
-        font.pixelSize: Metrics.bodySize
-    }
+        Symbol {
+            anchors.horizontalCenter: parent.horizontalCenter
+            name: "square.dashed"
+            size: 30
+            color: root.appearance.secondary
+        }
 
-    ProminentButton {
-        objectName: "openSettingsButton"
-        anchors.horizontalCenter: parent.horizontalCenter
-        text: "Einstellungen öffnen"
-        onClicked: root.openSettingsRequested()
+        CardText {
+            anchors.horizontalCenter: parent.horizontalCenter
+            appearance: root.appearance
+            text: "Keine Module aktiviert"
+        }
+
+        ProminentButton {
+            objectName: "openSettingsButton"
+            anchors.horizontalCenter: parent.horizontalCenter
+            text: "Einstellungen öffnen"
+            onClicked: root.openSettingsRequested()
+        }
     }
 }

@@ -80,8 +80,7 @@ void SidebarPanel::applyShape()
     const auto shapes = rootObject()->property("cardShapes").toList();
     for (const QVariant &shape : shapes)
         path.addRoundedRect(shape.toRectF(), radius, radius);
-    // An empty mask would mean no mask at all; without cards the view is a single sheet.
-    setMask(path.isEmpty() ? QRegion() : QRegion(path.toFillPolygon().toPolygon()));
+    setMask(QRegion(path.toFillPolygon().toPolygon()));
 }
 
 } // namespace randblatt

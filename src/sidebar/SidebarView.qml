@@ -16,6 +16,8 @@ FocusScope {
 
     // The cards' places in the window, for a desktop that has to cut the window to them.
     readonly property var cardShapes: {
+        if (emptyState.active)
+            return [Qt.rect(emptyState.x, emptyState.y, emptyState.width, emptyState.height)]
         const shapes = []
         for (let i = 0; i < cards.count; ++i) {
             const card = cards.itemAt(i)
@@ -146,10 +148,14 @@ FocusScope {
     }
 
     Loader {
+        id: emptyState
+
         anchors.centerIn: parent
         active: root.model.count === 0
 
         sourceComponent: SidebarEmptyState {
+            config: root.settings.globalTheme
+            opaque: !root.composited
             onOpenSettingsRequested: root.openSettingsRequested()
         }
     }

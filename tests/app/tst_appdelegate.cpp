@@ -29,6 +29,9 @@ struct Fixture
     FakeDesktop desktop;
     std::shared_ptr<PanelRecord> record = std::make_shared<PanelRecord>();
     int registriesMade = 0;
+    int settingsWindowsMade = 0;
+    int settingsShown = 0;
+    int onboardingShown = 0;
     AppDelegate delegate{{settings, uiState, notifications, desktop,
                           [this] {
                               ++registriesMade;
@@ -37,7 +40,12 @@ struct Fixture
                           [this](ModuleRegistry &) {
                               return
                                   [this](const QSizeF &) { return std::make_unique<RecordingPanel>(record); };
-                          }}};
+                          },
+                          [this](ModuleRegistry &) {
+                              ++settingsWindowsMade;
+                              return std::make_unique<RecordingWindow>(settingsShown);
+                          },
+                          [this] { return std::make_unique<RecordingWindow>(onboardingShown); }}};
 
     Fixture()
     {
@@ -125,9 +133,12 @@ private Q_SLOTS:
         Fixture f;
         f.delegate.openSettings();
         f.delegate.applicationDidFinishLaunching();
-        QTest::ignoreMessage(QtInfoMsg, "Einstellungen angefordert");
+        QCOMPARE(f.settingsWindowsMade, 0);
         f.notifications.post(u"Randblatt.openSettings"_s);
         f.notifications.post(u"Randblatt.somethingElse"_s);
+        f.delegate.openSettings();
+        QCOMPARE(f.settingsShown, 2);
+        QCOMPARE(f.settingsWindowsMade, 1);
 
         f.delegate.hideSidebar();
         QTRY_VERIFY(!f.isUp());
@@ -137,6 +148,17 @@ private Q_SLOTS:
         QVERIFY(f.delegate.panelController().isAnimatingOut());
         f.delegate.toggleSidebar();
         QVERIFY(!f.delegate.panelController().isAnimatingOut());
+    }
+
+    void welcomesANewUserOnly()
+    {
+        for (const bool onboarded : {false, true}) {
+            Fixture f;
+            f.settings.setHasOnboarded(onboarded);
+            f.delegate.applicationDidFinishLaunching();
+            QCOMPARE(f.onboardingShown, onboarded ? 0 : 1);
+            QVERIFY(f.isUp());
+        }
     }
 
     void startsWithoutAnyScreen()

@@ -149,6 +149,21 @@ private Q_SLOTS:
         QCOMPARE(Preferences(path()).get<QString>(u"key"_s), u"geschrieben"_s);
     }
 
+    void removesAValueForGood()
+    {
+        {
+            Preferences preferences(path());
+            preferences.setValue(u"token"_s, u"secret"_s);
+            preferences.setValue(u"other"_s, 1.0);
+            QVERIFY(preferences.remove(u"token"_s));
+            QVERIFY(preferences.remove(u"never there"_s));
+            QVERIFY(!preferences.value(u"token"_s));
+        }
+        const Preferences preferences(path());
+        QVERIFY(!preferences.value(u"token"_s));
+        QCOMPARE(preferences.get<double>(u"other"_s), 1.0);
+    }
+
     void setsAFileAsideThatItCannotRead_data()
     {
         QTest::addColumn<QByteArray>("content");

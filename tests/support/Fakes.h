@@ -4,6 +4,7 @@
 #include "platform/LoginItem.h"
 #include "platform/PanelWindow.h"
 #include "settings/SidebarModule.h"
+#include "ui/forms/WindowController.h"
 
 #include <QStringList>
 
@@ -101,6 +102,21 @@ private:
             registered = outcome;
         return error;
     }
+};
+
+/// A window that only counts how often it was shown.
+class RecordingWindow : public WindowController
+{
+public:
+    explicit RecordingWindow(int &shown)
+        : m_shown(shown)
+    {
+    }
+
+    void show() override { ++m_shown; }
+
+private:
+    int &m_shown;
 };
 
 /// A module that is nothing but its id, with the view at `source`.

@@ -12,6 +12,7 @@ constexpr auto configuration = R"(<busconfig>
   <type>session</type>
   <listen>unix:dir=%1</listen>
   <auth>EXTERNAL</auth>
+  %2
   <policy context="default">
     <allow send_destination="*" eavesdrop="true"/>
     <allow eavesdrop="true"/>
@@ -22,11 +23,15 @@ constexpr auto configuration = R"(<busconfig>
 
 } // namespace
 
-PrivateBus::PrivateBus()
+PrivateBus::PrivateBus(Services services)
 {
     QFile file(m_folder.filePath(u"bus.conf"_s));
     if (file.open(QFile::WriteOnly))
-        file.write(QString(configuration).arg(m_folder.path()).toUtf8());
+        file.write(QString(configuration)
+                       .arg(m_folder.path(), services == Services::installed
+                                                 ? u"<standard_session_servicedirs/>"_s
+                                                 : QString())
+                       .toUtf8());
     file.close();
     m_daemon.start(u"dbus-daemon"_s, {"--config-file="_L1 + file.fileName(), u"--print-address"_s,
                                       u"--nofork"_s, u"--nopidfile"_s});

@@ -5,11 +5,14 @@
 
 namespace randblatt {
 
-/// A session bus of its own, without any services, for as long as the object lives.
+/// A session bus of its own for as long as the object lives; with the machine's services, which are started
+/// when they are called, or without any.
 class PrivateBus
 {
 public:
-    PrivateBus();
+    enum class Services { none, installed };
+
+    explicit PrivateBus(Services services = Services::none);
     ~PrivateBus();
     PrivateBus(const PrivateBus &) = delete;
     PrivateBus &operator=(const PrivateBus &) = delete;

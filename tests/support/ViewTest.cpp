@@ -32,7 +32,8 @@ void prepareEngine(QQmlEngine &engine)
 }
 
 ViewTest::ViewTest(const QUrl &source, const QVariantMap &properties, const QSize &size)
-    : m_view(std::make_unique<QQuickView>())
+    : m_ownView(std::make_unique<QQuickView>())
+    , m_view(m_ownView.get())
 {
     prepareEngine(*m_view->engine());
     m_view->setInitialProperties(properties);
@@ -41,16 +42,32 @@ ViewTest::ViewTest(const QUrl &source, const QVariantMap &properties, const QSiz
 }
 
 ViewTest::ViewTest(const QByteArray &qml, const QSize &size)
-    : m_view(std::make_unique<QQuickView>())
+    : m_ownView(std::make_unique<QQuickView>())
+    , m_view(m_ownView.get())
 {
     prepareEngine(*m_view->engine());
-    auto *component = new QQmlComponent(m_view->engine(), m_view.get());
+    auto *component = new QQmlComponent(m_view->engine(), m_view);
     component->setData(qml, QUrl(u"qrc:/qt/qml/Test.qml"_s));
     m_view->setContent({}, component, component->create());
     show(size);
 }
 
+ViewTest::ViewTest(QQuickView &window)
+    : m_view(&window)
+{
+    waitUntilActive();
+}
+
 void ViewTest::show(const QSize &size)
+{
+    m_view->setResizeMode(QQuickView::SizeRootObjectToView);
+    m_view->resize(size);
+    m_view->show();
+    m_view->requestActivate();
+    waitUntilActive();
+}
+
+void ViewTest::waitUntilActive()
 {
     QTest::failOnWarning(QRegularExpression(u"\\.qml:"_s));
     if (m_view->status() != QQuickView::Ready) {
@@ -59,11 +76,7 @@ void ViewTest::show(const QSize &size)
             qWarning("%ls", qUtf16Printable(error.toString()));
         qFatal("Die Ansicht lässt sich nicht laden.");
     }
-    m_view->setResizeMode(QQuickView::SizeRootObjectToView);
-    m_view->resize(size);
-    m_view->show();
-    m_view->requestActivate();
-    if (!QTest::qWaitForWindowActive(m_view.get()))
+    if (!QTest::qWaitForWindowActive(m_view))
         qFatal("Das Fenster wird nicht aktiv.");
 }
 
@@ -94,28 +107,28 @@ QPoint ViewTest::centre(const QQuickItem *item)
 
 void ViewTest::click(const QQuickItem *item, Qt::MouseButton button)
 {
-    QTest::mouseClick(m_view.get(), button, {}, centre(item));
+    QTest::mouseClick(m_view, button, {}, centre(item));
 }
 
 void ViewTest::doubleClick(const QQuickItem *item)
 {
-    QTest::mouseDClick(m_view.get(), Qt::LeftButton, {}, centre(item));
+    QTest::mouseDClick(m_view, Qt::LeftButton, {}, centre(item));
 }
 
 void ViewTest::moveTo(const QQuickItem *item)
 {
-    QTest::mouseMove(m_view.get(), centre(item));
+    QTest::mouseMove(m_view, centre(item));
 }
 
 void ViewTest::type(const QString &text)
 {
     for (const QChar character : text)
-        QTest::sendKeyEvent(QTest::Click, m_view.get(), Qt::Key_unknown, QString(character), Qt::NoModifier);
+        QTest::sendKeyEvent(QTest::Click, m_view, Qt::Key_unknown, QString(character), Qt::NoModifier);
 }
 
 void ViewTest::press(Qt::Key key, Qt::KeyboardModifiers modifiers)
 {
-    QTest::keyClick(m_view.get(), key, modifiers);
+    QTest::keyClick(m_view, key, modifiers);
 }
 
 } // namespace randblatt

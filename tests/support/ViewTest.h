@@ -21,6 +21,8 @@ public:
     ViewTest(const QUrl &source, const QVariantMap &properties, const QSize &size);
     /// The same for QML text, with the application's modules to import.
     ViewTest(const QByteArray &qml, const QSize &size);
+    /// Takes a window that is there already; it is borrowed and must outlive the object.
+    explicit ViewTest(QQuickView &window);
 
     [[nodiscard]] QQuickView &window() { return *m_view; }
     [[nodiscard]] QQuickItem *root() const { return m_view->rootObject(); }
@@ -39,8 +41,10 @@ public:
 
 private:
     void show(const QSize &size);
+    void waitUntilActive();
 
-    std::unique_ptr<QQuickView> m_view;
+    std::unique_ptr<QQuickView> m_ownView;
+    QQuickView *m_view;
 };
 
 } // namespace randblatt

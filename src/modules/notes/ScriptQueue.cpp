@@ -14,6 +14,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto longestWaitAtEnd = 3s;
+constexpr uint stackSize = 8 * 1024 * 1024;
 
 /// Guards the application object against being destroyed while a queue that outlives it posts to it.
 struct Delivery
@@ -55,6 +56,8 @@ ScriptQueue::ScriptQueue(const QString &name)
 {
     openDelivery();
     m_thread->setObjectName(name);
+    // Where the system gives threads little, a nested script would not fit.
+    m_thread->setStackSize(stackSize);
     m_worker->moveToThread(m_thread);
     QObject::connect(m_thread, &QThread::finished, m_worker, &QObject::deleteLater);
     QObject::connect(m_thread, &QThread::finished, m_thread, &QObject::deleteLater);

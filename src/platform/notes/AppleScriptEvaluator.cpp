@@ -127,7 +127,7 @@ Value AppleScriptEvaluator::compute(const Unary &unary)
     const Value operand = evaluate(*unary.operand);
     if (unary.operation == UnaryOperator::logicalNot)
         return Value(!operand.asBoolean());
-    const Value number = operand.coerced(AppleScriptType::number);
+    Value number = operand.coerced(AppleScriptType::number);
     if (unary.operation == UnaryOperator::plus)
         return number;
     return number.isInteger() ? Value(-number.asInteger()) : Value(-number.asReal());

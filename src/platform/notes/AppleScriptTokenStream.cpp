@@ -40,7 +40,7 @@ bool AppleScriptTokenStream::atSymbol(QStringView symbol, qsizetype ahead) const
 
 AppleScriptToken AppleScriptTokenStream::take()
 {
-    const AppleScriptToken token = peek();
+    AppleScriptToken token = peek();
     skip(1);
     return token;
 }

@@ -16,7 +16,7 @@ namespace {
 constexpr qint64 largestInteger = 536870911;
 constexpr int deepestNesting = 64;
 /// Lists share what they nest, so a few lines can make one that would take ages to walk.
-constexpr qint64 largestWeight = 64 * 1024 * 1024;
+constexpr qint64 largestWeight = 64LL * 1024 * 1024;
 /// What an item of a list counts as, in characters.
 constexpr qint64 itemSize = 32;
 

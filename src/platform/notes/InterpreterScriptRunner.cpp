@@ -6,6 +6,7 @@
 #include "platform/notes/NotesObjectModel.h"
 
 #include <new>
+#include <optional>
 #include <utility>
 
 namespace randblatt {
@@ -26,7 +27,9 @@ ScriptOutcome InterpreterScriptRunner::run(const QString &source)
         return {.text = AppleScriptInterpreter(application, m_limits).run(script).resultText(),
                 .failure = {}};
     } catch (const AppleScriptError &error) {
-        return {.text = {}, .failure = ScriptFailure{error.message, error.number}};
+        // A script can raise an error that says nothing.
+        const auto message = error.message.isEmpty() ? std::nullopt : std::optional(error.message);
+        return {.text = {}, .failure = ScriptFailure{message, error.number}};
     } catch (const std::bad_alloc &) {
         return {.text = {},
                 .failure = ScriptFailure{u"Der Speicher reicht für das Skript nicht aus."_s,

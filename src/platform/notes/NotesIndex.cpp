@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <memory>
+#include <tuple>
 #include <utility>
 
 #include <dirent.h>
@@ -27,7 +28,7 @@ namespace {
 
 Q_LOGGING_CATEGORY(lcNotesIndex, "quillbar.notes")
 
-constexpr auto noteSuffix = ".html";
+constexpr QByteArrayView noteSuffix(".html");
 
 struct CloseDirectory
 {
@@ -64,70 +65,86 @@ NotesIndex::NotesIndex(QString root, QString hidden)
 
 void NotesIndex::scan()
 {
-    std::vector<Found> found = filesOnDisk();
-    const QHash<QString, NoteEntry> known = std::exchange(m_notes, {});
-    const QHash<QString, QString> knownPaths = std::exchange(m_idByPath, {});
-    m_notes.reserve(static_cast<qsizetype>(found.size()));
-    m_idByPath.reserve(static_cast<qsizetype>(found.size()));
-    m_newestFirst.clear();
-
-    // Known files keep their ids before new files are given any.
-    const auto firstNew = std::partition(found.begin(), found.end(),
-                                         [&](const Found &file) { return knownPaths.contains(file.path); });
-    std::for_each(found.begin(), firstNew, [&](Found &file) {
-        const NoteEntry &entry = *known.constFind(knownPaths.value(file.path));
-        auto name = entry.signature == file.signature ? entry.name : std::nullopt;
-        insert({entry.id, file.folder, file.path, file.signature, std::move(name)});
-    });
-    std::sort(firstNew, found.end(), [](const Found &a, const Found &b) { return a.path < b.path; });
-    std::for_each(firstNew, found.end(), [this](Found &file) {
-        insert({newID(file.path), file.folder, file.path, file.signature, std::nullopt});
-    });
-}
-
-std::vector<NotesIndex::Found> NotesIndex::filesOnDisk()
-{
     const Directory root = openDirectory(AT_FDCWD, QFile::encodeName(m_root));
     if (!root) {
         throw NotesLibraryError{
             NotesLibraryError::Reason::fileSystem,
             u"Der Notizenordner „%1“ ist nicht lesbar: %2."_s.arg(m_root, systemReason(errno))};
     }
+    ++m_scan;
+    m_seen = 0;
     m_folders.clear();
-    std::vector<Found> found;
-    found.reserve(static_cast<std::size_t>(m_notes.size()) + 64);
+    std::vector<Found> added;
     while (const dirent *entry = ::readdir(root.get())) {
         const QByteArray name(entry->d_name);
         if (!name.startsWith('.') && name != QFile::encodeName(m_hidden))
-            scanFolder(::dirfd(root.get()), name, found);
+            scanFolder(::dirfd(root.get()), name, added);
     }
     // Two directories can have one name, where one of them was not made by this application.
     m_folders.removeDuplicates();
-    return found;
+    // First what is gone, so that a file that was moved gets its id back.
+    if (m_seen != m_notes.size())
+        removeUnseen();
+    std::sort(added.begin(), added.end(), [](const Found &a, const Found &b) {
+        return std::tie(a.directory, a.file) < std::tie(b.directory, b.file);
+    });
+    m_notes.reserve(m_notes.size() + added.size());
+    for (const Found &found : added)
+        insert(found);
 }
 
-void NotesIndex::scanFolder(int rootDescriptor, const QByteArray &directoryName, std::vector<Found> &found)
+void NotesIndex::scanFolder(int rootDescriptor, const QByteArray &directory, std::vector<Found> &added)
 {
-    const Directory directory = openDirectory(rootDescriptor, directoryName);
-    if (!directory) {
+    const Directory opened = openDirectory(rootDescriptor, directory);
+    if (!opened) {
         if (errno != ENOTDIR)
-            qCWarning(lcNotesIndex, "Ordner „%s“ übergangen: %ls", directoryName.constData(),
+            qCWarning(lcNotesIndex, "Ordner „%s“ übergangen: %ls", directory.constData(),
                       qUtf16Printable(systemReason(errno)));
         return;
     }
-    const QString folder = foldernames::folderName(QFile::decodeName(directoryName));
-    const QString prefix = m_root + u'/' + QFile::decodeName(directoryName) + u'/';
+    const QString folder = foldernames::folderName(QFile::decodeName(directory));
     m_folders.append(folder);
-    while (const dirent *entry = ::readdir(directory.get())) {
-        const QByteArrayView name(entry->d_name);
+    const Files known = m_files.value(directory);
+    while (const dirent *file = ::readdir(opened.get())) {
+        const QByteArrayView name(file->d_name);
         struct stat status
         {
         };
         if (name.startsWith('.') || !name.endsWith(noteSuffix) ||
-            ::fstatat(::dirfd(directory.get()), entry->d_name, &status, 0) != 0 || !S_ISREG(status.st_mode))
+            ::fstatat(::dirfd(opened.get()), file->d_name, &status, 0) != 0 || !S_ISREG(status.st_mode))
             continue;
-        found.push_back({prefix + QFile::decodeName(name.toByteArray()), folder, signature(status)});
+        NoteEntry *entry = known.value(QByteArray::fromRawData(name.data(), name.size()));
+        if (entry == nullptr) {
+            added.push_back({directory, name.toByteArray(), folder, signature(status)});
+            continue;
+        }
+        ++m_seen;
+        entry->lastScan = m_scan;
+        if (entry->signature != signature(status)) {
+            entry->signature = signature(status);
+            entry->name.reset();
+            m_newestFirst.clear();
+        }
     }
+}
+
+void NotesIndex::removeUnseen()
+{
+    for (Files &files : m_files)
+        files.removeIf([this](Files::iterator file) { return file.value()->lastScan != m_scan; });
+    std::erase_if(m_notes, [this](const auto &note) { return note.second.lastScan != m_scan; });
+    m_newestFirst.clear();
+}
+
+NoteEntry &NotesIndex::insert(const Found &found)
+{
+    const QString base = QFile::decodeName(found.file.chopped(noteSuffix.size()));
+    const QString id = m_notes.contains(base) ? QFile::decodeName(found.directory) + u'/' + base : base;
+    NoteEntry &entry = m_notes[id];
+    entry = {id, found.folder, path(found.directory, found.file), found.signature, std::nullopt, m_scan};
+    m_files[found.directory].insert(found.file, &entry);
+    m_newestFirst.clear();
+    return entry;
 }
 
 QStringList NotesIndex::folders(const QString &first) const
@@ -145,9 +162,9 @@ std::vector<QString> NotesIndex::notes(const std::optional<QString> &folder) con
 {
     if (m_newestFirst.empty()) {
         std::vector<std::pair<qint64, QString>> order;
-        order.reserve(static_cast<std::size_t>(m_notes.size()));
-        for (const NoteEntry &entry : m_notes)
-            order.emplace_back(-entry.signature.modified, entry.id);
+        order.reserve(m_notes.size());
+        for (const auto &[id, entry] : m_notes)
+            order.emplace_back(-entry.signature.modified, id);
         std::sort(order.begin(), order.end());
         m_newestFirst.reserve(order.size());
         for (auto &[time, id] : order)
@@ -157,32 +174,64 @@ std::vector<QString> NotesIndex::notes(const std::optional<QString> &folder) con
         return m_newestFirst;
     std::vector<QString> result;
     std::copy_if(m_newestFirst.cbegin(), m_newestFirst.cend(), std::back_inserter(result),
-                 [&](const QString &id) { return m_notes.constFind(id)->folder == *folder; });
+                 [&](const QString &id) { return m_notes.at(id).folder == *folder; });
     return result;
 }
 
 const NoteEntry *NotesIndex::find(const QString &id) const
 {
-    auto it = m_notes.constFind(id);
+    const auto it = m_notes.find(id);
+    if (it != m_notes.cend())
+        return &it->second;
     // An id with its folder names the file, also when the short id has become free for it.
-    if (it == m_notes.cend() && id.contains(u'/'))
-        it = m_notes.constFind(m_idByPath.value(m_root + u'/' + id + QLatin1StringView(noteSuffix)));
-    return it != m_notes.cend() ? &*it : nullptr;
+    const qsizetype slash = id.indexOf(u'/');
+    return slash < 0 ? nullptr
+                     : entryAt(QFile::encodeName(id.first(slash)),
+                               QFile::encodeName(id.sliced(slash + 1)) + noteSuffix.data());
+}
+
+NoteEntry *NotesIndex::entryAt(const QByteArray &directory, const QByteArray &file) const
+{
+    const auto files = m_files.constFind(directory);
+    return files != m_files.cend() ? files->value(file) : nullptr;
+}
+
+QString NotesIndex::path(const QByteArray &directory, const QByteArray &file) const
+{
+    return m_root + u'/' + QFile::decodeName(directory) + u'/' + QFile::decodeName(file);
+}
+
+const NoteEntry *NotesIndex::recheck(const QString &id)
+{
+    const NoteEntry *known = find(id);
+    const auto present = known != nullptr ? signatureOf(known->path) : std::nullopt;
+    if (!present)
+        return nullptr;
+    return *present == known->signature ? known : &update(known->path, known->folder);
 }
 
 const NoteEntry &NotesIndex::update(const QString &path, const QString &folder)
 {
-    const QString known = m_idByPath.value(path);
-    const QString id = known.isEmpty() ? newID(path) : known;
-    insert({id, folder, path, signatureOf(path).value_or(FileSignature{}), std::nullopt});
+    const QFileInfo file(path);
+    const Found found{QFile::encodeName(file.dir().dirName()), QFile::encodeName(file.fileName()), folder,
+                      signatureOf(path).value_or(FileSignature{})};
+    NoteEntry *known = entryAt(found.directory, found.file);
+    if (known == nullptr)
+        return insert(found);
+    known->signature = found.signature;
+    known->name.reset();
     m_newestFirst.clear();
-    return *m_notes.constFind(id);
+    return *known;
 }
 
 void NotesIndex::remove(const QString &id)
 {
-    m_idByPath.remove(m_notes.value(id).path);
-    m_notes.remove(id);
+    const auto it = m_notes.find(id);
+    if (it == m_notes.end())
+        return;
+    const QFileInfo file(it->second.path);
+    m_files[QFile::encodeName(file.dir().dirName())].remove(QFile::encodeName(file.fileName()));
+    m_notes.erase(it);
     std::erase(m_newestFirst, id);
 }
 
@@ -200,19 +249,6 @@ std::optional<FileSignature> NotesIndex::signatureOf(const QString &path)
     if (::stat(QFile::encodeName(path).constData(), &status) != 0 || !S_ISREG(status.st_mode))
         return std::nullopt;
     return signature(status);
-}
-
-QString NotesIndex::newID(const QString &path) const
-{
-    const QFileInfo file(path);
-    const QString base = file.completeBaseName();
-    return m_notes.contains(base) ? file.dir().dirName() + u'/' + base : base;
-}
-
-void NotesIndex::insert(NoteEntry entry)
-{
-    m_idByPath.insert(entry.path, entry.id);
-    m_notes.insert(entry.id, std::move(entry));
 }
 
 } // namespace randblatt

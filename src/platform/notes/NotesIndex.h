@@ -1,10 +1,12 @@
 #pragma once
 
+#include <QByteArray>
 #include <QHash>
 #include <QString>
 #include <QStringList>
 
 #include <optional>
+#include <unordered_map>
 #include <vector>
 
 namespace randblatt {
@@ -29,6 +31,8 @@ struct NoteEntry
     FileSignature signature;
     /// The note's name once the file has been read for it, which changes nothing of what the entry says.
     mutable std::optional<QString> name;
+    /// The scan that saw the file last.
+    quint64 lastScan = 0;
 };
 
 /// Which notes lie in the folders of a library. A scan looks at every file, but reads none.
@@ -51,6 +55,9 @@ public:
     /// The note with this id, or null. Valid until the index changes.
     [[nodiscard]] const NoteEntry *find(const QString &id) const;
 
+    /// The note with this id, looked at again alone; null if its file is not where it was.
+    const NoteEntry *recheck(const QString &id);
+
     /// Takes up a file that was written since the scan, under the id that it had, else under a new one.
     const NoteEntry &update(const QString &path, const QString &folder);
     void remove(const QString &id);
@@ -62,21 +69,28 @@ public:
 private:
     struct Found
     {
-        QString path;
+        QByteArray directory;
+        QByteArray file;
         QString folder;
         FileSignature signature;
     };
+    using Files = QHash<QByteArray, NoteEntry *>;
 
-    [[nodiscard]] std::vector<Found> filesOnDisk();
-    void scanFolder(int rootDescriptor, const QByteArray &directoryName, std::vector<Found> &found);
-    [[nodiscard]] QString newID(const QString &path) const;
-    void insert(NoteEntry entry);
+    void scanFolder(int rootDescriptor, const QByteArray &directory, std::vector<Found> &added);
+    void removeUnseen();
+    NoteEntry &insert(const Found &found);
+    [[nodiscard]] NoteEntry *entryAt(const QByteArray &directory, const QByteArray &file) const;
+    [[nodiscard]] QString path(const QByteArray &directory, const QByteArray &file) const;
 
     QString m_root;
     QString m_hidden;
     QStringList m_folders;
-    QHash<QString, NoteEntry> m_notes;
-    QHash<QString, QString> m_idByPath;
+    /// By id. Entries stay where they are while others come and go.
+    std::unordered_map<QString, NoteEntry> m_notes;
+    /// By directory and file name. With many notes, looking them up is most of what a scan does.
+    QHash<QByteArray, Files> m_files;
+    quint64 m_scan = 0;
+    std::size_t m_seen = 0;
     mutable std::vector<QString> m_newestFirst;
 };
 

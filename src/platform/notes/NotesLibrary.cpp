@@ -24,7 +24,7 @@ namespace {
 
 Q_LOGGING_CATEGORY(lcNotesLibrary, "quillbar.notes")
 
-constexpr qint64 largestNote = 32 * 1024 * 1024;
+constexpr qint64 largestNote = 32LL * 1024 * 1024;
 constexpr qint64 headSize = 2048;
 constexpr qint64 daysUntilGone = 30;
 constexpr qint64 secondsBetweenEmptying = 3600;
@@ -96,8 +96,8 @@ void NotesLibrary::refresh()
                 throw;
         }
     }
-    m_index.scan();
     m_wasSeen = true;
+    m_isStale = true;
     const QDateTime now = m_clock();
     if (!m_lastEmptied.isValid() || m_lastEmptied.secsTo(now) >= secondsBetweenEmptying) {
         emptyDeleted();
@@ -105,32 +105,41 @@ void NotesLibrary::refresh()
     }
 }
 
-QStringList NotesLibrary::folders() const
+void NotesLibrary::scan()
 {
+    if (m_isStale)
+        m_index.scan();
+    m_isStale = false;
+}
+
+QStringList NotesLibrary::folders()
+{
+    scan();
     return m_index.folders(defaultFolder());
 }
 
-std::vector<QString> NotesLibrary::notes(const std::optional<QString> &folder) const
+std::vector<QString> NotesLibrary::notes(const std::optional<QString> &folder)
 {
+    scan();
     return m_index.notes(folder);
 }
 
-bool NotesLibrary::contains(const QString &id) const
+bool NotesLibrary::contains(const QString &id)
 {
-    return m_index.find(id) != nullptr;
+    return find(id) != nullptr;
 }
 
-QString NotesLibrary::folderOf(const QString &id) const
+QString NotesLibrary::folderOf(const QString &id)
 {
     return entry(id).folder;
 }
 
-QDateTime NotesLibrary::modified(const QString &id) const
+QDateTime NotesLibrary::modified(const QString &id)
 {
     return QDateTime::fromMSecsSinceEpoch(entry(id).signature.modified / nanosecondsPerMillisecond);
 }
 
-QString NotesLibrary::name(const QString &id) const
+QString NotesLibrary::name(const QString &id)
 {
     const NoteEntry &note = entry(id);
     if (!note.name)
@@ -220,9 +229,20 @@ void NotesLibrary::createFolder(const QString &name)
     m_index.addFolder(name);
 }
 
-const NoteEntry &NotesLibrary::entry(const QString &id) const
+const NoteEntry *NotesLibrary::find(const QString &id)
 {
-    const NoteEntry *note = m_index.find(id);
+    // Looking at one file again is enough as long as it is where it was.
+    if (m_isStale) {
+        if (const NoteEntry *known = m_index.recheck(id))
+            return known;
+        scan();
+    }
+    return m_index.find(id);
+}
+
+const NoteEntry &NotesLibrary::entry(const QString &id)
+{
+    const NoteEntry *note = find(id);
     if (note == nullptr) {
         fail(NotesLibraryError::Reason::noSuchObject,
              u"Eine Notiz mit der Kennung „%1“ ist nicht vorhanden."_s.arg(id));

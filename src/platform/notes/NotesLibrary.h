@@ -39,14 +39,14 @@ public:
     void refresh();
 
     /// The default folder, then the others by the alphabet.
-    [[nodiscard]] QStringList folders() const;
+    [[nodiscard]] QStringList folders();
     /// Ids of the notes of one folder, or of all, by last change, newest first.
-    [[nodiscard]] std::vector<QString> notes(const std::optional<QString> &folder = std::nullopt) const;
-    [[nodiscard]] bool contains(const QString &id) const;
+    [[nodiscard]] std::vector<QString> notes(const std::optional<QString> &folder = std::nullopt);
+    [[nodiscard]] bool contains(const QString &id);
     /// The folder of a note.
-    [[nodiscard]] QString folderOf(const QString &id) const;
-    [[nodiscard]] QDateTime modified(const QString &id) const;
-    [[nodiscard]] QString name(const QString &id) const;
+    [[nodiscard]] QString folderOf(const QString &id);
+    [[nodiscard]] QDateTime modified(const QString &id);
+    [[nodiscard]] QString name(const QString &id);
     /// HTML without the name, as it now is on the disk.
     [[nodiscard]] QString body(const QString &id);
 
@@ -63,7 +63,9 @@ public:
     void createFolder(const QString &name);
 
 private:
-    [[nodiscard]] const NoteEntry &entry(const QString &id) const;
+    [[nodiscard]] const NoteEntry &entry(const QString &id);
+    [[nodiscard]] const NoteEntry *find(const QString &id);
+    void scan();
     [[nodiscard]] QString folderPath(const QString &name) const;
     void write(const QString &path, const QString &folder, const QByteArray &content, qint64 modified);
     [[nodiscard]] qint64 now();
@@ -74,6 +76,8 @@ private:
     Clock m_clock;
     NotesIndex m_index;
     bool m_wasSeen = false;
+    /// Whether the index is not known to be as the disk is.
+    bool m_isStale = true;
     qint64 m_lastChange = 0;
     QDateTime m_lastEmptied;
     /// Digests of the files that body() gave, by id.

@@ -6,6 +6,8 @@
 #include <QProcess>
 #include <QRegularExpression>
 
+#include <utility>
+
 namespace randblatt {
 
 using namespace Qt::StringLiterals;
@@ -19,8 +21,8 @@ ScriptOutcome failed(const QString &message, int number)
 
 } // namespace
 
-OsascriptRunner::OsascriptRunner(const QString &executable, std::chrono::milliseconds timeLimit)
-    : m_executable(executable)
+OsascriptRunner::OsascriptRunner(QString executable, std::chrono::milliseconds timeLimit)
+    : m_executable(std::move(executable))
     , m_timeLimit(timeLimit)
 {
 }

@@ -15,7 +15,7 @@ class OsascriptRunner : public ScriptRunner
 public:
     /// `executable` is the command's path. A script that has not ended after `timeLimit` is an error; the
     /// first one may wait for the user to allow it.
-    explicit OsascriptRunner(const QString &executable,
+    explicit OsascriptRunner(QString executable,
                              std::chrono::milliseconds timeLimit = std::chrono::minutes(2));
 
     ScriptOutcome run(const QString &source) override;

@@ -74,7 +74,7 @@ QString move(const QString &source, const QString &folder)
     const QFileInfo file(source);
     for (int attempt = 1; attempt <= attempts; ++attempt) {
         const QString suffix = attempt == 1 ? QString() : u'-' + QString::number(attempt);
-        const QString target = folder + u'/' + file.completeBaseName() + suffix + u'.' + file.suffix();
+        QString target = folder + u'/' + file.completeBaseName() + suffix + u'.' + file.suffix();
         const QByteArray from = QFile::encodeName(source);
         const QByteArray to = QFile::encodeName(target);
         int result = ::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE);
@@ -110,7 +110,7 @@ QByteArray read(const QString &path, qint64 limit)
         fail(u"Nicht gelesen wurde die Datei"_s, path, u"keine gewöhnliche Datei"_s);
     if (status.st_size > limit)
         fail(u"Nicht gelesen wurde die Datei"_s, path, u"zu groß"_s);
-    const QByteArray content = file.read(limit);
+    QByteArray content = file.read(limit);
     if (file.error() != QFileDevice::NoError)
         fail(u"Nicht gelesen wurde die Datei"_s, path, file.errorString());
     return content;

@@ -8,12 +8,37 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <csignal>
 #include <memory>
 
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 using namespace randblatt;
+
+namespace {
+
+/// Lets no file grow beyond a size, for as long as it lives.
+class FileSizeLimit
+{
+public:
+    explicit FileSizeLimit(rlim_t size)
+    {
+        std::signal(SIGXFSZ, SIG_IGN);
+        ::getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit limit{.rlim_cur = size, .rlim_max = m_before.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() { ::setrlimit(RLIMIT_FSIZE, &m_before); }
+    FileSizeLimit(const FileSizeLimit &) = delete;
+    FileSizeLimit &operator=(const FileSizeLimit &) = delete;
+
+private:
+    rlimit m_before{};
+};
+
+} // namespace
 
 class NotesLibraryTest : public QObject
 {
@@ -254,12 +279,27 @@ private Q_SLOTS:
     void keepsTheOldTextWhenWritingFails()
     {
         const QString id = m_library->createNote(u"Notizen"_s, u"T"_s, u"alt"_s);
-        // A directory that can't take the new file: even root can't write through a dangling link.
-        QVERIFY(QDir().rename(path(u"Notizen"_s), path(u"Weg"_s)));
-        QVERIFY(QFile::link(path(u"Nirgends"_s), path(u"Notizen"_s)));
-        QVERIFY(!messageOf([&] { m_library->setBody(id, u"neu"_s); }).isEmpty());
-        QVERIFY(!messageOf([&] { m_library->createNote(u"Notizen"_s, u"N"_s, u"n"_s); }).isEmpty());
-        QVERIFY(get(u"Weg/"_s + id + u".html"_s).contains("alt"));
+        const QByteArray before = get(u"Notizen/"_s + id + u".html"_s);
+        {
+            // As on a full disk: files can't grow beyond this.
+            const FileSizeLimit limit(16384);
+            const QString large(100'000, u'x');
+            QVERIFY(messageOf([&] { m_library->setBody(id, large); }).contains(id));
+            QVERIFY(!messageOf([&] { m_library->createNote(u"Notizen"_s, u"N"_s, large); }).isEmpty());
+        }
+        QCOMPARE(get(u"Notizen/"_s + id + u".html"_s), before);
+        QCOMPARE(QDir(path(u"Notizen"_s)).entryList(QDir::Files).size(), 1);
+        m_library->refresh();
+        m_library->setBody(id, u"neu"_s);
+        QCOMPARE(m_library->body(id), u"neu"_s);
+    }
+
+    void saysWhenAFolderHasVanished()
+    {
+        m_library->createFolder(u"Reise"_s);
+        QVERIFY(m_library->folders().contains(u"Reise"_s));
+        QVERIFY(QDir(path(u"Reise"_s)).removeRecursively());
+        QVERIFY(!messageOf([&] { m_library->createNote(u"Reise"_s, u"N"_s, u"n"_s); }).isEmpty());
     }
 };
 

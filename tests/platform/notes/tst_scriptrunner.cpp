@@ -142,6 +142,7 @@ private Q_SLOTS:
         QVERIFY(raised);
         QCOMPARE(raised->message, u"Zeile 1\nZeile (2): drei"_s);
         QCOMPARE(raised->number, 7);
+        QVERIFY(m_runner->run(u"error \"\" number 8"_s).failure);
         QCOMPARE(m_runner->run(u"tell"_s).failure->number, applescripterror::syntax);
         QVERIFY(m_runner->run(u"return \"ok\""_s).text == u"ok"_s);
         QVERIFY(QDir().mkpath(m_folder->filePath(u"quillbar"_s)));

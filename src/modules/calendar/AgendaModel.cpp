@@ -1,0 +1,156 @@
+#include "modules/calendar/AgendaModel.h"
+
+#include "modules/calendar/CalendarFormat.h"
+#include "modules/calendar/CalendarService.h"
+
+#include <QSet>
+
+#include <algorithm>
+
+namespace randblatt {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// For calendars without a colour.
+constexpr QColor systemBlue(0x35, 0x84, 0xe4);
+
+/// What makes a row the same row. An event that moves to another day is another one: views group rows when
+/// they come.
+QString key(const CalendarEvent &event)
+{
+    return QString::number(event.start.date().toJulianDay()) + u'/' + event.id;
+}
+
+QSet<QString> keys(const QList<CalendarEvent> &events)
+{
+    QSet<QString> keys;
+    keys.reserve(events.size());
+    for (const CalendarEvent &event : events)
+        keys.insert(key(event));
+    return keys;
+}
+
+} // namespace
+
+AgendaModel::AgendaModel(const CalendarService &service, QObject *parent)
+    : QAbstractListModel(parent)
+    , m_service(service)
+    , m_events(service.events())
+{
+    connect(&service, &CalendarService::eventsChanged, this, &AgendaModel::follow);
+}
+
+int AgendaModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : count();
+}
+
+QVariant AgendaModel::data(const QModelIndex &index, int role) const
+{
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
+        return {};
+    const CalendarEvent &event = m_events.at(index.row());
+    switch (static_cast<Role>(role)) {
+    case Role::title:
+        return event.title.isEmpty() ? u"(ohne Titel)"_s : event.title;
+    case Role::timeLine:
+        return CalendarFormat::timeLine(event);
+    case Role::color:
+        return event.calendarColor.isValid() ? event.calendarColor : systemBlue;
+    case Role::calendarName:
+        return event.calendarName;
+    case Role::day:
+        return event.start.date().toString(Qt::ISODate);
+    }
+    return {};
+}
+
+QHash<int, QByteArray> AgendaModel::roleNames() const
+{
+    return {
+        {static_cast<int>(Role::title), "title"}, {static_cast<int>(Role::timeLine), "timeLine"},
+        {static_cast<int>(Role::color), "color"}, {static_cast<int>(Role::calendarName), "calendarName"},
+        {static_cast<int>(Role::day), "day"},
+    };
+}
+
+void AgendaModel::follow()
+{
+    const int before = count();
+    removeVanished(m_service.events());
+    place(m_service.events());
+    if (count() != before)
+        Q_EMIT countChanged();
+}
+
+void AgendaModel::removeVanished(const QList<CalendarEvent> &events)
+{
+    const QSet<QString> kept = keys(events);
+    const auto isKept = [&](int row) { return kept.contains(key(m_events.at(row))); };
+    for (int last = count() - 1; last >= 0; --last) {
+        if (isKept(last))
+            continue;
+        int first = last;
+        while (first > 0 && !isKept(first - 1))
+            --first;
+        beginRemoveRows({}, first, last);
+        m_events.remove(first, last - first + 1);
+        endRemoveRows();
+        last = first;
+    }
+}
+
+void AgendaModel::place(const QList<CalendarEvent> &events)
+{
+    const QSet<QString> present = keys(m_events);
+    for (int row = 0; row < events.size(); ++row) {
+        int end = row;
+        while (end < events.size() && !present.contains(key(events.at(end))))
+            ++end;
+        if (end > row) {
+            insert(events, row, end);
+            row = end - 1;
+            continue;
+        }
+        const int from = rowOf(events.at(row), row);
+        if (from == count()) {
+            insert(events, row, row + 1);
+            continue;
+        }
+        if (from != row) {
+            beginMoveRows({}, from, from, {}, row);
+            m_events.move(from, row);
+            endMoveRows();
+        }
+        if (m_events.at(row) != events.at(row)) {
+            m_events[row] = events.at(row);
+            Q_EMIT dataChanged(index(row), index(row));
+        }
+    }
+    // Only rows that bear the same name as another one are left.
+    if (count() > events.size()) {
+        beginRemoveRows({}, static_cast<int>(events.size()), count() - 1);
+        m_events.resize(events.size());
+        endRemoveRows();
+    }
+}
+
+void AgendaModel::insert(const QList<CalendarEvent> &events, int begin, int end)
+{
+    beginInsertRows({}, begin, end - 1);
+    for (int row = begin; row < end; ++row)
+        m_events.insert(row, events.at(row));
+    endInsertRows();
+}
+
+int AgendaModel::rowOf(const CalendarEvent &event, int from) const
+{
+    const auto it =
+        std::find_if(m_events.cbegin() + from, m_events.cend(),
+                     [wanted = key(event)](const CalendarEvent &other) { return key(other) == wanted; });
+    return static_cast<int>(it - m_events.cbegin());
+}
+
+} // namespace randblatt

@@ -1,0 +1,81 @@
+#include "modules/calendar/AgendaRefresh.h"
+
+#include "platform/SystemWake.h"
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+namespace randblatt {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto changesQuiet = 300ms;
+// The timer does not know of a clock that is set: it looks again now and then.
+constexpr std::chrono::milliseconds longestWait = 15min;
+
+} // namespace
+
+AgendaRefresh::AgendaRefresh(CalendarService &service, CalendarStore &store, SystemWake &wake,
+                             CalendarService::Clock clock, QObject *parent)
+    : QObject(parent)
+    , m_service(service)
+    , m_clock(std::move(clock))
+{
+    m_midnight.setSingleShot(true);
+    m_changes.setSingleShot(true);
+    m_changes.setInterval(changesQuiet);
+    connect(&service, &CalendarService::accessRequested, this, &AgendaRefresh::noteRequest);
+    connect(&store, &CalendarStore::changed, this, [this] {
+        m_outdated = true;
+        if (isOnScreen() && !m_changes.isActive())
+            m_changes.start();
+    });
+    connect(&wake, &SystemWake::woke, this, [this] {
+        m_outdated = true;
+        refreshIfOutdated();
+    });
+    connect(&m_changes, &QTimer::timeout, this, &AgendaRefresh::refreshIfOutdated);
+    connect(&m_midnight, &QTimer::timeout, this, &AgendaRefresh::refreshIfOutdated);
+}
+
+void AgendaRefresh::cardShown()
+{
+    ++m_cardsOnScreen;
+    refreshIfOutdated();
+}
+
+void AgendaRefresh::cardHidden()
+{
+    --m_cardsOnScreen;
+    if (isOnScreen())
+        return;
+    m_midnight.stop();
+    m_changes.stop();
+}
+
+void AgendaRefresh::noteRequest()
+{
+    m_outdated = false;
+    m_requestedOn = m_clock().date();
+}
+
+void AgendaRefresh::refreshIfOutdated()
+{
+    if (!isOnScreen())
+        return;
+    waitForMidnight();
+    if (m_requestedOn.isValid() && (m_outdated || m_clock().date() != m_requestedOn))
+        m_service.requestAccess();
+}
+
+void AgendaRefresh::waitForMidnight()
+{
+    const QDateTime now = m_clock();
+    const std::chrono::milliseconds left(now.msecsTo(now.date().addDays(1).startOfDay()));
+    m_midnight.start(std::clamp(left, 1ms, longestWait));
+}
+
+} // namespace randblatt

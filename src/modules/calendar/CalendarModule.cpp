@@ -1,0 +1,48 @@
+#include "modules/calendar/CalendarModule.h"
+
+#include "modules/calendar/AgendaModel.h"
+#include "modules/calendar/AgendaRefresh.h"
+
+namespace randblatt {
+
+using namespace Qt::StringLiterals;
+
+CalendarModule::CalendarModule(CalendarStore &store, SystemWake &wake, QObject *parent)
+    : CalendarModule(
+          store, wake, [] { return QDateTime::currentDateTime(); }, parent)
+{
+}
+
+CalendarModule::CalendarModule(CalendarStore &store, SystemWake &wake, const CalendarService::Clock &clock,
+                               QObject *parent)
+    : SidebarModule(parent)
+    , m_service(new CalendarService(store, clock, this))
+    , m_agenda(new AgendaModel(*m_service, this))
+    , m_refresh(new AgendaRefresh(*m_service, store, wake, clock, this))
+{
+}
+
+QString CalendarModule::id() const
+{
+    return u"calendar"_s;
+}
+
+QString CalendarModule::title() const
+{
+    return u"Kalender"_s;
+}
+
+QString CalendarModule::systemImage() const
+{
+    return u"calendar"_s;
+}
+
+ViewDescription CalendarModule::makeView() const
+{
+    return {QUrl(u"qrc:/qt/qml/Randblatt/Calendar/CalendarView.qml"_s),
+            {{u"service"_s, QVariant::fromValue(m_service)},
+             {u"agenda"_s, QVariant::fromValue(m_agenda)},
+             {u"refresh"_s, QVariant::fromValue(m_refresh)}}};
+}
+
+} // namespace randblatt

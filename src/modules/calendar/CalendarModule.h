@@ -1,0 +1,37 @@
+#pragma once
+
+#include "modules/calendar/CalendarService.h"
+#include "settings/SidebarModule.h"
+
+namespace randblatt {
+
+class AgendaModel;
+class AgendaRefresh;
+class SystemWake;
+
+/// The calendar: an agenda of the coming days, and a form to add an event.
+class CalendarModule : public SidebarModule
+{
+    Q_OBJECT
+
+public:
+    /// `store` and `wake` are borrowed and must outlive the module.
+    CalendarModule(CalendarStore &store, SystemWake &wake, QObject *parent = nullptr);
+    /// The same with a clock of its own.
+    CalendarModule(CalendarStore &store, SystemWake &wake, const CalendarService::Clock &clock,
+                   QObject *parent = nullptr);
+
+    [[nodiscard]] QString id() const override;
+    [[nodiscard]] QString title() const override;
+    [[nodiscard]] QString systemImage() const override;
+    [[nodiscard]] ViewDescription makeView() const override;
+
+    [[nodiscard]] CalendarService *service() const { return m_service; }
+
+private:
+    CalendarService *m_service;
+    AgendaModel *m_agenda;
+    AgendaRefresh *m_refresh;
+};
+
+} // namespace randblatt

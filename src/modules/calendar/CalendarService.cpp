@@ -1,0 +1,121 @@
+#include "modules/calendar/CalendarService.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace randblatt {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qint64 shortestEvent = 300; // seconds
+
+} // namespace
+
+CalendarService::CalendarService(CalendarStore &store, QObject *parent)
+    : CalendarService(
+          store, [] { return QDateTime::currentDateTime(); }, parent)
+{
+}
+
+CalendarService::CalendarService(CalendarStore &store, Clock clock, QObject *parent)
+    : QObject(parent)
+    , m_store(store)
+    , m_clock(std::move(clock))
+    , m_statusMessage(u"Lade…"_s)
+{
+}
+
+void CalendarService::requestAccess()
+{
+    Q_EMIT accessRequested();
+    m_store.requestAccess(this, [this](bool granted) {
+        setAuthorized(granted);
+        if (granted)
+            reload();
+        else
+            setStatusMessage(u"Kein Kalenderzugriff. In den Systemeinstellungen erlauben."_s);
+    });
+}
+
+void CalendarService::reload()
+{
+    const QDate today = m_clock().date();
+    const QDateTime start = today.startOfDay();
+    const QDateTime end = today.addDays(m_daysAhead).startOfDay();
+    if (!start.isValid() || !end.isValid())
+        return;
+    m_store.fetchEvents(start, end, this, [this, reload = ++m_reload](const CalendarStore::Events &events) {
+        if (reload != m_reload)
+            return;
+        if (events)
+            publish(*events);
+        else
+            setStatusMessage(u"Konnte Termine nicht laden."_s);
+    });
+}
+
+void CalendarService::addEvent(const QString &title, const QDateTime &start, const QDateTime &end)
+{
+    if (m_saving)
+        return;
+    const QString trimmed = title.trimmed();
+    if (trimmed.isEmpty() || !m_authorized) {
+        Q_EMIT addFinished(false);
+        return;
+    }
+    setSaving(true);
+    m_store.saveEvent({trimmed, start, std::max(end, start.addSecs(shortestEvent))}, this,
+                      [this](bool saved) { finishAdd(saved); });
+}
+
+void CalendarService::finishAdd(bool saved)
+{
+    if (saved)
+        reload();
+    else
+        setStatusMessage(u"Konnte Termin nicht speichern."_s);
+    setSaving(false);
+    Q_EMIT addFinished(saved);
+}
+
+void CalendarService::publish(const QList<CalendarEvent> &events)
+{
+    QList<CalendarEvent> sorted = events;
+    std::stable_sort(sorted.begin(), sorted.end(),
+                     [](const CalendarEvent &a, const CalendarEvent &b) { return a.start < b.start; });
+    if (sorted != m_events) {
+        m_events = std::move(sorted);
+        Q_EMIT eventsChanged();
+    }
+    setStatusMessage(m_events.isEmpty()
+                         ? u"Keine Termine in den nächsten "_s + QString::number(m_daysAhead) + u" Tagen"_s
+                         : QString());
+}
+
+void CalendarService::setAuthorized(bool authorized)
+{
+    if (m_authorized == authorized)
+        return;
+    m_authorized = authorized;
+    Q_EMIT authorizedChanged();
+}
+
+void CalendarService::setStatusMessage(const QString &message)
+{
+    if (m_statusMessage == message)
+        return;
+    m_statusMessage = message;
+    Q_EMIT statusMessageChanged();
+}
+
+void CalendarService::setSaving(bool saving)
+{
+    if (m_saving == saving)
+        return;
+    m_saving = saving;
+    Q_EMIT savingChanged();
+}
+
+} // namespace randblatt

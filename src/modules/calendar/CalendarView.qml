@@ -1,0 +1,156 @@
+import QtQuick
+import QtQuick.Templates as T
+
+import Randblatt.Calendar
+import Randblatt.Controls
+
+// The agenda of the coming days, with a form to add an event.
+FocusScope {
+    id: root
+
+    required property CardAppearance appearance
+    required property CalendarService service
+    required property AgendaModel agenda
+    required property AgendaRefresh refresh
+
+    property bool didRequest: false
+    property bool showAdd: false
+    property string newTitle
+    property date startDate: new Date()
+    property int durationMinutes: 60
+    // The refresh counts this card among those on screen.
+    property bool counted: false
+
+    readonly property var durations: [15, 30, 45, 60, 90, 120, 180]
+    readonly property bool onScreen: Window.window !== null && Window.visibility !== Window.Hidden
+    // Takes what is typed while nothing has the keyboard.
+    readonly property Item typingTarget: showAdd ? titleInput : null
+    property Item titleInput: null
+
+    function followScreen(shown: bool): void {
+        if (shown && !didRequest) {
+            didRequest = true
+            service.requestAccess()
+        }
+        if (shown === counted)
+            return
+        counted = shown
+        if (shown)
+            refresh.cardShown()
+        else
+            refresh.cardHidden()
+    }
+
+    function toggleForm(): void {
+        showAdd = !showAdd
+        if (showAdd)
+            titleInput.forceActiveFocus(Qt.TabFocusReason)
+    }
+
+    function add(): void {
+        service.addEvent(newTitle, startDate, new Date(startDate.getTime() + durationMinutes * 60000))
+    }
+
+    onOnScreenChanged: followScreen(onScreen)
+    Component.onCompleted: followScreen(onScreen)
+    Component.onDestruction: followScreen(false)
+
+    Connections {
+        target: root.service
+
+        function onAddFinished(saved: bool): void {
+            if (!saved)
+                return
+            root.newTitle = ""
+            root.showAdd = false
+        }
+    }
+
+    ListView {
+        id: list
+
+        objectName: "agenda"
+        anchors.fill: parent
+        model: root.service.authorized ? root.agenda : null
+        reuseItems: true
+        clip: true
+        boundsBehavior: Flickable.StopAtBounds
+        bottomMargin: Metrics.cardPadding
+        keyNavigationEnabled: false
+        activeFocusOnTab: contentHeight > height
+        Accessible.role: Accessible.List
+        Accessible.name: "Termine"
+
+        function scroll(distance: real): void {
+            const lowest = originY + contentHeight + bottomMargin - height
+            contentY = Math.max(originY, Math.min(contentY + distance, lowest))
+        }
+
+        Keys.onUpPressed: scroll(-44)
+        Keys.onDownPressed: scroll(44)
+        Keys.onPressed: event => {
+            if (event.key === Qt.Key_PageUp || event.key === Qt.Key_PageDown) {
+                scroll(event.key === Qt.Key_PageUp ? -height : height)
+                event.accepted = true
+            }
+        }
+
+        T.ScrollBar.vertical: CardScrollBar {
+            appearance: root.appearance
+        }
+
+        header: AgendaTop {
+            id: top
+
+            width: list.width
+            appearance: root.appearance
+            authorized: root.service.authorized
+            statusMessage: root.service.statusMessage
+            showAdd: root.showAdd
+            formHeight: form.implicitHeight
+            // Above the events, the list would let it grow out of sight.
+            onHeightChanged: {
+                if (root.showAdd || list.atYBeginning)
+                    list.positionViewAtBeginning()
+            }
+            onFormToggled: root.toggleForm()
+            onAccessWanted: root.service.requestAccess()
+
+            AddEventForm {
+                id: form
+
+                objectName: "addForm"
+                width: parent.width
+                y: Metrics.gap
+                appearance: root.appearance
+                startDate: root.startDate
+                durationMinutes: root.durationMinutes
+                durations: root.durations
+                saving: root.service.saving
+                newTitle: root.newTitle
+                onNewTitleChanged: root.newTitle = newTitle
+                onStartEdited: start => root.startDate = start
+                onDurationEdited: minutes => root.durationMinutes = minutes
+                onSubmitted: root.add()
+                Component.onCompleted: root.titleInput = titleInput
+            }
+        }
+
+        delegate: EventRow {
+            width: list.width
+            appearance: root.appearance
+        }
+
+        section.property: "day"
+        section.delegate: DayHeading {
+            width: list.width
+            appearance: root.appearance
+        }
+    }
+
+    FocusRing {
+        visible: root.Window.activeFocusItem === list
+        anchors.margins: 2
+        accent: root.appearance.accent
+    }
+}

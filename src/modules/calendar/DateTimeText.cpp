@@ -1,0 +1,91 @@
+#include "modules/calendar/DateTimeText.h"
+
+#include "platform/LocalTime.h"
+
+#include <QRegularExpression>
+
+#include <algorithm>
+#include <array>
+
+namespace randblatt {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct Section
+{
+    int begin;
+    int end;
+    QDateTime (*step)(const QDateTime &, int);
+};
+
+// The places of the numbers in "dd.MM.yyyy, HH:mm".
+constexpr std::array sections{
+    Section{0, 2, [](const QDateTime &time, int steps) { return time.addDays(steps); }},
+    Section{3, 5, [](const QDateTime &time, int steps) { return time.addMonths(steps); }},
+    Section{6, 10, [](const QDateTime &time, int steps) { return time.addYears(steps); }},
+    Section{12, 14, [](const QDateTime &time, int steps) { return time.addSecs(steps * 3600LL); }},
+    Section{15, 17, [](const QDateTime &time, int steps) { return time.addSecs(steps * 60LL); }},
+};
+
+// Beyond it the text has another number of digits.
+constexpr int firstYear = 1000;
+constexpr int lastYear = 9999;
+
+const Section &sectionAt(int cursor)
+{
+    const auto it = std::find_if(sections.begin(), sections.end() - 1,
+                                 [cursor](const Section &section) { return cursor <= section.end; });
+    return *it;
+}
+
+bool isWritable(const QDateTime &time)
+{
+    return time.isValid() && time.date().year() >= firstYear && time.date().year() <= lastYear;
+}
+
+} // namespace
+
+QString DateTimeText::text(const QDateTime &time)
+{
+    return time.toString(u"dd.MM.yyyy, HH:mm");
+}
+
+QDateTime DateTimeText::parsed(const QString &text, const QDateTime &present)
+{
+    if (text == DateTimeText::text(present))
+        return present;
+    static const QRegularExpression pattern(
+        uR"(^\D*(\d{1,2})\D+(\d{1,2})\D+(\d{4}|\d{2})(?:\D+(\d{1,2})(?:\D+(\d{1,2}))?)?\D*$)"_s);
+    const QRegularExpressionMatch match = pattern.match(text);
+    if (!match.hasMatch())
+        return present;
+    const auto number = [&match](int group) { return match.captured(group).toInt(); };
+    const int year = match.capturedLength(3) == 2 ? 2000 + number(3) : number(3);
+    const QDate date(year, number(2), number(1));
+    const QTime time = match.hasCaptured(4) ? QTime(number(4), number(5)) : present.time();
+    if (!date.isValid() || !time.isValid())
+        return present;
+    const QDateTime parsed = localTime(date, time);
+    return isWritable(parsed) ? parsed : present;
+}
+
+QDateTime DateTimeText::stepped(const QDateTime &time, int cursor, int steps)
+{
+    const QDateTime stepped = sectionAt(cursor).step(time, steps);
+    return isWritable(stepped) ? stepped : time;
+}
+
+QPoint DateTimeText::section(int cursor)
+{
+    const Section &section = sectionAt(cursor);
+    return {section.begin, section.end};
+}
+
+QDateTime DateTimeText::onDay(const QDateTime &time, int year, int month, int day)
+{
+    return localTime(QDate(year, month + 1, day), time.time());
+}
+
+} // namespace randblatt

@@ -1,0 +1,74 @@
+import QtQuick
+import QtQuick.Templates as T
+import Randblatt.Controls
+
+// The round, glowing button that starts and stops playback.
+T.AbstractButton {
+    id: root
+
+    required property color accent
+    required property color ringColor
+    required property string symbol
+    property real diameter: 50
+    property real symbolSize: 18
+
+    readonly property real glowRadius: 9
+
+    implicitWidth: diameter
+    implicitHeight: diameter
+    focusPolicy: Qt.TabFocus
+    scale: down ? 0.96 : 1
+
+    Accessible.role: Accessible.Button
+    Accessible.name: text
+    Accessible.onPressAction: root.clicked()
+
+    Keys.onReturnPressed: root.clicked()
+    Keys.onEnterPressed: root.clicked()
+
+    contentItem: Item {
+        Symbol {
+            anchors.centerIn: parent
+            name: root.symbol
+            size: root.symbolSize * 1.25
+            color: "black"
+        }
+    }
+
+    background: Item {
+        // Rings that together fade as a blurred disc does; they need no shader.
+        Repeater {
+            model: root.glowRadius
+
+            Rectangle {
+                required property int index
+
+                anchors.centerIn: parent
+                width: root.diameter + 2 * (root.glowRadius - index)
+                height: width
+                radius: width / 2
+                color: root.accent
+                opacity: 0.6 * 2 * (index + 1) / (root.glowRadius * (root.glowRadius + 1))
+            }
+        }
+
+        Rectangle {
+            anchors.centerIn: parent
+            width: root.diameter
+            height: width
+            radius: width / 2
+            color: root.hovered ? Qt.lighter(root.accent, 1.06) : root.accent
+        }
+
+        FocusRing {
+            visible: root.visualFocus
+            radius: width / 2
+            anchors.margins: -4
+            accent: root.ringColor
+        }
+    }
+
+    HoverHandler {
+        cursorShape: Qt.PointingHandCursor
+    }
+}

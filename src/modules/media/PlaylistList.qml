@@ -1,0 +1,185 @@
+import QtQuick
+import Randblatt.Controls
+import Randblatt.Media
+
+// The user's playlists below the saved tracks, or why there are none.
+FocusScope {
+    id: root
+
+    required property CardAppearance appearance
+    required property SpotifyAuth auth
+    required property SpotifyService service
+    required property CoverCache covers
+
+    readonly property bool isEmpty: service.playlists.count === 0 && !service.loadingPlaylists
+    readonly property bool showsRows: !service.needsReauth && !isEmpty
+
+    signal opened(playlist: spotifyPlaylist)
+    signal newRequested
+
+    CardText {
+        id: header
+
+        x: Metrics.cardPadding
+        height: newButton.height
+        appearance: root.appearance
+        text: "Playlists"
+        size: Metrics.calloutSize
+        font.weight: Font.Bold
+    }
+
+    PlainButton {
+        id: newButton
+
+        objectName: "newPlaylistButton"
+        anchors.right: parent.right
+        anchors.rightMargin: Metrics.cardPadding - reach
+        text: "Neue Playlist"
+        symbol: "plus"
+        showsText: false
+        symbolSize: 14
+        color: root.appearance.foreground
+        accent: root.appearance.accent
+        onClicked: root.newRequested()
+    }
+
+    Column {
+        objectName: "reauthNotice"
+        anchors.top: newButton.bottom
+        anchors.topMargin: 2
+        x: Metrics.cardPadding
+        width: parent.width - 2 * Metrics.cardPadding
+        visible: root.service.needsReauth
+        spacing: Metrics.tightGap
+
+        CardText {
+            width: parent.width
+            appearance: root.appearance
+            text: "Aktualisierte Berechtigungen nötig."
+            size: Metrics.captionSize
+            color: root.appearance.secondary
+            wrapMode: Text.Wrap
+        }
+
+        ProminentButton {
+            objectName: "reauthButton"
+            text: "Neu anmelden"
+            textSize: Metrics.calloutSize
+            onClicked: root.auth.signIn()
+        }
+    }
+
+    CardText {
+        objectName: "noPlaylists"
+        anchors.top: newButton.bottom
+        x: Metrics.cardPadding
+        visible: root.isEmpty && !root.service.needsReauth
+        appearance: root.appearance
+        text: "Keine Playlists."
+        size: Metrics.captionSize
+        color: root.appearance.secondary
+    }
+
+    RowList {
+        id: list
+
+        objectName: "playlistList"
+        anchors.top: newButton.bottom
+        anchors.topMargin: 2
+        anchors.bottom: parent.bottom
+        width: parent.width
+        visible: root.showsRows
+        focus: true
+        appearance: root.appearance
+        model: root.service.playlists
+        Accessible.name: "Playlists"
+        onChosen: if (currentItem)
+            (currentItem as MediaRow).clicked()
+
+        header: Item {
+            width: list.width
+            height: liked.height + list.spacing
+
+            MediaRow {
+                id: liked
+
+                objectName: "likedRow"
+                width: parent.width
+                appearance: root.appearance
+                title: root.service.likedPlaylist.name
+                subtitle: "Gespeicherte Titel"
+                titleWeight: Font.DemiBold
+                focusPolicy: Qt.TabFocus
+                leading: likedTile
+                trailing: chevron
+                Keys.onReturnPressed: clicked()
+                onClicked: root.opened(root.service.likedPlaylist)
+
+                FocusRing {
+                    anchors.leftMargin: Metrics.cardPadding
+                    anchors.rightMargin: Metrics.cardPadding
+                    visible: liked.visualFocus
+                    accent: root.appearance.accent
+                }
+            }
+        }
+
+        delegate: MediaRow {
+            id: row
+
+            required property spotifyPlaylist playlist
+            required property string name
+            required property int trackCount
+            required property url imageURL
+
+            objectName: "playlistRow"
+            width: list.width
+            appearance: root.appearance
+            title: name
+            subtitle: trackCount + " Titel"
+            trailing: chevron
+            onClicked: root.opened(playlist)
+            leading: CoverTile {
+                appearance: root.appearance
+                covers: root.covers
+                url: row.imageURL
+            }
+        }
+    }
+
+    Component {
+        id: likedTile
+
+        Rectangle {
+            implicitWidth: 34
+            implicitHeight: 34
+            radius: 6
+            gradient: Gradient {
+                GradientStop {
+                    position: 0
+                    color: "#c56bf0"
+                }
+                GradientStop {
+                    position: 1
+                    color: "#5f6cf5"
+                }
+            }
+
+            Symbol {
+                anchors.centerIn: parent
+                name: "heart.fill"
+                size: 16
+            }
+        }
+    }
+
+    Component {
+        id: chevron
+
+        Symbol {
+            name: "chevron.right"
+            size: 12
+            color: root.appearance.secondary
+        }
+    }
+}

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <QDeadlineTimer>
+#include <QJsonObject>
+#include <QObject>
+#include <QSet>
+#include <QString>
+#include <QUrl>
+
+#include <functional>
+#include <optional>
+#include <utility>
+
+class QNetworkAccessManager;
+
+namespace randblatt {
+
+struct HttpReply;
+class SpotifyAuth;
+
+/// One call of the Web API.
+struct SpotifyRequest
+{
+    QByteArray method = "GET";
+    /// Below the base path.
+    QString path;
+    QList<std::pair<QString, QString>> query = {};
+    std::optional<QJsonObject> body = {};
+    /// Whether the call may wait for a short back-off to pass; others fail at once.
+    bool isPatient = false;
+};
+
+/// What a call came to.
+struct SpotifyReply
+{
+    /// The HTTP status; 0 where nothing was sent or nothing complete came back.
+    int status = 0;
+    QByteArray body;
+
+    [[nodiscard]] bool isSuccess() const { return status >= 200 && status < 300; }
+};
+
+/// Calls the Web API with the user's access token. A token that is rejected is replaced once. After an answer
+/// 429 nothing at all is sent before the time that the service asked for has passed.
+class SpotifyApi : public QObject
+{
+    Q_OBJECT
+
+public:
+    using Completion = std::function<void(const SpotifyReply &)>;
+    /// The paths that the service is replacing.
+    enum class Moved { playlistTracks, createPlaylist };
+
+    /// Everything is borrowed and must outlive the object; `host` is the API's base URL.
+    SpotifyApi(SpotifyAuth &auth, QNetworkAccessManager &network, const QUrl &host,
+               QObject *parent = nullptr);
+
+    /// Calls `completion` once, unless `context` is gone by then.
+    void send(const SpotifyRequest &request, QObject *context, const Completion &completion);
+    /// The same for a path with a successor: where the service answers that the old one is not there for us,
+    /// the successor is tried, and from its first success on used alone.
+    void send(Moved moved, const SpotifyRequest &request, const SpotifyRequest &successor, QObject *context,
+              const Completion &completion);
+
+private:
+    void dispatch(const SpotifyRequest &request, const QString &token, bool isRepeated, QObject *context,
+                  const Completion &completion);
+    bool waitOrFail(const SpotifyRequest &request, QObject *context, const Completion &completion);
+
+    SpotifyAuth &m_auth;
+    QNetworkAccessManager &m_network;
+    QUrl m_base;
+    QDeadlineTimer m_backOff;
+    QSet<int> m_moved;
+};
+
+} // namespace randblatt

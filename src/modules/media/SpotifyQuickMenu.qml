@@ -1,0 +1,44 @@
+import QtQuick
+import Randblatt.Controls
+import Randblatt.Media
+
+// Whether our own playback device is there, and the way to sign out.
+Column {
+    id: root
+
+    required property SpotifyAuth auth
+    required property SpotifyWebPlayer webPlayer
+
+    spacing: Metrics.gap
+
+    Row {
+        spacing: 7
+
+        Rectangle {
+            objectName: "deviceDot"
+            anchors.verticalCenter: parent.verticalCenter
+            width: 8
+            height: 8
+            radius: 4
+            color: root.webPlayer.isReady ? "#4cd964" : "#ff9f0a"
+        }
+
+        Text {
+            objectName: "deviceText"
+            text: root.webPlayer.isReady ? "Gerät verbunden" : "Gerät verbindet…"
+            color: "white"
+            font.pixelSize: Metrics.bodySize
+            textFormat: Text.PlainText
+        }
+    }
+
+    PlainButton {
+        objectName: "signOutButton"
+        x: -reach
+        visible: root.auth.isAuthorized
+        text: "Abmelden"
+        symbol: "rectangle.portrait.and.arrow.right"
+        showsText: true
+        onClicked: root.auth.signOut()
+    }
+}

@@ -1,0 +1,83 @@
+#pragma once
+
+#include "webplayer/Protocol.h"
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QProcess>
+#include <QTimer>
+#include <QUrl>
+#include <QtQml/qqmlregistration.h>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace randblatt {
+
+/// Makes the application a playback device of its own. The service's SDK runs in a page of the helper process
+/// quillbar-webplayer, which is started when it is first needed, started again when it dies, and spoken to
+/// over its standard streams (see webplayer/Protocol.h). Without the helper nothing ever becomes ready.
+class SpotifyWebPlayer : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("The media module has the player.")
+    Q_PROPERTY(bool isReady READ isReady NOTIFY isReadyChanged FINAL)
+    Q_PROPERTY(QString problem READ problem NOTIFY problemChanged FINAL)
+
+public:
+    using TokenCompletion = std::function<void(const std::optional<QString> &)>;
+    /// Obtains an access token, or none, for as long as the given object lives.
+    using TokenProvider = std::function<void(QObject *, TokenCompletion)>;
+
+    /// `helper` is the helper's path, `sdk` the base URL of the SDK's host.
+    SpotifyWebPlayer(QString helper, QUrl sdk, TokenProvider tokenProvider, QObject *parent = nullptr);
+    ~SpotifyWebPlayer() override;
+
+    /// Where the helper is installed: beside the application or in its folder for helpers.
+    [[nodiscard]] static QString defaultHelper();
+
+    /// Loads the page with the SDK; where it is there already, only hands it a token.
+    void start();
+    /// Hands a token to the page, if there is one.
+    void pushToken(const QString &token);
+
+    /// The device's id as the SDK last told it; none before, and while the helper is down.
+    [[nodiscard]] std::optional<QString> deviceID() const { return m_deviceID; }
+    [[nodiscard]] bool isReady() const { return m_isReady; }
+    /// Why music cannot be played on this device, and what to do about it, in German; empty where nothing is
+    /// known to be missing.
+    [[nodiscard]] QString problem() const { return m_problem; }
+
+Q_SIGNALS:
+    /// The SDK told the device's id, be it the same as before, or the device is gone.
+    void deviceIDPublished();
+    void isReadyChanged();
+    void problemChanged();
+
+private:
+    void launch();
+    void helperEnded();
+    void readLines();
+    void receive(const QJsonObject &line);
+    void receiveMessage(const QJsonObject &body);
+    void fetchToken();
+    void send(const QJsonObject &line);
+    void setReady(bool ready);
+    void setProblem(const QString &problem);
+
+    QString m_helper;
+    QUrl m_sdk;
+    TokenProvider m_tokenProvider;
+    std::unique_ptr<QProcess> m_process;
+    LineReader m_reader;
+    QTimer m_restart;
+    int m_restartSeconds = 0;
+    QElapsedTimer m_sinceLaunch;
+    std::optional<QString> m_deviceID;
+    bool m_isReady = false;
+    QString m_problem;
+};
+
+} // namespace randblatt

@@ -1,0 +1,125 @@
+import QtQuick
+import Randblatt.Controls
+import Randblatt.Media
+
+// The tracks of the playlist that is open.
+FocusScope {
+    id: root
+
+    required property CardAppearance appearance
+    required property SpotifyService service
+    required property spotifyPlaylist playlist
+
+    signal closed
+
+    Keys.onEscapePressed: root.closed()
+    Keys.onBackPressed: root.closed()
+
+    Item {
+        id: header
+
+        x: Metrics.cardPadding
+        width: parent.width - 2 * Metrics.cardPadding
+        height: backButton.height
+
+        PlainButton {
+            id: backButton
+
+            objectName: "backButton"
+            width: 24
+            height: 28
+            reach: 0
+            text: "Zurück zu den Playlists"
+            symbol: "chevron.left"
+            showsText: false
+            symbolSize: 14
+            color: root.appearance.foreground
+            accent: root.appearance.accent
+            onClicked: root.closed()
+
+            Rectangle {
+                z: -1
+                anchors.fill: parent
+                radius: Metrics.rowRadius
+                color: root.appearance.alpha(0.12)
+            }
+        }
+
+        CardText {
+            objectName: "playlistName"
+            anchors.left: backButton.right
+            anchors.leftMargin: Metrics.gap
+            anchors.right: playAllButton.left
+            anchors.rightMargin: Metrics.tightGap
+            anchors.verticalCenter: parent.verticalCenter
+            appearance: root.appearance
+            text: root.playlist.name
+            font.weight: Font.DemiBold
+        }
+
+        PlainButton {
+            id: playAllButton
+
+            objectName: "playAllButton"
+            anchors.right: parent.right
+            anchors.rightMargin: -reach
+            anchors.verticalCenter: parent.verticalCenter
+            text: "Alle abspielen"
+            symbol: "play.circle.fill"
+            showsText: false
+            symbolSize: 22
+            color: root.appearance.foreground
+            accent: root.appearance.accent
+            onClicked: root.service.playPlaylist(root.playlist)
+        }
+    }
+
+    CardText {
+        objectName: "loadingTracks"
+        anchors.top: header.bottom
+        anchors.topMargin: Metrics.tightGap
+        x: Metrics.cardPadding
+        visible: list.count === 0
+        appearance: root.appearance
+        text: root.service.loadingTracks ? "Titel werden geladen…" : "Keine Titel."
+        size: Metrics.captionSize
+        color: root.appearance.secondary
+    }
+
+    RowList {
+        id: list
+
+        objectName: "trackList"
+        anchors.top: header.bottom
+        anchors.topMargin: Metrics.tightGap
+        anchors.bottom: parent.bottom
+        width: parent.width
+        focus: true
+        spacing: 0
+        appearance: root.appearance
+        model: root.service.tracks
+        Accessible.name: root.playlist.name
+        onChosen: if (currentItem)
+            (currentItem as TrackRow).clicked()
+        onRemoved: if (currentItem)
+            (currentItem as TrackRow).removed()
+
+        delegate: TrackRow {
+            id: row
+
+            required property spotifyTrack track
+            required property string name
+            required property string artist
+
+            objectName: "trackRow"
+            width: list.width
+            appearance: root.appearance
+            title: name
+            subtitle: artist
+            editable: root.service.tracks.editable
+            onClicked: root.service.playTrack(row.track, root.playlist)
+            onRemoved: if (editable)
+                root.service.removeTrack(row.track, root.playlist)
+        }
+    }
+}

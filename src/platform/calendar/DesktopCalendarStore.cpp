@@ -1,0 +1,98 @@
+#include "platform/calendar/DesktopCalendarStore.h"
+
+#include <QLoggingCategory>
+#include <QPointer>
+
+#include <type_traits>
+#include <utility>
+
+namespace randblatt {
+
+namespace {
+
+Q_LOGGING_CATEGORY(lcCalendar, "quillbar.calendar")
+
+} // namespace
+
+DesktopCalendarStore::DesktopCalendarStore(std::vector<std::unique_ptr<CalendarBackend>> candidates,
+                                           QObject *parent)
+    : CalendarStore(parent)
+    , m_candidates(std::move(candidates))
+{
+    // The destructor ends the back ends first: their threads never meet a store that is gone.
+    for (const auto &candidate : m_candidates)
+        candidate->setChangeHandler(
+            [this] { QMetaObject::invokeMethod(this, &CalendarStore::changed, Qt::QueuedConnection); });
+}
+
+DesktopCalendarStore::~DesktopCalendarStore()
+{
+    m_candidates.clear();
+}
+
+template <typename Answer>
+auto DesktopCalendarStore::onMainThread(QObject *context, std::function<void(Answer)> completion)
+{
+    return [this, context = QPointer(context), completion = std::move(completion)](Answer answer) {
+        const auto deliver = [context, completion, answer = std::decay_t<Answer>(answer)] {
+            if (context)
+                completion(answer);
+        };
+        QMetaObject::invokeMethod(this, deliver, Qt::QueuedConnection);
+    };
+}
+
+void DesktopCalendarStore::requestAccess(QObject *context, std::function<void(bool)> completion)
+{
+    const auto answer = onMainThread(context, std::move(completion));
+    if (m_chosen != nullptr)
+        m_chosen->open(answer);
+    else
+        tryCandidate(0, answer);
+}
+
+void DesktopCalendarStore::tryCandidate(size_t index, const std::function<void(bool)> &completion)
+{
+    if (index >= m_candidates.size()) {
+        completion(false);
+        return;
+    }
+    m_candidates.at(index)->open(onMainThread<bool>(this, [this, index, completion](bool opened) {
+        if (opened)
+            choose(index);
+        if (opened || m_chosen != nullptr)
+            completion(true);
+        else
+            tryCandidate(index + 1, completion);
+    }));
+}
+
+void DesktopCalendarStore::choose(size_t index)
+{
+    if (m_chosen != nullptr)
+        return;
+    m_chosen = m_candidates.at(index).get();
+    qCInfo(lcCalendar, "Kalender: %ls", qUtf16Printable(m_chosen->name()));
+}
+
+void DesktopCalendarStore::fetchEvents(const QDateTime &start, const QDateTime &end, QObject *context,
+                                       std::function<void(const Events &)> completion)
+{
+    const auto answer = onMainThread(context, std::move(completion));
+    if (m_chosen != nullptr)
+        m_chosen->fetchEvents(start, end, answer);
+    else
+        answer(std::nullopt);
+}
+
+void DesktopCalendarStore::saveEvent(const NewCalendarEvent &event, QObject *context,
+                                     std::function<void(bool)> completion)
+{
+    const auto answer = onMainThread(context, std::move(completion));
+    if (m_chosen != nullptr)
+        m_chosen->saveEvent(event, answer);
+    else
+        answer(false);
+}
+
+} // namespace randblatt

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "platform/calendar/CalendarBackend.h"
+
+#include <QDBusConnection>
+#include <QThreadPool>
+
+#include <memory>
+
+namespace randblatt {
+
+/// The desktop's calendar server (Evolution Data Server), through a plugin. The plugin, with all the
+/// libraries that come with it, is loaded only when the server can be started on the bus; it may be missing.
+class ServerCalendar : public CalendarBackend
+{
+public:
+    /// `bus` is the session bus.
+    ServerCalendar(QString pluginPath, const QDBusConnection &bus);
+    ~ServerCalendar() override;
+
+    /// Where the application's plugin is, seen from its executable.
+    [[nodiscard]] static QString defaultPluginPath();
+
+    [[nodiscard]] QString name() const override;
+    void setChangeHandler(std::function<void()> handler) override;
+    void open(std::function<void(bool opened)> completion) override;
+    void fetchEvents(const QDateTime &start, const QDateTime &end,
+                     std::function<void(const CalendarStore::Events &events)> completion) override;
+    void saveEvent(const NewCalendarEvent &event, std::function<void(bool saved)> completion) override;
+
+private:
+    [[nodiscard]] QString serverName() const;
+    [[nodiscard]] std::unique_ptr<CalendarBackend> load() const;
+
+    QString m_pluginPath;
+    QDBusConnection m_bus;
+    std::function<void()> m_changeHandler;
+    /// Made by open() on the queue, used by the others after open() has answered.
+    std::unique_ptr<CalendarBackend> m_backend;
+    QThreadPool m_queue;
+};
+
+} // namespace randblatt

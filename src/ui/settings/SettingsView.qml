@@ -1,0 +1,94 @@
+import QtQuick
+
+import Randblatt.Forms
+import Randblatt.Settings
+import Randblatt.SettingsUI
+
+// The settings window: four tabs, whose controls write at once.
+FocusScope {
+    id: root
+
+    required property AppSettings settings
+    required property ModuleListModel modules
+    required property ThemeEditor editor
+    // The account with the music service, if there is one to connect.
+    property var account: null
+
+    component Page: Loader {
+        required property int index
+        readonly property bool current: bar.currentIndex === index
+
+        anchors.fill: parent
+        // Made when it is first looked at, and kept with its place.
+        active: current || item !== null
+        visible: current
+    }
+
+    focus: true
+
+    Rectangle {
+        anchors.fill: parent
+        color: FormStyle.ground
+    }
+
+    SettingsTabBar {
+        id: bar
+
+        anchors.left: parent.left
+        anchors.right: parent.right
+        tabs: [
+            { label: "Allgemein", symbol: "gearshape" },
+            { label: "Module", symbol: "square.grid.2x2" },
+            { label: "Design", symbol: "paintbrush" },
+            { label: "Spotify", symbol: "music.note" }
+        ]
+    }
+
+    Item {
+        anchors.top: bar.bottom
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.bottom: parent.bottom
+
+        Page {
+            index: 0
+            sourceComponent: GeneralSettings {
+                settings: root.settings
+            }
+        }
+
+        Page {
+            index: 1
+            sourceComponent: ModuleSettings {
+                settings: root.settings
+                modules: root.modules
+            }
+        }
+
+        Page {
+            index: 2
+            sourceComponent: DesignSettings {
+                settings: root.settings
+                editor: root.editor
+            }
+        }
+
+        Page {
+            index: 3
+            sourceComponent: SpotifySettings {
+                settings: root.settings
+                account: root.account
+            }
+        }
+    }
+
+    Shortcut {
+        sequences: ["Ctrl+Tab", "Ctrl+PgDown"]
+        onActivated: bar.step(bar.currentIndex + 1)
+    }
+
+    Shortcut {
+        sequences: ["Ctrl+Shift+Tab", "Ctrl+PgUp"]
+        onActivated: bar.step(bar.currentIndex - 1)
+    }
+}

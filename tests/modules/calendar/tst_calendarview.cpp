@@ -1,0 +1,279 @@
+#include "FakeCalendarStore.h"
+#include "modules/calendar/CalendarModule.h"
+#include "modules/calendar/DateTimeText.h"
+#include "platform/SystemWake.h"
+#include "support/TestEnvironment.h"
+#include "support/ViewTest.h"
+
+#include <QGuiApplication>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace randblatt;
+
+namespace {
+
+/// The module's view as a card would load it.
+QUrl cardSource()
+{
+    static const QByteArray qml = R"(
+        import QtQuick
+        import Randblatt.Controls
+        FocusScope {
+            id: root
+            required property var view
+            required property url viewSource
+            readonly property CardAppearance look: CardAppearance {}
+            Loader {
+                anchors.fill: parent
+                focus: true
+                Component.onCompleted: setSource(root.viewSource, Object.assign({ appearance: root.look }, root.view))
+            }
+        })";
+    return QUrl(u"data:text/plain;base64,"_s + QString::fromLatin1(qml.toBase64()));
+}
+
+const QDate today(2026, 11, 16);
+
+QDateTime at(int day, int hour, int minute = 0)
+{
+    return {today.addDays(day), QTime(hour, minute)};
+}
+
+} // namespace
+
+class CalendarViewTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<FakeCalendarStore> m_store;
+    SystemWake m_wake;
+    std::unique_ptr<CalendarModule> m_module;
+    std::unique_ptr<ViewTest> m_view;
+
+    void show(const QList<CalendarEvent> &events, int height = 500)
+    {
+        m_view.reset();
+        m_store = std::make_unique<FakeCalendarStore>();
+        m_store->answer = events;
+        showStore(height);
+    }
+
+    void showStore(int height = 500)
+    {
+        m_module = std::make_unique<CalendarModule>(*m_store, m_wake, [] { return at(0, 8); });
+        const ViewDescription content = m_module->makeView();
+        m_view = std::make_unique<ViewTest>(
+            cardSource(), QVariantMap{{u"view"_s, content.properties}, {u"viewSource"_s, content.source}},
+            QSize(392, height));
+        QTRY_VERIFY(m_store->accessRequests > 0);
+        QTRY_VERIFY(m_module->service()->statusMessage() != u"Lade…"_s);
+    }
+
+    [[nodiscard]] QStringList texts(const QString &name) const
+    {
+        QStringList texts;
+        const auto items = m_view->findAll(name);
+        for (const QQuickItem *item : items)
+            texts.append(item->property("text").toString());
+        return texts;
+    }
+
+    [[nodiscard]] QQuickItem *calendarView() const { return m_view->find(u"agenda"_s)->parentItem(); }
+
+    void openForm()
+    {
+        m_view->click(m_view->find(u"formToggle"_s));
+        QTRY_COMPARE(m_view->find(u"addForm"_s)->parentItem()->property("progress").toReal(), 1.0);
+    }
+
+    [[nodiscard]] QString start() const
+    {
+        return DateTimeText::text(calendarView()->property("startDate").toDateTime());
+    }
+
+private Q_SLOTS:
+    void cleanup()
+    {
+        m_view.reset();
+        m_module.reset();
+        m_store.reset();
+    }
+
+    void groupsEventsByTheirDays()
+    {
+        CalendarEvent nameless = FakeCalendarStore::make({}, at(3, 23, 30), at(4, 1));
+        show({FakeCalendarStore::make(u"Besprechung"_s, at(1, 14), at(1, 15), Qt::green),
+              FakeCalendarStore::make(u"Frühstück"_s, at(0, 9), at(0, 10, 30)),
+              FakeCalendarStore::allDay(u"Messe"_s, today, Qt::red), nameless});
+        QTRY_COMPARE(texts(u"eventTitle"_s),
+                     (QStringList{u"Messe"_s, u"Frühstück"_s, u"Besprechung"_s, u"(ohne Titel)"_s}));
+        QCOMPARE(texts(u"dayHeading"_s), (QStringList{u"Montag, 16. November"_s, u"Dienstag, 17. November"_s,
+                                                      u"Donnerstag, 19. November"_s}));
+        QCOMPARE(texts(u"eventTime"_s),
+                 (QStringList{u"Ganztägig"_s, u"09:00 – 10:30"_s, u"14:00 – 15:00"_s, u"23:30 – 01:00"_s}));
+        QCOMPARE(m_view->findAll(u"colorBar"_s).first()->property("color").value<QColor>(), QColor(Qt::red));
+        QVERIFY(texts(u"statusMessage"_s).isEmpty());
+    }
+
+    void saysThatThereIsNothing()
+    {
+        show({});
+        QTRY_COMPARE(texts(u"statusMessage"_s), QStringList{u"Keine Termine in den nächsten 7 Tagen"_s});
+        QVERIFY(m_view->findAll(u"accessPrompt"_s).isEmpty());
+    }
+
+    void asksForAccessOnceAndByTheButton()
+    {
+        m_store = std::make_unique<FakeCalendarStore>();
+        m_store->grants = false;
+        m_store->answer->append(FakeCalendarStore::allDay(u"Messe"_s, today));
+        showStore();
+        QTRY_COMPARE(texts(u"accessMessage"_s),
+                     QStringList{u"Kein Kalenderzugriff. In den Systemeinstellungen erlauben."_s});
+        m_view->window().hide();
+        m_view->window().show();
+        QCOMPARE(m_store->accessRequests, 1);
+        m_store->grants = true;
+        m_view->click(m_view->find(u"accessButton"_s));
+        QTRY_COMPARE(texts(u"eventTitle"_s), QStringList{u"Messe"_s});
+        QVERIFY(m_view->findAll(u"accessPrompt"_s).isEmpty());
+        QCOMPARE(m_store->accessRequests, 2);
+    }
+
+    void addsAnEventWithTheKeyboardAlone()
+    {
+        show({});
+        calendarView()->setProperty("startDate", at(0, 8, 15));
+        while (m_view->window().activeFocusItem()->objectName() != u"formToggle"_s)
+            m_view->press(Qt::Key_Tab);
+        m_view->press(Qt::Key_Space);
+        QTRY_COMPARE(m_view->window().activeFocusItem()->objectName(), u"titleField"_s);
+        m_view->type(u" Zahnarzt"_s);
+        m_view->press(Qt::Key_Tab);
+        QCOMPARE(m_view->window().activeFocusItem()->objectName(), u"dateTimeInput"_s);
+        m_view->press(Qt::Key_Home);
+        m_view->press(Qt::Key_Up);
+        QCOMPARE(start(), u"17.11.2026, 08:15"_s);
+        m_view->press(Qt::Key_End);
+        m_view->press(Qt::Key_Down);
+        QCOMPARE(start(), u"17.11.2026, 08:14"_s);
+        m_view->press(Qt::Key_Tab);
+        QCOMPARE(m_view->window().activeFocusItem()->objectName(), u"monthButton"_s);
+        m_view->press(Qt::Key_Tab);
+        QCOMPARE(m_view->window().activeFocusItem()->objectName(), u"durationPicker"_s);
+        m_view->press(Qt::Key_Down);
+        m_view->press(Qt::Key_Tab);
+        QCOMPARE(m_view->window().activeFocusItem()->objectName(), u"addButton"_s);
+        m_view->press(Qt::Key_Space);
+
+        QTRY_COMPARE(texts(u"eventTitle"_s), QStringList{u"Zahnarzt"_s});
+        QCOMPARE(m_store->saved.size(), 1);
+        QCOMPARE(m_store->saved.first().start, at(1, 8, 14));
+        QCOMPARE(m_store->saved.first().end, at(1, 9, 44));
+        QVERIFY(!calendarView()->property("showAdd").toBool());
+        openForm();
+        QCOMPARE(texts(u"titleField"_s), QStringList{QString()});
+        QCOMPARE(start(), u"17.11.2026, 08:14"_s);
+        QCOMPARE(calendarView()->property("durationMinutes").toInt(), 90);
+    }
+
+    void keepsTheFormWhenAnEventIsNotSaved()
+    {
+        show({});
+        m_store->saves = false;
+        openForm();
+        m_view->type(u"Zahnarzt"_s);
+        m_view->press(Qt::Key_Return);
+        QTRY_COMPARE(texts(u"statusMessage"_s), QStringList{u"Konnte Termin nicht speichern."_s});
+        QVERIFY(calendarView()->property("showAdd").toBool());
+        QCOMPARE(texts(u"titleField"_s), QStringList{u"Zahnarzt"_s});
+    }
+
+    void takesTypedTimes()
+    {
+        show({});
+        calendarView()->setProperty("startDate", at(0, 8, 15));
+        openForm();
+        m_view->click(m_view->find(u"dateTimeInput"_s));
+        m_view->press(Qt::Key_A, Qt::ControlModifier);
+        m_view->type(u"24.12.26 18:00"_s);
+        m_view->press(Qt::Key_Tab);
+        QCOMPARE(start(), u"24.12.2026, 18:00"_s);
+        QCOMPARE(texts(u"dateTimeInput"_s), QStringList{u"24.12.2026, 18:00"_s});
+        m_view->click(m_view->find(u"dateTimeInput"_s));
+        m_view->press(Qt::Key_A, Qt::ControlModifier);
+        m_view->type(u"bald"_s);
+        m_view->press(Qt::Key_Tab);
+        QCOMPARE(start(), u"24.12.2026, 18:00"_s);
+        QCOMPARE(texts(u"dateTimeInput"_s), QStringList{u"24.12.2026, 18:00"_s});
+    }
+
+    void choosesADayFromTheMonth()
+    {
+        show({});
+        calendarView()->setProperty("startDate", QDateTime(QDate(2026, 12, 31), QTime(8, 15)));
+        openForm();
+        m_view->click(m_view->find(u"monthButton"_s));
+        QTRY_COMPARE(texts(u"monthTitle"_s), QStringList{u"Dezember 2026"_s});
+        const auto days = texts(u"monthDay"_s);
+        QCOMPARE(days.size(), 42);
+        QCOMPARE(days.first(), u"30"_s); // 2026-11-30 is a Monday.
+        m_view->press(Qt::Key_PageUp);
+        QCOMPARE(texts(u"monthTitle"_s), QStringList{u"November 2026"_s});
+        m_view->press(Qt::Key_Left);
+        m_view->press(Qt::Key_Up);
+        m_view->press(Qt::Key_Return);
+        QTRY_VERIFY(texts(u"monthTitle"_s).isEmpty());
+        QCOMPARE(start(), u"22.11.2026, 08:15"_s);
+
+        m_view->click(m_view->find(u"monthButton"_s));
+        QTRY_COMPARE(texts(u"monthTitle"_s), QStringList{u"November 2026"_s});
+        m_view->click(m_view->find(u"nextMonth"_s));
+        QCOMPARE(texts(u"monthTitle"_s), QStringList{u"Dezember 2026"_s});
+        m_view->click(m_view->findAll(u"monthDay"_s).at(1));
+        QTRY_COMPARE(start(), u"01.12.2026, 08:15"_s);
+        QTRY_VERIFY(texts(u"monthTitle"_s).isEmpty());
+        m_view->click(m_view->find(u"monthButton"_s));
+        QTRY_VERIFY(!texts(u"monthTitle"_s).isEmpty());
+        m_view->press(Qt::Key_Escape);
+        QTRY_VERIFY(texts(u"monthTitle"_s).isEmpty());
+        QCOMPARE(start(), u"01.12.2026, 08:15"_s);
+    }
+
+    void keepsItsPlaceWhenEventsComeAndGo()
+    {
+        QList<CalendarEvent> events;
+        for (int number = 0; number < 500; ++number)
+            events.append(FakeCalendarStore::make(QString::number(number), at(number / 100, 9, number % 60),
+                                                  at(number / 100, 10, number % 60)));
+        show(events, 300);
+        QTRY_VERIFY(texts(u"eventTitle"_s).size() > 3);
+        QQuickItem *agenda = m_view->find(u"agenda"_s);
+        agenda->setProperty("contentY", 5000);
+        QVERIFY(QTest::qWaitFor([&] { return !texts(u"eventTitle"_s).isEmpty(); }));
+        const auto places = [&] {
+            QMap<QString, double> found;
+            for (const QQuickItem *title : m_view->findAll(u"eventTitle"_s)) {
+                const double y = title->mapToScene({}).y();
+                if (y > 0 && y < 300)
+                    found.insert(title->property("text").toString(), y);
+            }
+            return found;
+        };
+        const auto before = places();
+        QVERIFY(before.size() > 3);
+        m_store->answer->prepend(FakeCalendarStore::allDay(u"neu"_s, today));
+        m_store->answer->removeAt(20);
+        const size_t fetches = m_store->fetches.size();
+        Q_EMIT m_wake.woke();
+        QTRY_COMPARE(m_store->fetches.size(), fetches + 1);
+        QTRY_COMPARE(m_module->service()->events().first().title, u"neu"_s);
+        QTest::qWait(50);
+        QCOMPARE(places(), before);
+    }
+};
+
+RANDBLATT_TEST_MAIN(CalendarViewTest, QGuiApplication)
+#include "tst_calendarview.moc"

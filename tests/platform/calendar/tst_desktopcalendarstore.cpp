@@ -1,0 +1,152 @@
+#include "platform/calendar/DesktopCalendarStore.h"
+#include "support/TestEnvironment.h"
+
+#include <QCoreApplication>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <thread>
+
+using namespace Qt::StringLiterals;
+using namespace randblatt;
+
+namespace {
+
+struct BackendRecord
+{
+    bool opens = true;
+    int opened = 0;
+    std::function<void()> changed;
+};
+
+/// A back end that answers from a thread of its own.
+class ThreadedBackend : public CalendarBackend
+{
+public:
+    ThreadedBackend(QString name, std::shared_ptr<BackendRecord> record)
+        : m_name(std::move(name))
+        , m_record(std::move(record))
+    {
+    }
+    ~ThreadedBackend() override
+    {
+        for (std::thread &thread : m_threads)
+            thread.join();
+    }
+
+    [[nodiscard]] QString name() const override { return m_name; }
+    void setChangeHandler(std::function<void()> handler) override { m_record->changed = std::move(handler); }
+    void open(std::function<void(bool)> completion) override
+    {
+        ++m_record->opened;
+        m_threads.emplace_back([completion, opens = m_record->opens] { completion(opens); });
+    }
+    void fetchEvents(const QDateTime &start, const QDateTime &end,
+                     std::function<void(const CalendarStore::Events &)> completion) override
+    {
+        const CalendarEvent event{m_name, m_name, start, end, false, {}, m_name};
+        m_threads.emplace_back([completion, event] { completion(QList<CalendarEvent>{event}); });
+    }
+    void saveEvent(const NewCalendarEvent &, std::function<void(bool)> completion) override
+    {
+        m_threads.emplace_back([completion] { completion(true); });
+    }
+
+private:
+    QString m_name;
+    std::shared_ptr<BackendRecord> m_record;
+    std::vector<std::thread> m_threads;
+};
+
+} // namespace
+
+class DesktopCalendarStoreTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::shared_ptr<BackendRecord> m_server;
+    std::shared_ptr<BackendRecord> m_file;
+    std::unique_ptr<DesktopCalendarStore> m_store;
+
+    std::optional<bool> access()
+    {
+        std::optional<bool> answer;
+        m_store->requestAccess(this, [&](bool granted) {
+            QCOMPARE(QThread::currentThread(), QCoreApplication::instance()->thread());
+            answer = granted;
+        });
+        // Never before the call has returned.
+        if (answer || !QTest::qWaitFor([&] { return answer.has_value(); }))
+            return std::nullopt;
+        return answer;
+    }
+
+    QString titleOfFetched()
+    {
+        std::optional<CalendarStore::Events> answer;
+        const QDateTime now = QDateTime::currentDateTime();
+        m_store->fetchEvents(now, now, this, [&](const CalendarStore::Events &events) { answer = events; });
+        if (!QTest::qWaitFor([&] { return answer.has_value(); }))
+            return u"(keine Antwort)"_s;
+        return *answer ? (*answer)->first().title : u"(nichts)"_s;
+    }
+
+private Q_SLOTS:
+    void init()
+    {
+        m_server = std::make_shared<BackendRecord>();
+        m_file = std::make_shared<BackendRecord>();
+        std::vector<std::unique_ptr<CalendarBackend>> candidates;
+        candidates.push_back(std::make_unique<ThreadedBackend>(u"Server"_s, m_server));
+        candidates.push_back(std::make_unique<ThreadedBackend>(u"Datei"_s, m_file));
+        m_store = std::make_unique<DesktopCalendarStore>(std::move(candidates));
+    }
+
+    void keepsTheFirstThatOpens()
+    {
+        m_server->opens = false;
+        QCOMPARE(access(), true);
+        m_server->opens = true;
+        QCOMPARE(access(), true);
+        QCOMPARE(titleOfFetched(), u"Datei"_s);
+        QCOMPARE(m_server->opened, 1);
+    }
+
+    void refusesAccessOnlyWhenNoneOpens()
+    {
+        m_server->opens = m_file->opens = false;
+        QCOMPARE(access(), false);
+        QCOMPARE(titleOfFetched(), u"(nichts)"_s);
+        m_server->opens = true;
+        QCOMPARE(access(), true);
+        QCOMPARE(titleOfFetched(), u"Server"_s);
+        m_server->opens = false;
+        QCOMPARE(access(), false);
+        QCOMPARE(m_file->opened, 1);
+    }
+
+    void answersNobodyWhoIsGone()
+    {
+        QCOMPARE(access(), true);
+        bool called = false;
+        auto context = std::make_unique<QObject>();
+        m_store->saveEvent({}, context.get(), [&](bool) { called = true; });
+        context.reset();
+        m_store->saveEvent({}, this, [&](bool) { called = true; });
+        m_store.reset();
+        QTest::qWait(20);
+        QVERIFY(!called);
+    }
+
+    void passesChangesOnToTheMainThread()
+    {
+        QSignalSpy changes(m_store.get(), &CalendarStore::changed);
+        std::thread(m_server->changed).join();
+        QCOMPARE(changes.count(), 0);
+        QTRY_COMPARE(changes.count(), 1);
+    }
+};
+
+RANDBLATT_TEST_MAIN(DesktopCalendarStoreTest, QCoreApplication)
+#include "tst_desktopcalendarstore.moc"

@@ -1,0 +1,165 @@
+#include "FakePlayer.h"
+#include "platform/mpris/MprisMediaKeySink.h"
+#include "support/TestEnvironment.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace randblatt;
+
+namespace {
+
+MediaKeyEvent half(std::int64_t code, std::uint32_t state)
+{
+    MediaKeyEvent event;
+    event.type = 14;
+    event.modifierFlags = state;
+    event.subtype = 8;
+    event.data1 = (code << 16) | state;
+    event.data2 = -1;
+    return event;
+}
+
+MediaKeyEvent keyDown(std::int64_t code)
+{
+    return half(code, 0xa00);
+}
+
+MediaKeyEvent keyUp(std::int64_t code)
+{
+    return half(code, 0xb00);
+}
+
+} // namespace
+
+class TestMprisMediaKeySink : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_daemon = std::make_unique<QProcess>();
+        m_daemon->start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address"_s});
+        QVERIFY(m_daemon->waitForStarted());
+        QTRY_VERIFY(m_daemon->canReadLine());
+        m_address = QString::fromUtf8(m_daemon->readLine()).trimmed();
+        m_bus = std::make_unique<QDBusConnection>(QDBusConnection::connectToBus(m_address, u"sink"_s));
+        QVERIFY(m_bus->isConnected());
+    }
+    void cleanup()
+    {
+        m_bus.reset();
+        QDBusConnection::disconnectFromBus(u"sink"_s);
+        m_daemon->kill();
+        m_daemon->waitForFinished();
+    }
+
+    void turnsEachKeyDownIntoOneCall()
+    {
+        FakePlayer player(m_address, u"one"_s, u"Playing"_s);
+        MprisMediaKeySink sink(*m_bus);
+        for (const int key : {16, 17, 18, 19}) {
+            sink.post(keyDown(key));
+            sink.post(keyUp(key));
+        }
+        QTRY_COMPARE(player.calls, QStringList({u"PlayPause"_s, u"Next"_s, u"Previous"_s}));
+    }
+
+    void followsWhatPlays()
+    {
+        // The proxy stands for the others and plays when one of them plays.
+        FakePlayer proxy(m_address, u"playerctld"_s, u"Playing"_s);
+        FakePlayer first(m_address, u"a"_s, u"Paused"_s);
+        FakePlayer second(m_address, u"b"_s, u"Playing"_s);
+        MprisMediaKeySink sink(*m_bus);
+        sink.post(keyDown(16));
+        QTRY_COMPARE(second.calls.size(), 1);
+
+        // Both play: the one that was current stays so.
+        first.setStatus(u"Playing"_s);
+        QTest::qWait(50);
+        sink.post(keyDown(17));
+        QTRY_COMPARE(second.calls.size(), 2);
+
+        second.setStatus(u"Paused"_s);
+        first.setStatus(u"Paused"_s);
+        QTest::qWait(50);
+        sink.post(keyDown(18));
+        QTRY_COMPARE(first.calls, QStringList(u"Previous"_s));
+        QCOMPARE(second.calls.size(), 2);
+        QVERIFY(proxy.calls.isEmpty());
+    }
+
+    void knowsAPlayerByAllItsNames()
+    {
+        FakePlayer twoNames(m_address, u"a"_s, u"Playing"_s);
+        twoNames.addName(u"a.instance1"_s);
+        FakePlayer other(m_address, u"b"_s, u"Paused"_s);
+        MprisMediaKeySink sink(*m_bus);
+        sink.post(keyDown(16));
+        QTRY_COMPARE(twoNames.calls.size(), 1);
+        twoNames.setStatus(u"Paused"_s);
+        other.setStatus(u"Playing"_s);
+        QTest::qWait(50);
+        sink.post(keyDown(17));
+        QTRY_COMPARE(other.calls, QStringList(u"Next"_s));
+    }
+
+    void doesNotWaitForAPlayerThatNeverAnswers()
+    {
+        FakePlayer mute(m_address, u"a"_s, u"Playing"_s);
+        mute.isMute = true;
+        FakePlayer lively(m_address, u"b"_s, u"Paused"_s);
+        MprisMediaKeySink sink(*m_bus);
+        QElapsedTimer posting;
+        posting.start();
+        sink.post(keyDown(16));
+        QVERIFY(posting.elapsed() < 100);
+        // While nobody is known to play, the key waits for what the mute player does not say.
+        lively.setStatus(u"Playing"_s);
+        QTRY_COMPARE(lively.calls, QStringList(u"PlayPause"_s));
+    }
+
+    void forgetsAPlayerThatVanishes()
+    {
+        auto gone = std::make_unique<FakePlayer>(m_address, u"a"_s, u"Playing"_s);
+        FakePlayer stays(m_address, u"b"_s, u"Paused"_s);
+        MprisMediaKeySink sink(*m_bus);
+        sink.post(keyDown(16));
+        QTRY_COMPARE(gone->calls.size(), 1);
+        gone.reset();
+        sink.post(keyDown(16));
+        QTest::qWait(50);
+        sink.post(keyDown(17));
+        QTRY_VERIFY(stays.calls.contains(u"Next"_s));
+    }
+
+    void findsAPlayerThatComesLater()
+    {
+        MprisMediaKeySink sink(*m_bus);
+        sink.post(keyDown(16));
+        QTest::qWait(50);
+        FakePlayer late(m_address, u"late"_s, u"Stopped"_s);
+        QTest::qWait(50);
+        sink.post(keyDown(17));
+        QTRY_COMPARE(late.calls, QStringList(u"Next"_s));
+    }
+
+    void dropsEventsWithoutABus()
+    {
+        MprisMediaKeySink sink(QDBusConnection(u"no such connection"_s));
+        sink.post(keyDown(16));
+    }
+
+private:
+    std::unique_ptr<QProcess> m_daemon;
+    std::unique_ptr<QDBusConnection> m_bus;
+    QString m_address;
+};
+
+RANDBLATT_TEST_MAIN(TestMprisMediaKeySink, QCoreApplication)
+#include "tst_mprismediakeysink.moc"

@@ -1,0 +1,172 @@
+#include "modules/media/SpotifyWebPlayer.h"
+#include "support/TestEnvironment.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+using namespace randblatt;
+
+namespace {
+
+/// Helpers that are shell scripts, and the lines that they were told.
+struct Fixture
+{
+    QTemporaryDir folder;
+    QStringList tokens{u"first"_s, u"second"_s, u"third"_s, u"fourth"_s};
+    std::unique_ptr<SpotifyWebPlayer> player;
+
+    /// A helper that runs `script` once it was told to load, and then keeps what it is told.
+    explicit Fixture(const QByteArray &script)
+    {
+        QFile helper(path());
+        helper.open(QFile::WriteOnly);
+        helper.write(
+            "#!/bin/sh\ncd \"$(dirname \"$0\")\"\necho run >> runs\nread line\necho \"$line\" > told\n" +
+            script + "\nexec cat >> told\n");
+        helper.close();
+        helper.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+        player = std::make_unique<SpotifyWebPlayer>(
+            path(), QUrl(u"https://sdk.example"_s),
+            [this](QObject *, const SpotifyWebPlayer::TokenCompletion &completion) {
+                completion(tokens.isEmpty() ? std::nullopt : std::optional(tokens.takeFirst()));
+            });
+    }
+
+    [[nodiscard]] QString path() const { return folder.filePath(u"helper"_s); }
+    [[nodiscard]] QStringList lines(const QString &name) const
+    {
+        QFile file(folder.filePath(name));
+        file.open(QFile::ReadOnly);
+        return QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
+    }
+};
+
+/// The process whose parent is `parent`; 0 without one.
+qint64 childOf(qint64 parent)
+{
+    const QStringList processes = QDir(u"/proc"_s).entryList(QDir::Dirs);
+    for (const QString &process : processes) {
+        QFile stat(u"/proc/"_s + process + u"/stat"_s);
+        if (!stat.open(QFile::ReadOnly))
+            continue;
+        const QByteArray text = stat.readAll();
+        const QList<QByteArray> fields = text.sliced(text.lastIndexOf(')') + 2).split(' ');
+        if (fields.at(1).toLongLong() == parent && fields.at(0) != "Z")
+            return process.toLongLong();
+    }
+    return 0;
+}
+
+} // namespace
+
+class TestSpotifyWebPlayer : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        // The engine refuses its sandbox to root.
+        if (geteuid() == 0)
+            qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
+    }
+
+    void handsOverTokens()
+    {
+        Fixture f(
+            R"(echo '{"type":"loaded"}'; echo '{"type":"message","body":{"type":"ready","device_id":"own"}}')");
+        QSignalSpy published(f.player.get(), &SpotifyWebPlayer::deviceIDPublished);
+        f.player->start();
+        QVERIFY(!f.player->isReady());
+        QTRY_VERIFY(f.player->isReady());
+        QCOMPARE(f.player->deviceID(), u"own"_s);
+        QCOMPARE(published.size(), 1);
+        f.player->start();
+        const QStringList expected{
+            uR"({"sdk":"https://sdk.example","type":"load"})"_s, uR"({"token":"first","type":"token"})"_s,
+            uR"({"token":"second","type":"token"})"_s, uR"({"token":"third","type":"token"})"_s};
+        QTRY_COMPARE(f.lines(u"told"_s), expected);
+        QCOMPARE(f.lines(u"runs"_s).size(), 1);
+    }
+
+    void understandsOnlyItsMessages()
+    {
+        Fixture f(R"(
+            echo 'no JSON'; echo '[]'; echo '{"type":"message","body":"ready"}'
+            echo '{"type":"message","body":{"type":"account_error","device_id":"x"}}'
+            echo '{"type":"message","body":{"type":"ready","device_id":"own"}}'
+            echo '{"type":"message","body":{"type":"not_ready","device_id":"other"}}'
+            echo '{"type":"protectedAudio","available":false}')");
+        f.player->start();
+        QTRY_VERIFY(f.player->problem().contains("Widevine"_L1));
+        QVERIFY(!f.player->isReady());
+        QCOMPARE(f.player->deviceID(), u"own"_s);
+
+        Fixture nameless(R"(echo '{"type":"message","body":{"type":"ready","device_id":1}}')");
+        nameless.player->start();
+        QTRY_VERIFY(nameless.player->isReady());
+        QVERIFY(!nameless.player->deviceID());
+    }
+
+    void startsAHelperThatDiesAgainWithPauses()
+    {
+        Fixture f(R"(echo '{"type":"message","body":{"type":"ready","device_id":"own"}}'; exit 1)");
+        QSignalSpy published(f.player.get(), &SpotifyWebPlayer::deviceIDPublished);
+        f.player->start();
+        QTRY_COMPARE(published.size(), 2);
+        QVERIFY(!f.player->isReady());
+        QVERIFY(!f.player->deviceID());
+        f.player->start();
+        QTest::qWait(2000);
+        QCOMPARE(f.lines(u"runs"_s).size(), 2);
+        QTRY_COMPARE(f.lines(u"runs"_s).size(), 3);
+    }
+
+    void doesWithoutTheHelper()
+    {
+        SpotifyWebPlayer player(u"/nonexistent/quillbar-webplayer"_s, QUrl(), {});
+        player.start();
+        player.start();
+        player.pushToken(u"token"_s);
+        QVERIFY(player.problem().contains("quillbar-webplayer"_L1));
+        QVERIFY(!player.isReady());
+    }
+
+    void endsWithTheApplication_data()
+    {
+        QTest::addColumn<int>("signal");
+        QTest::newRow("asked") << SIGTERM;
+        QTest::newRow("killed") << SIGKILL;
+    }
+    void endsWithTheApplication()
+    {
+        QFETCH(int, signal);
+#ifdef QUILLBAR_WEBPLAYER
+        const QString helper = QStringLiteral(QUILLBAR_WEBPLAYER);
+#else
+        const Fixture f("");
+        const QString helper = f.path();
+#endif
+        QProcess parent;
+        parent.start(QStringLiteral(WEBPLAYER_PARENT), {helper});
+        qint64 child = 0;
+        QTRY_VERIFY((child = childOf(parent.processId())) != 0);
+        QTest::qWait(300);
+        QVERIFY(QFile::exists(u"/proc/%1"_s.arg(child)));
+        ::kill(static_cast<pid_t>(parent.processId()), signal);
+        QVERIFY(parent.waitForFinished());
+        QTRY_VERIFY(!QFile::exists(u"/proc/%1/exe"_s.arg(child)));
+    }
+};
+
+RANDBLATT_TEST_MAIN(TestSpotifyWebPlayer, QCoreApplication)
+#include "tst_spotifywebplayer.moc"
