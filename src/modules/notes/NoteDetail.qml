@@ -77,6 +77,8 @@ FocusScope {
         height: saveButton.height
 
         PlainButton {
+            id: deleteButton
+
             objectName: "deleteButton"
             x: -reach
             anchors.verticalCenter: parent.verticalCenter
@@ -86,6 +88,10 @@ FocusScope {
             color: root.appearance.destructive
             accent: root.appearance.accent
             onClicked: root.browsing.deleteSelected()
+
+            ControlTip {
+                control: deleteButton
+            }
         }
 
         ProminentButton {
@@ -98,6 +104,10 @@ FocusScope {
             text: "Speichern"
             enabled: !root.browsing.loadingBody
             onClicked: root.browsing.save()
+
+            ControlTip {
+                control: saveButton
+            }
         }
     }
 }

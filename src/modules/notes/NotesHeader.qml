@@ -81,8 +81,7 @@ Item {
         onClicked: root.refreshed()
 
         ControlTip {
-            hovered: refresh.hovered
-            text: refresh.text
+            control: refresh
         }
     }
 
@@ -103,8 +102,7 @@ Item {
         onClicked: root.composerWanted()
 
         ControlTip {
-            hovered: compose.hovered
-            text: compose.text
+            control: compose
         }
     }
 

@@ -1,24 +1,36 @@
 import QtQuick
 import QtQuick.Templates as T
 
-// The words that come up when the pointer rests on a control which shows only a symbol.
+// The words that come up when the pointer rests on a button which shows only a symbol; to be put into it.
 Loader {
     id: root
 
-    // The control's own `hovered`.
-    required property bool hovered
-    required property string text
+    required property T.AbstractButton control
+    // Pressing the button answers what it is for.
+    property bool dismissed: false
 
     anchors.fill: parent
-    active: hovered
+    active: control.hovered && !dismissed
+
+    Connections {
+        target: root.control
+
+        function onPressed(): void {
+            root.dismissed = true
+        }
+
+        function onHoveredChanged(): void {
+            if (!root.control.hovered)
+                root.dismissed = false
+        }
+    }
 
     sourceComponent: T.ToolTip {
         id: tip
 
-        readonly property real centred: (root.width - width) / 2
-
         parent: root
-        x: centred
+        // Not beyond the button's right edge, which may be the card's.
+        x: width < root.width ? (root.width - width) / 2 : root.width - width
         y: root.height + 3
         margins: 6
         leftPadding: 8
@@ -30,7 +42,7 @@ Loader {
         closePolicy: T.Popup.NoAutoClose
         delay: 600
         visible: true
-        text: root.text
+        text: root.control.text
 
         contentItem: Text {
             id: words
