@@ -47,6 +47,14 @@ FocusScope {
         }
     }
 
+    Connections {
+        target: body.content
+
+        function onEdited(text: string): void {
+            root.browsing.newBody = text
+        }
+    }
+
     NoteEditor {
         id: body
 
@@ -59,7 +67,6 @@ FocusScope {
         width: parent.width - 2 * x
         appearance: root.appearance
         name: "Text der Notiz"
-        onEdited: text => root.browsing.newBody = text
     }
 
     ProminentButton {

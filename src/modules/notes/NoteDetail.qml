@@ -43,6 +43,14 @@ FocusScope {
         }
     }
 
+    Connections {
+        target: editor.content
+
+        function onEdited(text: string): void {
+            root.browsing.editBody = text
+        }
+    }
+
     NoteEditor {
         id: editor
 
@@ -56,7 +64,6 @@ FocusScope {
         visible: !root.browsing.loadingBody
         appearance: root.appearance
         name: root.browsing.selected.name
-        onEdited: text => root.browsing.editBody = text
     }
 
     BusyMark {

@@ -2,9 +2,10 @@ import QtQuick
 import QtQuick.Templates as T
 
 import Randblatt.Controls
+import Randblatt.Notes
 
-// A scrolling editor for plain text on a darkened ground. The text is its user's: load() and take() put it in,
-// edited() tells of every change that the user makes.
+// A scrolling editor for plain text on a darkened ground. The text is its user's: load() puts it in, and the
+// content tells of every change.
 FocusScope {
     id: root
 
@@ -13,36 +14,22 @@ FocusScope {
     required property string name
     property string placeholder
 
+    readonly property EditedDocument content: document
+    readonly property Item input: area
     readonly property real textSize: Math.round(14 * appearance.textScale * 4) / 4
-    property bool isTaking: false
-
-    signal edited(text: string)
 
     // Starts over with `text`: there is nothing to undo.
     function load(text: string): void {
-        isTaking = true
+        document.isTaking = true
         area.text = text
         area.cursorPosition = 0
-        isTaking = false
+        document.isTaking = false
     }
 
-    // Makes the text `text` by changing only what differs, so that the cursor keeps its place and the change
-    // can be undone.
-    function take(text: string): void {
-        const present = area.text
-        if (present === text)
-            return
-        const shorter = Math.min(present.length, text.length)
-        let start = 0
-        while (start < shorter && present[start] === text[start])
-            ++start
-        let tail = 0
-        while (tail < shorter - start && present[present.length - 1 - tail] === text[text.length - 1 - tail])
-            ++tail
-        isTaking = true
-        area.remove(start, present.length - tail)
-        area.insert(start, text.slice(start, text.length - tail))
-        isTaking = false
+    EditedDocument {
+        id: document
+
+        document: area.textDocument
     }
 
     Rectangle {
@@ -92,11 +79,6 @@ FocusScope {
             // The editor is one control among others: Tab leads on.
             Keys.onTabPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
             Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
-
-            onTextChanged: {
-                if (!root.isTaking)
-                    root.edited(text)
-            }
         }
     }
 

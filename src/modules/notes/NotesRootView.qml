@@ -12,6 +12,8 @@ FocusScope {
     required property NotesService service
     required property AppSettings settings
 
+    // What takes the text that is typed while nothing has the keyboard.
+    readonly property Item typingTarget: (scratch.item as NotesScratchView)?.typingTarget ?? null
     readonly property bool browses: settings.notesMode === "apple"
 
     Loader {

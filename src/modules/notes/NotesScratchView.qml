@@ -1,6 +1,7 @@
 import QtQuick
 
 import Randblatt.Controls
+import Randblatt.Notes
 import Randblatt.Settings
 
 // A pad for plain text that is kept in the settings with every keystroke.
@@ -10,13 +11,8 @@ FocusScope {
     required property CardAppearance appearance
     required property AppSettings settings
 
-    Connections {
-        target: root.settings
-
-        function onNotesScratchChanged(): void {
-            editor.take(root.settings.notesScratch)
-        }
-    }
+    // Takes what is typed while nothing has the keyboard.
+    readonly property Item typingTarget: editor.input
 
     NoteEditor {
         id: editor
@@ -28,7 +24,16 @@ FocusScope {
         appearance: root.appearance
         name: "Notizzettel"
         placeholder: "Schreib hier rein …"
-        onEdited: text => root.settings.notesScratch = text
-        Component.onCompleted: load(root.settings.notesScratch)
+        Component.onCompleted: {
+            load(root.settings.notesScratch)
+            pad.join()
+        }
+    }
+
+    ScratchPad {
+        id: pad
+
+        document: editor.content
+        settings: root.settings
     }
 }
