@@ -3,12 +3,14 @@
 #include "app/NotificationCenter.h"
 #include "modules/calendar/CalendarModule.h"
 #include "modules/media/SpotifyModule.h"
+#include "modules/notes/NotesModule.h"
 #include "modules/todo/TodoModule.h"
 #include "platform/CalendarStore.h"
 #include "platform/Desktop.h"
 #include "platform/LoginItem.h"
 #include "platform/MediaKeySink.h"
 #include "platform/PanelWindow.h"
+#include "platform/ScriptRunner.h"
 #include "platform/SystemWake.h"
 #include "platform/browser/BrowserAuthenticationSession.h"
 #include "platform/freedesktop/SingleInstance.h"
@@ -130,6 +132,7 @@ std::vector<std::unique_ptr<SidebarModule>> RandblattApp::makeModules()
     std::vector<std::unique_ptr<SidebarModule>> modules;
     modules.push_back(std::make_unique<TodoModule>(m_settings, m_preferences));
     modules.push_back(std::make_unique<CalendarModule>(*m_backends.calendar, *m_backends.wake));
+    modules.push_back(std::make_unique<NotesModule>(m_settings, m_backends.scripts));
     modules.push_back(std::make_unique<SpotifyModule>(
         SpotifyModule::Environment{m_settings, m_preferences, *m_backends.mediaKeys, *m_backends.signIn,
                                    ServiceHosts::fromEnvironment(), SpotifyWebPlayer::defaultHelper()}));

@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Templates as T
 
 import Randblatt.Controls
 import Randblatt.Settings
@@ -56,19 +57,24 @@ FocusScope {
         uiState.keepOpen = open
     }
 
-    // The first text field that takes what is typed while nothing has the keyboard.
-    function typingTarget(): PlainTextField {
+    // The first text field or editor that takes what is typed while nothing has the keyboard.
+    function typingTarget(): Item {
         for (let i = 0; i < cards.count; ++i) {
             const card = cards.itemAt(i) as ModuleWindow
             if (card !== null && card.view !== null && card.view.typingTarget)
-                return card.view.typingTarget as PlainTextField
+                return card.view.typingTarget
         }
         return null
     }
 
-    function typeInto(target: PlainTextField, text: string): void {
+    function typeInto(target: Item, text: string): void {
         target.forceActiveFocus(Qt.ShortcutFocusReason)
-        target.insert(target.cursorPosition, text)
+        const field = target as T.TextField
+        const editor = target as T.TextArea
+        if (field !== null)
+            field.insert(field.cursorPosition, text)
+        else if (editor !== null)
+            editor.insert(editor.cursorPosition, text)
     }
 
     focus: true

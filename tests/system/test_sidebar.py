@@ -52,9 +52,10 @@ def store(desktop, **preferences):
     database = sqlite3.connect(folder / "preferences.sqlite")
     database.execute("CREATE TABLE IF NOT EXISTS preferences (key TEXT PRIMARY KEY NOT NULL, type TEXT NOT NULL, "
                      "value ANY NOT NULL) STRICT, WITHOUT ROWID")
-    kinds = {str: "string", bool: "boolean", float: "double", bytes: "data"}
+    kinds = {str: "string", bool: "boolean", float: "double", bytes: "data", list: "array"}
     for key, value in {"hasOnboarded": True, **preferences}.items():
-        database.execute("INSERT INTO preferences VALUES (?, ?, ?)", (key, kinds[type(value)], value))
+        stored = json.dumps(value) if isinstance(value, list) else value
+        database.execute("INSERT INTO preferences VALUES (?, ?, ?)", (key, kinds[type(value)], stored))
     database.execute("PRAGMA user_version = 1")
     database.commit()
     database.close()
