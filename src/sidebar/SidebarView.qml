@@ -1,7 +1,5 @@
 import QtQuick
-import QtQuick.Templates as T
 
-import Randblatt.Controls
 import Randblatt.Settings
 import Randblatt.Sidebar
 
@@ -69,8 +67,8 @@ FocusScope {
 
     function typeInto(target: Item, text: string): void {
         target.forceActiveFocus(Qt.ShortcutFocusReason)
-        const field = target as T.TextField
-        const editor = target as T.TextArea
+        const field = target as TextInput
+        const editor = target as TextEdit
         if (field !== null)
             field.insert(field.cursorPosition, text)
         else if (editor !== null)
@@ -159,10 +157,33 @@ FocusScope {
         anchors.centerIn: parent
         active: root.model.count === 0
 
-        sourceComponent: SidebarEmptyState {
-            config: root.settings.globalTheme
+        // By its address: most panels never show it.
+        Component.onCompleted: setSource("SidebarEmptyState.qml", {
+            config: root.settings.globalTheme,
             opaque: !root.composited
-            onOpenSettingsRequested: root.openSettingsRequested()
+        })
+
+        Binding {
+            target: emptyState.item
+            property: "config"
+            value: root.settings.globalTheme
+            when: emptyState.status === Loader.Ready
+        }
+
+        Binding {
+            target: emptyState.item
+            property: "opaque"
+            value: !root.composited
+            when: emptyState.status === Loader.Ready
+        }
+
+        Connections {
+            target: emptyState.item
+            ignoreUnknownSignals: true
+
+            function onOpenSettingsRequested(): void {
+                root.openSettingsRequested()
+            }
         }
     }
 }

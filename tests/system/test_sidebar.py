@@ -159,7 +159,7 @@ class SidebarTest(unittest.TestCase):
 
     def test_shows_whole_cards_without_a_compositor(self):
         desktop = self.desktop(compositor=False, wallpaper="#ff00ff")
-        store(desktop, alwaysVisible=True)
+        store(desktop, alwaysVisible=True, enabledModuleIDs=["todo"])
         sidebar = Sidebar(desktop)
         sidebar.wait_shown(SHOWN)
         wallpaper = (255, 0, 255)
