@@ -78,6 +78,7 @@ FocusScope {
         corner: 18
         opaque: !root.composited
         animated: root.isOnScreen
+        isComplete: root.isReady
 
         RightClickCatcher {
             anchors.fill: parent
