@@ -7,6 +7,8 @@ packages_build=(
     qt6-base-dev qt6-base-private-dev qt6-declarative-dev qt6-declarative-dev-tools qt6-svg-dev
     qt6-shadertools-dev qt6-shader-baker
     libsqlite3-dev libical-dev libxcb1-dev libxcb-randr0-dev libxcb-xfixes0-dev
+    # Of the desktop's calendars alone, in whose place there is a file.
+    libecal2.0-dev?
 )
 
 packages_runtime=(
@@ -21,9 +23,12 @@ packages_virtual_desktop=(
     dbus libglib2.0-bin python3 python3-pil fonts-inter fonts-noto-core
 )
 
+# The calendar server itself, for the tests that ask it.
+packages_servers=(evolution-data-server?)
+
 packages_benchmarks=(libbenchmark-dev)
 
-packages_checks=(clang-format)
+packages_checks=(clang-format lld?)
 
 # Prints those of the given packages that are not installed.
 missing_packages() {

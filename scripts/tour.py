@@ -8,6 +8,7 @@ import json
 import sqlite3
 import sys
 import time
+from datetime import datetime, timedelta
 from pathlib import Path
 
 from PIL import Image, ImageDraw, ImageFilter
@@ -31,9 +32,26 @@ NOTES = {"Notizen": ("Einkaufsliste", "Tomaten\nMozzarella\nBasilikum"),
          "Arbeit": ("Gesprächsleitfaden für das Interview am Donnerstag mit der neuen Kollegin",
                     "Vorher: Lebenslauf lesen\nFragen zur letzten Stelle"),
          "Reisen": ("Packliste Ostsee", "Regenjacke\nFernglas")}
+# Days from today, start and end of the day or none, title.
+EVENTS = [(0, None, None, "Messewoche"), (0, "20:30", "22:00", "Kino: „Der Sommer“ mit Ana und Jakob"),
+          (1, "08:15", "09:00", "Zahnarzt"), (1, "14:00", "15:30", "Planung des Frühlingsheftes mit der Redaktion in Halle 3"),
+          (3, "18:00", "19:00", "Lauftreff"), (5, None, None, "Geburtstag Oma")]
 BRIGHT = {"frosted": True, "tint": {"r": 1.0, "g": 1.0, "b": 1.0}, "tintStrength": 0.35, "darkness": 0.0,
           "blur": 13, "lightsEnabled": False, "lightColor": {"r": 0.0, "g": 0.11, "b": 1.0},
           "lightsIntensity": 0.0, "textWhite": False, "haloStrength": 0.29, "textScale": 1.0}
+
+
+def write_calendar(path):
+    """The events, as an iCalendar file (RFC 5545)."""
+    lines = ["BEGIN:VCALENDAR", "VERSION:2.0", "PRODID:-//Quillbar//Rundgang//DE", "X-WR-CALNAME:Privat"]
+    for number, (day, start, end, title) in enumerate(EVENTS):
+        date = datetime.now() + timedelta(days=day)
+        times = [f"DTSTART;VALUE=DATE:{date:%Y%m%d}"]
+        if start:
+            times = [f"{name}:{date:%Y%m%d}T{time.replace(':', '')}00" for name, time in
+                     (("DTSTART", start), ("DTEND", end))]
+        lines += ["BEGIN:VEVENT", f"UID:{number}", "DTSTAMP:20260101T000000Z", *times, f"SUMMARY:{title}", "END:VEVENT"]
+    path.write_bytes("\r\n".join([*lines, "END:VCALENDAR", ""]).encode())
 
 
 def paint_wallpaper(path):
@@ -243,6 +261,37 @@ class Tour:
         self.configure(alwaysVisible=False)
         self.leave()
 
+    def calendar(self):
+        """The agenda in a card alone, with the file as the only calendar."""
+        file = self.desktop.data_home / "quillbar/calendar.ics"
+        self.configure(enabledModuleIDs=["calendar"], alwaysVisible=True)
+        self.settle(1)
+        self.shot("kalender-leer")
+        self.stop()
+        write_calendar(file)
+        self.start()
+        self.settle(1)
+        self.shot("kalender")
+        self.desktop.click(385, 83)
+        self.settle(0.8)
+        self.desktop.type("Kaffee mit Mira")
+        self.settle()
+        self.shot("kalender-formular")
+        self.desktop.click(378, 154)
+        self.settle()
+        self.shot("kalender-monat")
+        self.stop()
+        file.rename(file.with_suffix(".aside"))
+        file.mkdir()
+        self.start()
+        self.settle(1)
+        self.shot("kalender-kein-zugriff")
+        self.stop()
+        file.rmdir()
+        file.with_suffix(".aside").rename(file)
+        self.configure(alwaysVisible=False)
+        self.leave()
+
     def empty(self):
         self.configure(enabledModuleIDs=[])
         self.reveal()
@@ -261,7 +310,7 @@ class Tour:
     def run(self):
         try:
             for station in (self.first_start, self.board, self.quick_settings, self.task_list, self.looks,
-                            self.settings, self.notes, self.empty, self.gallery):
+                            self.settings, self.notes, self.calendar, self.empty, self.gallery):
                 station()
         finally:
             self.desktop.close()
