@@ -3,25 +3,16 @@ stand-in, and so is the service."""
 
 import json
 import os
-import shutil
 import sqlite3
 import time
 import unittest
 from pathlib import Path
 
+from music_service import MusicService, install_browser
 from test_sidebar import QUILLBAR, SHOWN, Sidebar, store
 from virtual_desktop import VirtualDesktop, wait_for
 
 HELPER = Path(QUILLBAR).with_name("quillbar-webplayer")
-
-# Opens the page, agrees to everything, and hands the address that it is sent to to the desktop.
-BROWSER = """#!/usr/bin/python3
-import http.client, subprocess, sys, urllib.parse
-page = urllib.parse.urlsplit(sys.argv[1])
-connection = http.client.HTTPConnection(page.netloc)
-connection.request("GET", page.path + "?" + page.query)
-subprocess.run(["gio", "open", connection.getresponse().getheader("Location")], check=True)
-"""
 
 # Where the only card has its parts.
 SIGN_IN = (209, 209)
@@ -38,61 +29,19 @@ SIGN_OUT = (125, 205)
 POLL = "GET /v1/me/player/currently-playing"
 
 
-class Service:
-    """The stand-in for the service, with what it was asked."""
-
-    def __init__(self, desktop):
-        self.program = desktop.start([os.environ["SPOTIFY_STAND_IN"]])
-        self.url = wait_for(lambda: self.program.log.partition("\n")[0], message=lambda: "no server")
-        self._seen = 0
-
-    def requests(self):
-        lines = self.program.log.splitlines(keepends=True)[1:]
-        return [json.loads(line) for line in lines if line.endswith("\n")]
-
-    def wait_for(self, line, message):
-        """The next request of this line after the ones that were waited for."""
-        def find():
-            for number, request in enumerate(self.requests()[self._seen:], self._seen + 1):
-                if request["line"] == line:
-                    self._seen = number
-                    return request
-            return None
-        return wait_for(find, timeout=20, message=lambda: f"no {line}\n{self.program.log}\n{message()}")
-
-
 class SpotifyTest(unittest.TestCase):
     def setUp(self):
         self.desktop = VirtualDesktop(compositor=True)
         self.addCleanup(self.desktop.close)
-        self.install_browser()
+        install_browser(self.desktop, QUILLBAR)
         store(self.desktop, alwaysVisible=True, mediaSource="spotify")
         with sqlite3.connect(self.desktop.data_home / "quillbar/preferences.sqlite") as preferences:
             preferences.execute("INSERT INTO preferences VALUES ('enabledModuleIDs', 'array', '[\"spotify\"]')")
         preferences.close()
-        self.service = Service(self.desktop)
-
-    def install_browser(self):
-        desktop = self.desktop
-        folder = desktop.folder / "bin"
-        folder.mkdir()
-        browser = folder / "xdg-open"
-        browser.write_text(BROWSER)
-        browser.chmod(0o700)
-        desktop.environment["PATH"] = f"{folder}:{Path(QUILLBAR).parent}:{desktop.environment['PATH']}"
-        applications = desktop.data_home / "applications"
-        applications.mkdir()
-        shutil.copy(os.environ["DESKTOP_FILE"], applications)
-        (desktop.config_home / "mimeapps.list").write_text(
-            "[Default Applications]\nx-scheme-handler/randblatt=com.randblatt.Quillbar.desktop\n")
+        self.service = MusicService(self.desktop, os.environ["SPOTIFY_STAND_IN"])
 
     def start(self):
-        url = self.service.url
-        environment = {f"RANDBLATT_{host}_URL": url for host in ("ACCOUNTS", "API", "SDK")}
-        if os.geteuid() == 0:
-            # The engine refuses its sandbox to root.
-            environment["QTWEBENGINE_DISABLE_SANDBOX"] = "1"
-        sidebar = Sidebar(self.desktop, environment)
+        sidebar = Sidebar(self.desktop, self.service.environment())
         sidebar.wait_shown(SHOWN)
         time.sleep(0.5)
         return sidebar

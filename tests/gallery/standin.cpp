@@ -1,13 +1,20 @@
 #include "support/SpotifyServer.h"
 
+#include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QFile>
 #include <QJsonDocument>
 
+#include <array>
 #include <cstdio>
 
 // The stand-in for the music service as a program. Its first line on standard output is its address; then
 // comes one JSON object for each request: line, query and body, the answer's status, and what was wrong with
 // it. It plays: what is playing follows the commands.
+//
+//   --cover FILE         has this picture for everything
+//   --silent             knows no device
+//   --without-playlists  refuses the playlists, as for a token without the permissions
 
 using namespace Qt::StringLiterals;
 using namespace randblatt;
@@ -25,6 +32,36 @@ constexpr auto sdk = R"(
     };
     addEventListener('load', () => window.onSpotifyWebPlaybackSDKReady());
 )";
+
+constexpr std::array titles{"Nachtzug nach Wien"_L1,
+                            "Regen auf dem Dach"_L1,
+                            "Ein Lied, dessen Titel so lang ist, dass keine Zeile ihn fasst (live)"_L1,
+                            "Küchenradio"_L1,
+                            "Hinter den Deichen"_L1,
+                            "Süden"_L1,
+                            "Das dritte Fenster"_L1};
+
+QJsonObject titled(int number)
+{
+    QJsonObject entry = SpotifyServer::track(number);
+    QJsonObject track = entry["track"_L1].toObject();
+    track.insert(u"name"_s, titles.at(static_cast<std::size_t>(number) % titles.size()));
+    entry.insert(u"track"_s, track);
+    return entry;
+}
+
+QJsonArray titled(int from, int to)
+{
+    QJsonArray all;
+    for (int number = from; number < to; ++number)
+        all.append(titled(number));
+    return all;
+}
+
+QJsonArray imagesAt(const QUrl &url)
+{
+    return {QJsonObject{{u"url"_s, url.toString()}}};
+}
 
 void write(const QByteArray &line)
 {
@@ -54,7 +91,8 @@ public:
         } else {
             return;
         }
-        QJsonObject item = SpotifyServer::track(m_track)["track"_L1].toObject();
+        QJsonObject item = titled(m_track)["track"_L1].toObject();
+        item.insert(u"album"_s, QJsonObject{{u"images"_s, imagesAt(m_server.url(u"/image/now"_s))}});
         m_server.nowPlaying = QJsonObject{{u"is_playing"_s, m_isPlaying}, {u"item"_s, item}};
     }
 
@@ -69,12 +107,34 @@ private:
 int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
+    const QCommandLineOption cover(u"cover"_s, QString(), u"file"_s);
+    const QCommandLineOption silent(u"silent"_s);
+    const QCommandLineOption withoutPlaylists(u"without-playlists"_s);
+    QCommandLineParser arguments;
+    arguments.addOptions({cover, silent, withoutPlaylists});
+    arguments.process(application);
+
     SpotifyServer server;
-    server.sdkScript = sdk;
-    server.playlists = {SpotifyServer::playlist(u"mine"_s, u"Morgenkaffee"_s, 3),
-                        SpotifyServer::playlist(u"other"_s, u"Regentage"_s, 12, u"other"_s)};
-    server.playlistTracks = {{u"mine"_s, SpotifyServer::tracks(3)}, {u"other"_s, SpotifyServer::tracks(12)}};
-    server.devices = {QJsonObject{{u"id"_s, u"speaker"_s}, {u"is_active"_s, true}}};
+    if (arguments.isSet(cover)) {
+        QFile file(arguments.value(cover));
+        if (!file.open(QFile::ReadOnly))
+            qFatal("Nicht zu lesen: %ls", qUtf16Printable(file.fileName()));
+        server.image = file.readAll();
+    }
+    QJsonObject mine = SpotifyServer::playlist(u"mine"_s, u"Morgenkaffee"_s, 3);
+    mine.insert(u"images"_s, imagesAt(server.url(u"/image/mine"_s)));
+    server.playlists = {
+        mine,
+        SpotifyServer::playlist(u"other"_s, u"Regentage – leise Lieder für lange Abende"_s, 12, u"other"_s),
+        SpotifyServer::playlist(u"third"_s, u"Unterwegs"_s, 1)};
+    server.playlistTracks = {
+        {u"mine"_s, titled(0, 3)}, {u"other"_s, titled(3, 15)}, {u"third"_s, titled(0, 1)}};
+    if (!arguments.isSet(silent)) {
+        server.sdkScript = sdk;
+        server.devices = {QJsonObject{{u"id"_s, u"speaker"_s}, {u"is_active"_s, true}}};
+    }
+    if (arguments.isSet(withoutPlaylists))
+        server.fault(u"GET /v1/me/playlists"_s, {.status = 403, .body = "{}"}, 1000);
 
     Player player(server);
     server.observer = [&](const HttpRequest &request, int status) {
