@@ -5,7 +5,6 @@
 #include <QFile>
 #include <QJsonDocument>
 
-#include <array>
 #include <cstdio>
 
 // The stand-in for the music service as a program. Its first line on standard output is its address; then
@@ -33,19 +32,19 @@ constexpr auto sdk = R"(
     addEventListener('load', () => window.onSpotifyWebPlaybackSDKReady());
 )";
 
-constexpr std::array titles{"Nachtzug nach Wien"_L1,
-                            "Regen auf dem Dach"_L1,
-                            "Ein Lied, dessen Titel so lang ist, dass keine Zeile ihn fasst (live)"_L1,
-                            "Küchenradio"_L1,
-                            "Hinter den Deichen"_L1,
-                            "Süden"_L1,
-                            "Das dritte Fenster"_L1};
+const QStringList titles{u"Nachtzug nach Wien"_s,
+                         u"Regen auf dem Dach"_s,
+                         u"Ein Lied, dessen Titel so lang ist, dass keine Zeile ihn fasst (live)"_s,
+                         u"Küchenradio"_s,
+                         u"Hinter den Deichen"_s,
+                         u"Süden"_s,
+                         u"Das dritte Fenster"_s};
 
 QJsonObject titled(int number)
 {
     QJsonObject entry = SpotifyServer::track(number);
     QJsonObject track = entry["track"_L1].toObject();
-    track.insert(u"name"_s, titles.at(static_cast<std::size_t>(number) % titles.size()));
+    track.insert(u"name"_s, titles.at(number % titles.size()));
     entry.insert(u"track"_s, track);
     return entry;
 }
