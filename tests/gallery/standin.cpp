@@ -12,6 +12,7 @@
 // it. It plays: what is playing follows the commands.
 //
 //   --cover FILE         has this picture for everything
+//   --tracks NUMBER      has so many tracks in the first playlist
 //   --silent             knows no device
 //   --without-playlists  refuses the playlists, as for a token without the permissions
 
@@ -107,10 +108,11 @@ int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
     const QCommandLineOption cover(u"cover"_s, QString(), u"file"_s);
+    const QCommandLineOption tracks(u"tracks"_s, QString(), u"number"_s, u"3"_s);
     const QCommandLineOption silent(u"silent"_s);
     const QCommandLineOption withoutPlaylists(u"without-playlists"_s);
     QCommandLineParser arguments;
-    arguments.addOptions({cover, silent, withoutPlaylists});
+    arguments.addOptions({cover, tracks, silent, withoutPlaylists});
     arguments.process(application);
 
     SpotifyServer server;
@@ -120,14 +122,15 @@ int main(int argc, char **argv)
             qFatal("Nicht zu lesen: %ls", qUtf16Printable(file.fileName()));
         server.image = file.readAll();
     }
-    QJsonObject mine = SpotifyServer::playlist(u"mine"_s, u"Morgenkaffee"_s, 3);
+    const int count = arguments.value(tracks).toInt();
+    QJsonObject mine = SpotifyServer::playlist(u"mine"_s, u"Morgenkaffee"_s, count);
     mine.insert(u"images"_s, imagesAt(server.url(u"/image/mine"_s)));
     server.playlists = {
         mine,
         SpotifyServer::playlist(u"other"_s, u"Regentage – leise Lieder für lange Abende"_s, 12, u"other"_s),
         SpotifyServer::playlist(u"third"_s, u"Unterwegs"_s, 1)};
     server.playlistTracks = {
-        {u"mine"_s, titled(0, 3)}, {u"other"_s, titled(3, 15)}, {u"third"_s, titled(0, 1)}};
+        {u"mine"_s, titled(0, count)}, {u"other"_s, titled(3, 15)}, {u"third"_s, titled(0, 1)}};
     if (!arguments.isSet(silent)) {
         server.sdkScript = sdk;
         server.devices = {QJsonObject{{u"id"_s, u"speaker"_s}, {u"is_active"_s, true}}};
