@@ -16,6 +16,7 @@ packages_runtime=(
     qml6-module-qtquick qml6-module-qtquick-window qml6-module-qtquick-layouts
     qml6-module-qtquick-templates qml6-module-qtquick-controls qml6-module-qtquick-dialogs
     qt6-translations-l10n qt6-svg-plugins? libgl1-mesa-dri libqt6webenginecore6-bin?
+    xdg-utils desktop-file-utils
 )
 
 packages_virtual_desktop=(

@@ -224,7 +224,7 @@ class Tour:
 
         cover = self.desktop.folder / "cover.png"
         paint_cover(cover)
-        install_browser(self.desktop, self.executables.resolve() / "quillbar")
+        install_browser(self.desktop)
         stand_in = self.executables / "spotify-stand-in"
         service = MusicService(self.desktop, stand_in, "--cover", str(cover))
         self.configure(service.environment(), mediaSource="spotify")

@@ -19,14 +19,19 @@ subprocess.run(["gio", "open", connection.getresponse().getheader("Location")], 
 """
 
 
-def install_browser(desktop, quillbar):
-    """Makes the stand-in what opens pages, and the program what opens its own scheme."""
+def install_browser(desktop):
+    """Makes the stand-in what opens pages."""
     folder = desktop.folder / "bin"
     folder.mkdir()
     browser = folder / "xdg-open"
     browser.write_text(BROWSER)
     browser.chmod(0o700)
-    desktop.environment["PATH"] = f"{folder}:{Path(quillbar).parent}:{desktop.environment['PATH']}"
+    desktop.environment["PATH"] = f"{folder}:{desktop.environment['PATH']}"
+
+
+def install_program(desktop, quillbar):
+    """Makes the program what opens its own scheme, as an installation does."""
+    desktop.environment["PATH"] = f"{Path(quillbar).parent}:{desktop.environment['PATH']}"
     applications = desktop.data_home / "applications"
     applications.mkdir()
     shutil.copy(PACKAGING / "com.randblatt.Quillbar.desktop", applications)

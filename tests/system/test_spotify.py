@@ -8,7 +8,7 @@ import time
 import unittest
 from pathlib import Path
 
-from music_service import MusicService, install_browser
+from music_service import MusicService, install_browser, install_program
 from test_sidebar import QUILLBAR, SHOWN, Sidebar, store
 from virtual_desktop import VirtualDesktop, wait_for
 
@@ -33,7 +33,7 @@ class SpotifyTest(unittest.TestCase):
     def setUp(self):
         self.desktop = VirtualDesktop(compositor=True)
         self.addCleanup(self.desktop.close)
-        install_browser(self.desktop, QUILLBAR)
+        install_browser(self.desktop)
         store(self.desktop, alwaysVisible=True, mediaSource="spotify")
         with sqlite3.connect(self.desktop.data_home / "quillbar/preferences.sqlite") as preferences:
             preferences.execute("INSERT INTO preferences VALUES ('enabledModuleIDs', 'array', '[\"spotify\"]')")
@@ -48,6 +48,7 @@ class SpotifyTest(unittest.TestCase):
 
     def test_plays_from_sign_in_to_sign_out(self):
         desktop, service = self.desktop, self.service
+        install_program(desktop, QUILLBAR)
         sidebar = self.start()
 
         def seen(line):
@@ -109,6 +110,13 @@ class SpotifyTest(unittest.TestCase):
         self.assertEqual([request for request in service.requests() if request["violation"]], [])
         for secret in (*tokens.values(), "good-code"):
             self.assertNotIn(str(secret), sidebar.program.log)
+        self.assertFalse(list(desktop.data_home.glob("applications/*callback*")))
+
+    def test_signs_in_without_being_installed(self):
+        sidebar = self.start()
+        self.desktop.click(*SIGN_IN)
+        self.service.wait_for("GET /v1/me/playlists", lambda: sidebar.program.log)
+        self.assertEqual(self.desktop.preferences()["sp_access"], "access-1")
 
 
 if __name__ == "__main__":
