@@ -28,6 +28,10 @@ TASKS = ["Angebot für die Werkstatt schreiben", "Milch, Brot und Kaffee kaufen"
 FROSTED = {"frosted": True, "tint": {"r": 0.42, "g": 0.2, "b": 0.6}, "tintStrength": 0.28, "darkness": 0.3,
            "blur": 40, "lightsEnabled": True, "lightColor": {"r": 0.95, "g": 0.4, "b": 0.3},
            "lightsIntensity": 0.45, "textWhite": True, "haloStrength": 0.29, "textScale": 1.0}
+NOTES = {"Notizen": ("Einkaufsliste", "Tomaten\nMozzarella\nBasilikum"),
+         "Arbeit": ("Gesprächsleitfaden für das Interview am Donnerstag mit der neuen Kollegin",
+                    "Vorher: Lebenslauf lesen\nFragen zur letzten Stelle"),
+         "Reisen": ("Packliste Ostsee", "Regenjacke\nFernglas")}
 BRIGHT = {"frosted": True, "tint": {"r": 1.0, "g": 1.0, "b": 1.0}, "tintStrength": 0.35, "darkness": 0.0,
           "blur": 13, "lightsEnabled": False, "lightColor": {"r": 0.0, "g": 0.11, "b": 1.0},
           "lightsIntensity": 0.0, "textWhite": False, "haloStrength": 0.29, "textScale": 1.0}
@@ -206,6 +210,51 @@ class Tour:
         self.configure(alwaysVisible=False)
         self.leave()
 
+    def notes(self):
+        """Both modes of the notes, in a card alone; its places follow from the card's size."""
+        content = 72
+        self.configure(enabledModuleIDs=["notes"], notesMode="scratch", alwaysVisible=True)
+        self.settle(1)
+        self.shot("notizzettel-leer")
+        self.desktop.click(200, content + 80)
+        self.desktop.type("Ideen fürs Wochenende:")
+        self.desktop.key("Return")
+        self.desktop.type("– Kajak mieten, falls das Wetter hält")
+        self.settle()
+        self.shot("notizzettel")
+        library = self.desktop.data_home / "quillbar/notes"
+        for folder, (name, text) in NOTES.items():
+            (library / folder).mkdir(parents=True, exist_ok=True)
+            lines = "".join(f"<div>{line}</div>" for line in text.split("\n"))
+            (library / folder / f"{folder}.html").write_text(
+                f"<!DOCTYPE html><html><head><meta charset='utf-8'><title>{name}</title></head>"
+                f"<body>{lines}</body></html>", encoding="utf-8")
+        self.configure(notesMode="apple")
+        self.settle(1)
+        self.shot("notizen")
+        self.desktop.click(360, content + 30)
+        self.settle(0.8)
+        self.shot("notizen-ordner")
+        self.desktop.click(30, content + 11)
+        self.settle()
+        self.desktop.click(200, content + 90)
+        self.desktop.move(383, content + 11)
+        self.settle(1.2)
+        self.shot("notiz")
+        self.desktop.click(383, content + 11)
+        self.desktop.type("Geschenk für Jonas")
+        self.desktop.key("Return")
+        self.desktop.type("Er wünscht sich einen Bausatz.")
+        self.settle()
+        self.shot("neue-notiz")
+        library.rename(library.with_name("weg"))
+        self.desktop.key("ctrl+s")
+        self.settle()
+        self.shot("notiz-fehler")
+        library.with_name("weg").rename(library)
+        self.configure(alwaysVisible=False)
+        self.leave()
+
     def empty(self):
         self.configure(enabledModuleIDs=[])
         self.reveal()
@@ -301,7 +350,7 @@ class Tour:
     def run(self):
         try:
             for station in (self.first_start, self.board, self.quick_settings, self.task_list, self.looks,
-                            self.settings, self.empty, self.music, self.gallery):
+                            self.settings, self.notes, self.empty, self.music, self.gallery):
                 station()
         finally:
             self.desktop.close()

@@ -9,6 +9,8 @@
 #include "platform/generic/GenericDesktop.h"
 #include "platform/generic/GenericPanelWindow.h"
 #include "platform/mpris/MprisMediaKeySink.h"
+#include "platform/notes/NotesLibrary.h"
+#include "platform/notes/ScriptRunners.h"
 #include "platform/x11/SelectionWatcher.h"
 #include "platform/x11/X11Desktop.h"
 #include "platform/x11/X11PanelWindow.h"
@@ -51,6 +53,7 @@ Backends makeBackends()
     });
     backends.calendar = makeCalendarStore();
     backends.wake = std::make_unique<LogindWake>(QDBusConnection::systemBus());
+    backends.scripts = makeScriptRunner(NotesLibrary::defaultPath());
     if (QGuiApplication::platformName() == "xcb"_L1) {
         auto desktop = std::make_unique<X11Desktop>();
         backends.makePanelWindow = [x11 = desktop.get()](std::unique_ptr<QWindow> window) {
