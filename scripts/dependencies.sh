@@ -9,13 +9,16 @@ packages_build=(
     libsqlite3-dev libical-dev libxcb1-dev libxcb-randr0-dev libxcb-xfixes0-dev
     # Of the desktop's calendars alone, in whose place there is a file.
     libecal2.0-dev?
+    # Of the web player alone, without which everything else works.
+    qt6-webengine-dev? qt6-webchannel-dev?
 )
 
 packages_runtime=(
     qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript
     qml6-module-qtquick qml6-module-qtquick-window qml6-module-qtquick-layouts
     qml6-module-qtquick-templates qml6-module-qtquick-controls qml6-module-qtquick-dialogs
-    qt6-translations-l10n qt6-svg-plugins? libgl1-mesa-dri
+    qt6-translations-l10n qt6-svg-plugins? libgl1-mesa-dri libqt6webenginecore6-bin?
+    xdg-utils desktop-file-utils
 )
 
 packages_virtual_desktop=(

@@ -14,6 +14,7 @@ from pathlib import Path
 from PIL import Image, ImageDraw, ImageFilter
 
 sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "tests/system"))
+from music_service import MusicService, install_browser  # noqa: E402
 from virtual_desktop import VirtualDesktop, wait_for  # noqa: E402
 
 SCREEN = (1440, 900)
@@ -66,6 +67,17 @@ def paint_wallpaper(path):
     picture.filter(ImageFilter.GaussianBlur(22)).resize(SCREEN, Image.BICUBIC).save(path)
 
 
+def paint_cover(path):
+    """A record's cover: a sun over the sea."""
+    picture = Image.new("RGB", (300, 300), "#f2b880")
+    draw = ImageDraw.Draw(picture)
+    draw.ellipse([90, 70, 210, 190], "#e4572e")
+    draw.rectangle([0, 150, 300, 300], "#17405c")
+    for y in range(165, 300, 22):
+        draw.line([(40 + y % 60, y), (200 + y % 90, y)], "#3a7ca5", 5)
+    picture.save(path)
+
+
 class Tour:
     def __init__(self, executables, target):
         self.executables = Path(executables)
@@ -102,8 +114,8 @@ class Tour:
     def panel(self):
         return self.desktop.windows("^Quillbar$")
 
-    def start(self):
-        self.program = self.desktop.start([str(self.executables / "quillbar")])
+    def start(self, env=None):
+        self.program = self.desktop.start([str(self.executables / "quillbar")], env=env)
         wait_for(self.panel, message=lambda: "no panel: " + self.program.log)
 
     def stop(self):
@@ -111,7 +123,7 @@ class Tour:
             self.program.terminate()
         self.program = None
 
-    def configure(self, **preferences):
+    def configure(self, env=None, **preferences):
         """Changes stored preferences while the program is not running."""
         self.stop()
         kinds = {str: "string", bool: "boolean", float: "double", list: "array", dict: "data"}
@@ -123,7 +135,7 @@ class Tour:
             database.execute("INSERT OR REPLACE INTO preferences VALUES (?, ?, ?)", (key, kinds[type(value)], stored))
         database.commit()
         database.close()
-        self.start()
+        self.start(env)
 
     def reveal(self, side="left"):
         self.desktop.move(0 if side == "left" else SCREEN[0] - 1, 450)
@@ -299,6 +311,83 @@ class Tour:
         self.leave()
         self.stop()
 
+    def music(self):
+        """The media card in all its states; the service and the browser are stand-ins."""
+        click = self.desktop.click
+        self.wallpaper(self.picture)
+        self.configure(globalTheme=BRIGHT | {"darkness": 0.7, "tintStrength": 0.0, "frosted": False, "textWhite": True},
+                       enabledModuleIDs=["spotify"], mediaSource="system", alwaysVisible=True)
+        self.settle(1.5)
+        self.shot("musik-system")
+
+        cover = self.desktop.folder / "cover.png"
+        paint_cover(cover)
+        install_browser(self.desktop)
+        stand_in = self.executables / "spotify-stand-in"
+        service = MusicService(self.desktop, stand_in, "--cover", str(cover))
+        self.configure(service.environment(), mediaSource="spotify")
+        self.settle(1.5)
+        self.shot("musik-anmelden")
+        click(209, 209)
+        service.wait_for("GET /v1/me/playlists")
+        if (self.executables / "quillbar-webplayer").exists():
+            service.wait_for("PUT /v1/me/player")
+        service.wait_for("GET /v1/me/player/currently-playing")
+        self.settle(1)
+        self.shot("musik-playlists")
+        click(200, 211)
+        self.settle()
+        click(381, 129)
+        service.wait_for("PUT /v1/me/player/play")
+        self.settle(1)
+        self.desktop.move(700, 500)
+        self.settle()
+        self.shot("musik-eigene-titel")
+        click(40, 129)
+        self.settle()
+        click(200, 258)
+        self.settle()
+        self.desktop.move(700, 500)
+        self.settle()
+        self.shot("musik-fremde-titel")
+        click(40, 129)
+        click(387, 90)
+        self.desktop.move(700, 500)
+        self.settle(1)
+        self.shot("musik-gross")
+        click(382, 82)
+        self.settle()
+        click(385, 127)
+        self.settle()
+        self.desktop.type("Sommer am See")
+        self.settle()
+        self.shot("musik-neue-playlist")
+        self.desktop.key("Escape")
+        self.desktop.right_click(60, 60)
+        self.settle(1)
+        self.shot("musik-schnelleinstellungen")
+        self.desktop.key("Escape")
+        self.stop()
+
+        service = MusicService(self.desktop, stand_in, "--silent")
+        self.configure(service.environment(), sp_refresh="refresh-0", sp_expiry=0.0)
+        service.wait_for("GET /v1/me/playlists")
+        self.settle(1)
+        click(352, 90)
+        self.desktop.move(700, 500)
+        self.settle(1)
+        self.shot("musik-kein-geraet")
+        self.stop()
+
+        service = MusicService(self.desktop, stand_in, "--without-playlists")
+        self.configure(service.environment(), sp_refresh="refresh-0", sp_expiry=0.0)
+        service.wait_for("GET /v1/me/playlists")
+        self.settle(1)
+        self.shot("musik-berechtigungen")
+        self.configure(alwaysVisible=False)
+        self.leave()
+        self.stop()
+
     def gallery(self):
         program = self.desktop.start([str(self.executables / "quillbar-gallery")])
         before = self.desktop.screenshot()
@@ -310,7 +399,7 @@ class Tour:
     def run(self):
         try:
             for station in (self.first_start, self.board, self.quick_settings, self.task_list, self.looks,
-                            self.settings, self.notes, self.calendar, self.empty, self.gallery):
+                            self.settings, self.notes, self.calendar, self.empty, self.music, self.gallery):
                 station()
         finally:
             self.desktop.close()

@@ -4,6 +4,7 @@
 #include "platform/calendar/CalendarStores.h"
 #include "platform/freedesktop/LogindWake.h"
 #include "platform/freedesktop/TrayHost.h"
+#include "platform/freedesktop/UrlScheme.h"
 #include "platform/freedesktop/XdgAutostartLoginItem.h"
 #include "platform/generic/GenericDesktop.h"
 #include "platform/generic/GenericPanelWindow.h"
@@ -15,6 +16,7 @@
 #include "platform/x11/X11PanelWindow.h"
 
 #include <QDBusConnection>
+#include <QDesktopServices>
 #include <QGuiApplication>
 
 namespace randblatt {
@@ -45,7 +47,10 @@ Backends makeBackends()
     backends.loginItem = std::make_unique<XdgAutostartLoginItem>(QCoreApplication::applicationFilePath());
     backends.tray = std::make_unique<TrayHost>(QDBusConnection::sessionBus());
     backends.mediaKeys = std::make_unique<MprisMediaKeySink>();
-    backends.signIn = std::make_unique<BrowserAuthenticationSession>();
+    backends.signIn = std::make_unique<BrowserAuthenticationSession>([](const QUrl &url) {
+        registerUrlScheme(u"randblatt"_s, QCoreApplication::applicationFilePath());
+        return QDesktopServices::openUrl(url);
+    });
     backends.calendar = makeCalendarStore();
     backends.wake = std::make_unique<LogindWake>(QDBusConnection::systemBus());
     backends.scripts = makeScriptRunner(NotesLibrary::defaultPath());

@@ -148,9 +148,8 @@ SidebarPanelController::PanelFactory RandblattApp::panelFactory(ModuleRegistry &
 std::unique_ptr<WindowController> RandblattApp::makeSettingsWindow(ModuleRegistry &registry)
 {
     installToolkitTranslations();
-    const auto *media = qobject_cast<SpotifyModule *>(registry.module(u"spotify"_s));
     return std::make_unique<SettingsWindowController>(m_engine, m_settings, registry,
-                                                      media != nullptr ? media->auth() : nullptr);
+                                                      registry.module(u"spotify"_s));
 }
 
 // Nothing but the colour dialog speaks in the toolkit's words: not before there can be one.
