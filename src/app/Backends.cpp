@@ -4,10 +4,13 @@
 #include "platform/calendar/CalendarStores.h"
 #include "platform/freedesktop/LogindWake.h"
 #include "platform/freedesktop/TrayHost.h"
+#include "platform/freedesktop/UrlScheme.h"
 #include "platform/freedesktop/XdgAutostartLoginItem.h"
 #include "platform/generic/GenericDesktop.h"
 #include "platform/generic/GenericPanelWindow.h"
 #include "platform/mpris/MprisMediaKeySink.h"
+#include "platform/notes/NotesLibrary.h"
+#include "platform/notes/ScriptRunners.h"
 #include "platform/x11/SelectionWatcher.h"
 #include "platform/x11/X11Desktop.h"
 #include "platform/x11/X11PanelWindow.h"
@@ -19,6 +22,7 @@
 #endif
 
 #include <QDBusConnection>
+#include <QDesktopServices>
 #include <QGuiApplication>
 #include <QQuickItem>
 #include <QQuickWindow>
@@ -101,9 +105,13 @@ Backends makeBackends()
     backends.loginItem = std::make_unique<XdgAutostartLoginItem>(QCoreApplication::applicationFilePath());
     backends.tray = std::make_unique<TrayHost>(QDBusConnection::sessionBus());
     backends.mediaKeys = std::make_unique<MprisMediaKeySink>();
-    backends.signIn = std::make_unique<BrowserAuthenticationSession>();
+    backends.signIn = std::make_unique<BrowserAuthenticationSession>([](const QUrl &url) {
+        registerUrlScheme(u"randblatt"_s, QCoreApplication::applicationFilePath());
+        return QDesktopServices::openUrl(url);
+    });
     backends.calendar = makeCalendarStore();
     backends.wake = std::make_unique<LogindWake>(QDBusConnection::systemBus());
+    backends.scripts = makeScriptRunner(NotesLibrary::defaultPath());
     const QString platform = QGuiApplication::platformName();
     if (platform == "xcb"_L1)
         useX11(backends);
