@@ -113,6 +113,18 @@ class WaylandTest(unittest.TestCase):
         desktop.click(*ON_CARD)
         wait_for(lambda: len(terminal.text()) > len(before), message="the hidden panel swallows clicks")
 
+        # Beside the panel, where the pointer still keeps it up, a click is meant for what lies there.
+        desktop.move(0, 400)
+        sidebar.wait_up()
+        desktop.move(428, 400)
+        time.sleep(0.3)
+        self.assertTrue(sidebar.panel())
+        before = terminal.text()
+        desktop.click()
+        sidebar.wait_hidden()
+        desktop.click()
+        wait_for(lambda: len(terminal.text()) > len(before), message="the band around the panel swallows clicks")
+
     def test_reveals_in_the_corners_alone(self):
         desktop, launch = self.start({"triggerMode": "corners", "sidebarSide": "right", "cornerSize": 60.0})
         sidebar = launch()

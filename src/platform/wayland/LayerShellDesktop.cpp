@@ -60,7 +60,7 @@ std::optional<QPointF> LayerShellDesktop::pointerLocation() const
     return strip == m_strips.end() ? std::nullopt : inCore(strip->screenID, strip->window->rect().topLeft());
 }
 
-void LayerShellDesktop::watchPointer(const QList<QRectF> &areas)
+void LayerShellDesktop::watchPointer(const QList<PointerArea> &areas)
 {
     if (m_areas == areas)
         return;
@@ -149,8 +149,8 @@ void LayerShellDesktop::layStrips()
 {
     std::vector<Strip> strips;
     for (const Screen &screen : std::as_const(m_screens)) {
-        for (const QRectF &area : std::as_const(m_areas)) {
-            const QRect rect = pointsWithin(area, screen.frame);
+        for (const PointerArea &area : std::as_const(m_areas)) {
+            const QRect rect = pointsWithin(area.rect, screen.frame);
             const bool isCovered = std::any_of(strips.begin(), strips.end(), [&](const Strip &strip) {
                 return strip.screenID == screen.id && strip.window->rect().contains(rect);
             });
@@ -163,8 +163,11 @@ void LayerShellDesktop::layStrips()
                 strips.push_back(std::move(*lies));
                 continue;
             }
-            auto window = std::make_unique<PointerStrip>(m_connection, *handle(screen.id), rect);
+            auto window =
+                std::make_unique<PointerStrip>(m_connection, *handle(screen.id), rect, area.yieldsToClicks);
             m_pointer.follow(*window);
+            connect(window.get(), &PointerStrip::yielded, &m_pointer,
+                    [this, strip = window.get()] { m_pointer.forget(*strip); });
             strips.push_back({screen.id, std::move(window)});
         }
     }

@@ -36,7 +36,7 @@ public:
     [[nodiscard]] std::optional<QPointF> pointerLocation() const override;
     [[nodiscard]] bool isComposited() const override { return true; }
     [[nodiscard]] bool reportsPointerMotion() const override { return true; }
-    void watchPointer(const QList<QRectF> &areas) override;
+    void watchPointer(const QList<PointerArea> &areas) override;
 
     /// For the windows of this desktop.
     [[nodiscard]] const WaylandConnection &connection() const { return m_connection; }
@@ -67,7 +67,7 @@ private:
     QTimer m_refreshTimer;
     std::vector<Output> m_outputs;
     QList<Screen> m_screens;
-    QList<QRectF> m_areas;
+    QList<PointerArea> m_areas;
     struct Strip
     {
         QString screenID;
