@@ -25,17 +25,33 @@
 #include <QApplication>
 #include <QLibraryInfo>
 #include <QLoggingCategory>
+#include <QTimer>
 
 #include <algorithm>
 #include <array>
+#include <chrono>
+
+#include <malloc.h>
 
 namespace randblatt {
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
 Q_LOGGING_CATEGORY(lcApp, "quillbar.app")
+
+// By then the panel has slid in and everything is made.
+constexpr auto settled = 3s;
+
+/// Gives back what only the start needed; the allocator would keep it for as long as the program runs.
+void returnUnusedMemory()
+{
+#ifdef __GLIBC__
+    malloc_trim(0);
+#endif
+}
 
 } // namespace
 
@@ -69,6 +85,7 @@ void RandblattApp::start()
     };
     connect(m_backends.tray.get(), &TrayHost::availableChanged, this, followTray);
     followTray();
+    QTimer::singleShot(settled, this, [] { returnUnusedMemory(); });
 }
 
 void RandblattApp::preloadModules()
