@@ -143,7 +143,12 @@ SidebarPanelController::PanelFactory RandblattApp::panelFactory(ModuleRegistry &
                                                     *m_backends.desktop);
         panel->resize(size.toSize());
         connect(panel.get(), &SidebarPanel::openSettingsRequested, &m_delegate, &AppDelegate::openSettings);
-        return m_backends.makePanelWindow(std::move(panel));
+        SidebarPanel *view = panel.get();
+        auto window = m_backends.makePanelWindow(std::move(panel));
+        const auto followBlur = [view, target = window.get()] { target->setBlurRegion(view->blurRegion()); };
+        connect(view, &SidebarPanel::blurRegionChanged, view, followBlur);
+        followBlur();
+        return window;
     };
 }
 

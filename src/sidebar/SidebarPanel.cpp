@@ -3,11 +3,11 @@
 #include "platform/Desktop.h"
 #include "settings/AppSettings.h"
 #include "settings/ModuleRegistry.h"
+#include "sidebar/CardRegion.h"
 #include "sidebar/SidebarModel.h"
 #include "sidebar/SidebarUIState.h"
 
 #include <QLoggingCategory>
-#include <QPainterPath>
 #include <QQmlEngine>
 #include <QQmlProperty>
 #include <QQuickItem>
@@ -44,11 +44,13 @@ SidebarPanel::SidebarPanel(QQmlEngine &engine, AppSettings &settings, ModuleRegi
     setSource(viewSource());
     connect(rootObject(), SIGNAL(openSettingsRequested()), this, SIGNAL(openSettingsRequested()));
     QQmlProperty(rootObject(), u"cardShapes"_s).connectNotifySignal(this, SLOT(applyShape()));
+    QQmlProperty(rootObject(), u"blurShapes"_s).connectNotifySignal(this, SLOT(followBlur()));
     connect(
         this, &QQuickWindow::frameSwapped, this, [] { qCDebug(lcPanel, "Bild gezeigt"); },
         Qt::SingleShotConnection);
     connect(&desktop, &Desktop::compositedChanged, this, &SidebarPanel::followCompositing);
     applyShape();
+    followBlur();
 }
 
 SidebarPanel::~SidebarPanel()
@@ -67,6 +69,7 @@ void SidebarPanel::followCompositing()
 {
     rootObject()->setProperty("composited", m_desktop.isComposited());
     applyShape();
+    followBlur();
 }
 
 void SidebarPanel::applyShape()
@@ -75,12 +78,25 @@ void SidebarPanel::applyShape()
         setMask({});
         return;
     }
-    QPainterPath path;
-    const qreal radius = 18.0;
-    const auto shapes = rootObject()->property("cardShapes").toList();
-    for (const QVariant &shape : shapes)
-        path.addRoundedRect(shape.toRectF(), radius, radius);
-    setMask(QRegion(path.toFillPolygon().toPolygon()));
+    setMask(region("cardShapes"));
+}
+
+void SidebarPanel::followBlur()
+{
+    const QRegion wanted = m_desktop.isComposited() ? region("blurShapes") : QRegion();
+    if (wanted == m_blurRegion)
+        return;
+    m_blurRegion = wanted;
+    Q_EMIT blurRegionChanged();
+}
+
+QRegion SidebarPanel::region(const char *shapes) const
+{
+    QList<QRectF> cards;
+    const auto values = rootObject()->property(shapes).toList();
+    for (const QVariant &value : values)
+        cards.append(value.toRectF());
+    return cardRegion(cards, size());
 }
 
 } // namespace randblatt
