@@ -8,6 +8,7 @@
 #include "platform/generic/GenericDesktop.h"
 #include "platform/generic/GenericPanelWindow.h"
 #include "platform/mpris/MprisMediaKeySink.h"
+#include "platform/x11/KeyboardFocus.h"
 #include "platform/x11/SelectionWatcher.h"
 #include "platform/x11/X11Desktop.h"
 #include "platform/x11/X11PanelWindow.h"
@@ -52,6 +53,10 @@ Backends makeBackends()
             return std::make_unique<X11PanelWindow>(std::move(window), *x11);
         };
         backends.desktop = std::move(desktop);
+        backends.activate = [](QWindow &window) {
+            const X11Connection x11;
+            KeyboardFocus(x11).give(static_cast<xcb_window_t>(window.winId()));
+        };
         watchClassicTray(*backends.tray);
     } else {
         backends.desktop = std::make_unique<GenericDesktop>();

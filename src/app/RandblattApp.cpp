@@ -45,7 +45,8 @@ RandblattApp::RandblattApp(SingleInstance &instance)
                   *m_backends.desktop, [this] { return makeModules(); },
                   [this](ModuleRegistry &registry) { return panelFactory(registry); },
                   [this](ModuleRegistry &registry) { return makeSettingsWindow(registry); },
-                  [this] { return std::make_unique<OnboardingWindowController>(m_engine, m_settings); }})
+                  [this] { return std::make_unique<OnboardingWindowController>(m_engine, m_settings); },
+                  m_backends.activate})
     , m_statusBar(m_menu)
 {
     m_engine.addImportPath(u"qrc:/qt/qml"_s);

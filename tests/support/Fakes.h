@@ -116,6 +116,7 @@ public:
     }
 
     void show() override { ++m_shown; }
+    [[nodiscard]] QWindow *window() const override { return nullptr; }
 
 private:
     int &m_shown;
