@@ -64,7 +64,8 @@ RandblattApp::RandblattApp(SingleInstance &instance, WarmUp &warmUp)
                   *m_backends.desktop, [this] { return makeModules(); },
                   [this](ModuleRegistry &registry) { return panelFactory(registry); },
                   [this](ModuleRegistry &registry) { return makeSettingsWindow(registry); },
-                  [this] { return std::make_unique<OnboardingWindowController>(m_engine, m_settings); }})
+                  [this] { return std::make_unique<OnboardingWindowController>(m_engine, m_settings); },
+                  m_backends.activate})
     , m_statusBar(m_menu)
 {
     connectMenu();
@@ -158,7 +159,12 @@ SidebarPanelController::PanelFactory RandblattApp::panelFactory(ModuleRegistry &
                                                     *m_backends.desktop);
         panel->resize(size.toSize());
         connect(panel.get(), &SidebarPanel::openSettingsRequested, &m_delegate, &AppDelegate::openSettings);
-        return m_backends.makePanelWindow(std::move(panel));
+        SidebarPanel *view = panel.get();
+        auto window = m_backends.makePanelWindow(std::move(panel));
+        const auto followBlur = [view, target = window.get()] { target->setBlurRegion(view->blurRegion()); };
+        connect(view, &SidebarPanel::blurRegionChanged, view, followBlur);
+        followBlur();
+        return window;
     };
 }
 

@@ -26,6 +26,8 @@ public:
     [[nodiscard]] virtual std::optional<Screen> mainScreen() const = 0;
     /// The pointer's position, or none where the desktop does not tell it.
     [[nodiscard]] virtual std::optional<QPointF> pointerLocation() const = 0;
+    /// Whether pointerMoved() tells of every change of pointerLocation(), however it comes about.
+    [[nodiscard]] virtual bool reportsPointerMotion() const { return false; }
     /// Whether translucent windows are blended with what lies behind them.
     [[nodiscard]] virtual bool isComposited() const = 0;
 
@@ -33,6 +35,8 @@ Q_SIGNALS:
     /// Screens came, went, or changed a frame.
     void screensChanged();
     void compositedChanged();
+    /// The pointer may have moved since pointerLocation() was last asked; told once until it is asked again.
+    void pointerMoved();
 };
 
 } // namespace randblatt

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QRectF>
+#include <QRegion>
 
 namespace randblatt {
 
@@ -28,6 +29,9 @@ public:
     virtual void orderOut() = 0;
     /// Gives the window the keyboard.
     virtual void makeKey() = 0;
+    /// Asks for a blur of what lies behind this part of the window, given in points from the window's upper
+    /// left corner; none for an empty region. Nothing happens where the desktop has no such blur.
+    virtual void setBlurRegion(const QRegion &) {}
 };
 
 } // namespace randblatt

@@ -21,6 +21,7 @@ public:
     QList<Screen> connected;
     std::optional<QPointF> pointer = QPointF(700, 450);
     bool composited = true;
+    bool reportsMotion = false;
 
     [[nodiscard]] QList<Screen> screens() const override { return connected; }
     [[nodiscard]] std::optional<Screen> mainScreen() const override
@@ -28,6 +29,7 @@ public:
         return connected.isEmpty() ? std::nullopt : std::optional(connected.first());
     }
     [[nodiscard]] std::optional<QPointF> pointerLocation() const override { return pointer; }
+    [[nodiscard]] bool reportsPointerMotion() const override { return reportsMotion; }
     [[nodiscard]] bool isComposited() const override { return composited; }
 
     /// 1440 × 900 points with a panel of 25 points at the top and one at the bottom.
@@ -114,6 +116,7 @@ public:
     }
 
     void show() override { ++m_shown; }
+    [[nodiscard]] QWindow *window() const override { return nullptr; }
 
 private:
     int &m_shown;
