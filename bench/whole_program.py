@@ -67,7 +67,8 @@ def start_to_first_frame(desktop, executable):
     # By the program's own clock, which is this one: asking for the log again and again would blur the figure.
     shown = wait_for(lambda: re.search(rf"([\d.]+) {FIRST_FRAME}", program.log), message=lambda: program.log)
     seconds = float(shown.group(1)) - begin
-    time.sleep(1.0)
+    # Until it has settled.
+    time.sleep(4.0)
     memory = proportional_memory(program.pid)
     program.terminate()
     return seconds, memory

@@ -6,7 +6,8 @@ packages_build=(
     g++ cmake ninja-build pkg-config
     qt6-base-dev qt6-base-private-dev qt6-declarative-dev qt6-declarative-dev-tools qt6-svg-dev
     qt6-shadertools-dev qt6-shader-baker
-    libsqlite3-dev libical-dev libxcb1-dev libxcb-randr0-dev libxcb-xfixes0-dev
+    libsqlite3-dev libical-dev libxcb1-dev libxcb-randr0-dev libxcb-sync-dev libxcb-xfixes0-dev
+    libxcb-xinput-dev
     libwayland-dev wayland-protocols plasma-wayland-protocols
     # Of the desktop's calendars alone, in whose place there is a file.
     libecal2.0-dev?

@@ -41,9 +41,9 @@ void AppDelegate::applicationDidFinishLaunching()
     hoverManager().start();
     m_environment.settings.reconcileLoginItem();
     if (!m_environment.settings.hasOnboarded())
-        onboarding().show();
+        bringToFront(onboarding());
     m_environment.notifications.addObserver(openSettingsNotification, this,
-                                            [this] { settingsWindow().show(); });
+                                            [this] { bringToFront(settingsWindow()); });
     subscribeToGeometry();
     subscribeToVisibility();
     peek();
@@ -111,6 +111,13 @@ WindowController &AppDelegate::onboarding()
     if (!m_onboarding)
         m_onboarding = m_environment.makeOnboarding();
     return *m_onboarding;
+}
+
+void AppDelegate::bringToFront(WindowController &controller) const
+{
+    controller.show();
+    if (QWindow *window = controller.window())
+        m_environment.activate(*window);
 }
 
 void AppDelegate::showOnMainScreen()

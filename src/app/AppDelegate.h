@@ -40,6 +40,8 @@ public:
         std::function<SidebarPanelController::PanelFactory(ModuleRegistry &)> panelFactory;
         std::function<std::unique_ptr<WindowController>(ModuleRegistry &)> makeSettingsWindow;
         std::function<std::unique_ptr<WindowController>()> makeOnboarding;
+        /// Gives a window of ours the keyboard, above the others.
+        std::function<void(QWindow &)> activate = [](QWindow &) {};
     };
 
     explicit AppDelegate(Environment environment, QObject *parent = nullptr);
@@ -63,6 +65,7 @@ public:
     [[nodiscard]] WindowController &onboarding();
 
 private:
+    void bringToFront(WindowController &controller) const;
     void showOnMainScreen();
     void subscribeToGeometry();
     void subscribeToVisibility();

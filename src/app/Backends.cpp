@@ -11,6 +11,7 @@
 #include "platform/mpris/MprisMediaKeySink.h"
 #include "platform/notes/NotesLibrary.h"
 #include "platform/notes/ScriptRunners.h"
+#include "platform/x11/KeyboardFocus.h"
 #include "platform/x11/SelectionWatcher.h"
 #include "platform/x11/X11Desktop.h"
 #include "platform/x11/X11PanelWindow.h"
@@ -49,6 +50,10 @@ void useX11(Backends &backends)
         return std::make_unique<X11PanelWindow>(std::move(window), *x11);
     };
     backends.desktop = std::move(desktop);
+    backends.activate = [](QWindow &window) {
+        const X11Connection x11;
+        KeyboardFocus(x11).give(static_cast<xcb_window_t>(window.winId()));
+    };
     watchClassicTray(*backends.tray);
 }
 

@@ -35,6 +35,8 @@ struct Backends
     std::unique_ptr<BrowserAuthenticationSession> signIn;
     /// Handles a window as the panel; the window must not have been shown yet.
     std::function<std::unique_ptr<PanelWindow>(std::unique_ptr<QWindow>)> makePanelWindow;
+    /// Gives a shown window the keyboard, where more is needed for that than Qt's own request.
+    std::function<void(QWindow &)> activate = [](QWindow &) {};
 };
 
 /// Chooses the platform that Qt is to run on, unless the environment does; to be called before the

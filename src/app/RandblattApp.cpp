@@ -25,17 +25,33 @@
 #include <QApplication>
 #include <QLibraryInfo>
 #include <QLoggingCategory>
+#include <QTimer>
 
 #include <algorithm>
 #include <array>
+#include <chrono>
+
+#include <malloc.h>
 
 namespace randblatt {
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
 Q_LOGGING_CATEGORY(lcApp, "quillbar.app")
+
+// By then the panel has slid in and everything is made.
+constexpr auto settled = 3s;
+
+/// Gives back what only the start needed; the allocator would keep it for as long as the program runs.
+void returnUnusedMemory()
+{
+#ifdef __GLIBC__
+    malloc_trim(0);
+#endif
+}
 
 } // namespace
 
@@ -48,7 +64,8 @@ RandblattApp::RandblattApp(SingleInstance &instance, WarmUp &warmUp)
                   *m_backends.desktop, [this] { return makeModules(); },
                   [this](ModuleRegistry &registry) { return panelFactory(registry); },
                   [this](ModuleRegistry &registry) { return makeSettingsWindow(registry); },
-                  [this] { return std::make_unique<OnboardingWindowController>(m_engine, m_settings); }})
+                  [this] { return std::make_unique<OnboardingWindowController>(m_engine, m_settings); },
+                  m_backends.activate})
     , m_statusBar(m_menu)
 {
     connectMenu();
@@ -69,6 +86,7 @@ void RandblattApp::start()
     };
     connect(m_backends.tray.get(), &TrayHost::availableChanged, this, followTray);
     followTray();
+    QTimer::singleShot(settled, this, [] { returnUnusedMemory(); });
 }
 
 void RandblattApp::preloadModules()
@@ -141,7 +159,12 @@ SidebarPanelController::PanelFactory RandblattApp::panelFactory(ModuleRegistry &
                                                     *m_backends.desktop);
         panel->resize(size.toSize());
         connect(panel.get(), &SidebarPanel::openSettingsRequested, &m_delegate, &AppDelegate::openSettings);
-        return m_backends.makePanelWindow(std::move(panel));
+        SidebarPanel *view = panel.get();
+        auto window = m_backends.makePanelWindow(std::move(panel));
+        const auto followBlur = [view, target = window.get()] { target->setBlurRegion(view->blurRegion()); };
+        connect(view, &SidebarPanel::blurRegionChanged, view, followBlur);
+        followBlur();
+        return window;
     };
 }
 

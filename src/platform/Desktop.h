@@ -37,7 +37,7 @@ public:
     [[nodiscard]] virtual std::optional<Screen> mainScreen() const = 0;
     /// The pointer's position, or none where the desktop does not tell it.
     [[nodiscard]] virtual std::optional<QPointF> pointerLocation() const = 0;
-    /// Whether pointerMoved() tells of every change of the pointer's position.
+    /// Whether pointerMoved() tells of every change of pointerLocation(), however it comes about.
     [[nodiscard]] virtual bool reportsPointerMotion() const { return false; }
     /// Names the areas in which the pointer's position is of interest, anew with every call. A desktop that
     /// tells the position only there may take the clicks there.
@@ -48,9 +48,9 @@ public:
 Q_SIGNALS:
     /// Screens came, went, or changed a frame.
     void screensChanged();
-    /// The pointer may have moved; sent only where reportsPointerMotion() is true.
-    void pointerMoved();
     void compositedChanged();
+    /// The pointer may have moved since pointerLocation() was last asked; told once until it is asked again.
+    void pointerMoved();
 };
 
 } // namespace randblatt

@@ -17,25 +17,45 @@ HoverManager::HoverManager(const AppSettings &settings, const Desktop &desktop, 
     , m_controller(controller)
     , m_clock(std::move(clock))
 {
+    m_timer.setSingleShot(true);
+    m_timer.setTimerType(Qt::PreciseTimer);
     connect(&m_timer, &QTimer::timeout, this, &HoverManager::tick);
+    wakeOnChanges();
 }
 
 void HoverManager::start()
 {
-    m_timer.start(tickInterval);
+    m_gridOrigin = m_clock();
+    planTick();
 }
 
 void HoverManager::hold(std::chrono::milliseconds duration)
 {
     m_heldUntil = m_clock() + duration;
+    wake();
 }
 
 void HoverManager::tick()
 {
+    const TimePoint now = m_clock();
+    m_isPointerStill = true;
+    evaluate();
+    if (!m_gridOrigin)
+        return;
+    if (canRest(now)) {
+        m_timer.stop();
+        m_nextTick.reset();
+    } else {
+        planTick();
+    }
+}
+
+void HoverManager::evaluate()
+{
     if (m_settings.alwaysVisible()) {
         if (m_controller.isVisible())
             return;
-        if (const auto screen = screenUnder(m_desktop.pointerLocation()))
+        if (const auto screen = screenUnder(readPointer()))
             m_controller.show(*screen);
         return;
     }
@@ -45,11 +65,57 @@ void HoverManager::tick()
         checkReveal();
 }
 
+void HoverManager::wakeOnChanges()
+{
+    connect(&m_desktop, &Desktop::pointerMoved, this, &HoverManager::wake);
+    connect(&m_desktop, &Desktop::screensChanged, this, &HoverManager::wake);
+    connect(&m_uiState, &SidebarUIState::keepOpenChanged, this, &HoverManager::wake);
+    connect(&m_controller, &SidebarPanelController::isVisibleChanged, this, &HoverManager::wake);
+    connect(&m_controller, &SidebarPanelController::slideInStarted, this, &HoverManager::wake);
+    for (const auto signal : {&AppSettings::alwaysVisibleChanged, &AppSettings::triggerModeChanged,
+                              &AppSettings::sidebarSideChanged, &AppSettings::cornerSizeChanged,
+                              &AppSettings::edgeThicknessChanged, &AppSettings::panelWidthChanged})
+        connect(&m_settings, signal, this, &HoverManager::wake);
+}
+
+void HoverManager::wake()
+{
+    if (m_gridOrigin && !m_nextTick)
+        planTick();
+}
+
+void HoverManager::planTick()
+{
+    const TimePoint now = m_clock();
+    // Ticks that were missed are left out.
+    m_nextTick = *m_gridOrigin + ((now - *m_gridOrigin) / tickInterval + 1) * tickInterval;
+    m_timer.start(std::chrono::ceil<std::chrono::milliseconds>(*m_nextTick - now));
+}
+
+bool HoverManager::canRest(TimePoint now) const
+{
+    // A second look at a pointer that moved, before its rest is believed: the desktop may tell of its next
+    // movement only some time after the last.
+    if (!m_desktop.reportsPointerMotion() || !m_isPointerStill || m_pendingSince)
+        return false;
+    if (!m_controller.isVisible())
+        return !m_settings.alwaysVisible();
+    return !m_controller.isAnimatingOut() && !(m_heldUntil && now < *m_heldUntil);
+}
+
+std::optional<QPointF> HoverManager::readPointer()
+{
+    const auto point = m_desktop.pointerLocation();
+    m_isPointerStill = point == m_pointer;
+    m_pointer = point;
+    return point;
+}
+
 void HoverManager::checkHide()
 {
     if (m_uiState.keepOpen() || !m_controller.currentScreen())
         return;
-    if (keepsPanelUp()) {
+    if (isAtPanel(readPointer())) {
         m_heldUntil.reset();
         return;
     }
@@ -63,9 +129,11 @@ void HoverManager::checkHide()
 
 bool HoverManager::keepsPanelUp() const
 {
-    if (m_settings.alwaysVisible() || m_uiState.keepOpen())
-        return true;
-    const auto point = m_desktop.pointerLocation();
+    return m_settings.alwaysVisible() || m_uiState.keepOpen() || isAtPanel(m_desktop.pointerLocation());
+}
+
+bool HoverManager::isAtPanel(const std::optional<QPointF> &point) const
+{
     const auto screen = m_controller.currentScreen();
     if (!point || !screen)
         return false;
@@ -76,7 +144,7 @@ bool HoverManager::keepsPanelUp() const
 
 void HoverManager::checkReveal()
 {
-    const auto point = m_desktop.pointerLocation();
+    const auto point = readPointer();
     const auto screen = screenUnder(point);
     if (!screen) {
         m_pendingSince.reset();

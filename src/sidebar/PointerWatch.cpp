@@ -23,7 +23,7 @@ PointerWatch::PointerWatch(const AppSettings &settings, Desktop &desktop,
     connect(&m_desktop, &Desktop::screensChanged, this, &PointerWatch::follow);
     connect(&m_controller, &SidebarPanelController::isVisibleChanged, this, &PointerWatch::follow);
     // It may have gone to another screen.
-    connect(&m_controller, &SidebarPanelController::slidIn, this, &PointerWatch::follow);
+    connect(&m_controller, &SidebarPanelController::slideInStarted, this, &PointerWatch::follow);
     follow();
 }
 

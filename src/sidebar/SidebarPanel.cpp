@@ -3,11 +3,11 @@
 #include "platform/Desktop.h"
 #include "settings/AppSettings.h"
 #include "settings/ModuleRegistry.h"
+#include "sidebar/CardRegion.h"
 #include "sidebar/SidebarModel.h"
 #include "sidebar/SidebarUIState.h"
 
 #include <QLoggingCategory>
-#include <QPainterPath>
 #include <QQmlEngine>
 #include <QQmlProperty>
 #include <QQuickItem>
@@ -44,12 +44,14 @@ SidebarPanel::SidebarPanel(QQmlEngine &engine, AppSettings &settings, ModuleRegi
     setSource(viewSource());
     connect(rootObject(), SIGNAL(openSettingsRequested()), this, SIGNAL(openSettingsRequested()));
     QQmlProperty(rootObject(), u"cardShapes"_s).connectNotifySignal(this, SLOT(applyShape()));
+    QQmlProperty(rootObject(), u"blurShapes"_s).connectNotifySignal(this, SLOT(followBlur()));
     // At once, on the thread that draws: this one may be at work on the contents.
     connect(
         this, &QQuickWindow::frameSwapped, this, [] { qCDebug(lcPanel, "Bild gezeigt"); },
         static_cast<Qt::ConnectionType>(Qt::DirectConnection | Qt::SingleShotConnection));
     connect(&desktop, &Desktop::compositedChanged, this, &SidebarPanel::followCompositing);
     applyShape();
+    followBlur();
 }
 
 SidebarPanel::~SidebarPanel()
@@ -68,6 +70,7 @@ void SidebarPanel::followCompositing()
 {
     rootObject()->setProperty("composited", m_desktop.isComposited());
     applyShape();
+    followBlur();
 }
 
 void SidebarPanel::applyShape()
@@ -76,12 +79,25 @@ void SidebarPanel::applyShape()
         setMask({});
         return;
     }
-    QPainterPath path;
-    const qreal radius = 18.0;
-    const auto shapes = rootObject()->property("cardShapes").toList();
-    for (const QVariant &shape : shapes)
-        path.addRoundedRect(shape.toRectF(), radius, radius);
-    setMask(QRegion(path.toFillPolygon().toPolygon()));
+    setMask(region("cardShapes"));
+}
+
+void SidebarPanel::followBlur()
+{
+    const QRegion wanted = m_desktop.isComposited() ? region("blurShapes") : QRegion();
+    if (wanted == m_blurRegion)
+        return;
+    m_blurRegion = wanted;
+    Q_EMIT blurRegionChanged();
+}
+
+QRegion SidebarPanel::region(const char *shapes) const
+{
+    QList<QRectF> cards;
+    const auto values = rootObject()->property(shapes).toList();
+    for (const QVariant &value : values)
+        cards.append(value.toRectF());
+    return cardRegion(cards, size());
 }
 
 } // namespace randblatt

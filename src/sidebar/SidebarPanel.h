@@ -25,20 +25,27 @@ public:
     /// The document of the sidebar view.
     [[nodiscard]] static QUrl viewSource();
 
+    /// The part of the window behind which the desktop is to blur: the frosted cards.
+    [[nodiscard]] QRegion blurRegion() const { return m_blurRegion; }
+
 Q_SIGNALS:
+    void blurRegionChanged();
     /// A view asks for the settings window.
     void openSettingsRequested();
 
 private Q_SLOTS:
     /// Where nothing blends the window with what lies behind it, cuts the window to the shapes of the cards.
     void applyShape();
+    void followBlur();
 
 private:
+    [[nodiscard]] QRegion region(const char *shapes) const;
     void followCompositing();
 
     SidebarUIState &m_uiState;
     const Desktop &m_desktop;
     SidebarModel *m_model;
+    QRegion m_blurRegion;
 };
 
 } // namespace randblatt

@@ -84,6 +84,7 @@ void SidebarPanelController::show(const Screen &screen)
         m_panel->makeKey();
     setVisible(true);
     start({m_panel, m_panel->frame(), geometry.shown, m_panel->alpha(), 1.0}, slideInMilliseconds, easeOut());
+    Q_EMIT slideInStarted();
 }
 
 void SidebarPanelController::hide()

@@ -49,6 +49,8 @@ public:
 
 Q_SIGNALS:
     void isVisibleChanged();
+    /// show() has sent the panel somewhere.
+    void slideInStarted();
     /// The panel is where show() sent it.
     void slidIn();
 

@@ -14,17 +14,9 @@ FocusScope {
     property bool composited: true
 
     // The cards' places in the window, for a desktop that has to cut the window to them.
-    readonly property var cardShapes: {
-        if (emptyState.active)
-            return [Qt.rect(emptyState.x, emptyState.y, emptyState.width, emptyState.height)]
-        const shapes = []
-        for (let i = 0; i < cards.count; ++i) {
-            const card = cards.itemAt(i)
-            if (card !== null)
-                shapes.push(Qt.rect(column.x, column.y + card.y - flickable.contentY, card.width, card.height))
-        }
-        return shapes
-    }
+    readonly property var cardShapes: root.shapes(false)
+    // The places of the frosted cards, for a desktop that can blur what lies behind them.
+    readonly property var blurShapes: root.shapes(true)
     readonly property bool isOnScreen: Window.visibility !== Window.Hidden
     // The panel starts to slide in before it has its contents: they come with the second frame.
     property bool hasShownAFrame: false
@@ -32,6 +24,19 @@ FocusScope {
     property ModuleWindow quickCard: null
 
     signal openSettingsRequested
+
+    function shapes(frostedOnly: bool): var {
+        if (emptyState.active)
+            return frostedOnly && !root.settings.globalTheme.frosted
+                ? [] : [Qt.rect(emptyState.x, emptyState.y, emptyState.width, emptyState.height)]
+        const found = []
+        for (let i = 0; i < cards.count; ++i) {
+            const card = cards.itemAt(i) as ModuleWindow
+            if (card !== null && (card.config.frosted || !frostedOnly))
+                found.push(Qt.rect(column.x, column.y + card.y - flickable.contentY, card.width, card.height))
+        }
+        return found
+    }
 
     // Scrolls until `item` is seen.
     function reveal(item: Item): void {

@@ -6,6 +6,8 @@
 #include "support/Fakes.h"
 #include "support/TestEnvironment.h"
 
+#include <QAnimationDriver>
+#include <QRandomGenerator>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -44,6 +46,95 @@ struct Fixture
     }
     [[nodiscard]] bool isUp() const { return controller.isVisible() && !controller.isAnimatingOut(); }
     [[nodiscard]] QString screen() const { return controller.currentScreen()->id; }
+};
+
+/// Lets animations pass by the test's clock.
+class TestAnimationDriver : public QAnimationDriver
+{
+public:
+    TestAnimationDriver() { install(); }
+    ~TestAnimationDriver() override { uninstall(); }
+
+    void advanceTo(HoverManager::TimePoint now)
+    {
+        m_elapsed = std::chrono::duration_cast<std::chrono::milliseconds>(now.time_since_epoch()).count();
+        // Animations start by a posted call.
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::MetaCall);
+        advanceAnimation();
+    }
+    [[nodiscard]] qint64 elapsed() const override { return m_elapsed; }
+
+private:
+    qint64 m_elapsed = 0;
+};
+
+/// What may happen to the trigger between two ticks.
+struct Happening
+{
+    int kind = 0;
+    QPointF pointer;
+    double number = 0;
+
+    static Happening random(QRandomGenerator &generator)
+    {
+        // Most of the time nothing happens, and what happens most is a pointer that moves.
+        static const std::array places{onTheEdge, QPointF(1, 880), inThePanel,         farAway,
+                                       farAway,   farAway,         QPointF(1441, 450), QPointF(1800, 450)};
+        const int kind = static_cast<int>(generator.bounded(60));
+        return {kind, places.at(generator.bounded(static_cast<int>(places.size()))),
+                generator.generateDouble()};
+    }
+
+    void happenTo(Fixture &f) const
+    {
+        const QList<Screen> both{FakeDesktop::primaryScreen(), FakeDesktop::rightScreen()};
+        if (kind < 12) {
+            f.desktop.pointer = pointer;
+            Q_EMIT f.desktop.pointerMoved();
+        } else if (kind == 12) {
+            f.desktop.pointer.reset();
+            Q_EMIT f.desktop.pointerMoved();
+        } else if (kind == 13) {
+            f.desktop.connected = f.desktop.connected.size() == 2 ? both.first(1) : both;
+            Q_EMIT f.desktop.screensChanged();
+        } else if (kind == 14) {
+            f.uiState.setKeepOpen(!f.uiState.keepOpen());
+        } else if (kind == 15) {
+            f.controller.show(both.at(number < 0.5 ? 0 : f.desktop.connected.size() - 1));
+        } else if (kind == 16) {
+            f.controller.show(both.first());
+            f.trigger.hold(std::chrono::milliseconds(static_cast<int>(number * 1000)));
+        } else if (kind == 17) {
+            f.controller.hide();
+        } else if (kind == 18) {
+            f.controller.tearDown();
+        } else if (kind == 19) {
+            changeASetting(f.settings);
+        }
+    }
+
+private:
+    void changeASetting(AppSettings &settings) const
+    {
+        switch (static_cast<int>(number * 10)) {
+        case 0:
+            return settings.setAlwaysVisible(true);
+        case 1:
+            return settings.setTriggerMode(pointer.x() < 500 ? TriggerMode::both : TriggerMode::corners);
+        case 2:
+            return settings.setSidebarSide(pointer.x() < 500 ? SidebarSide::right : SidebarSide::left);
+        case 3:
+            return settings.setCornerSize(number * 1000);
+        case 4:
+            return settings.setPanelWidth(pointer.x() < 500 ? 300 : 720);
+        case 5:
+            return settings.setEdgeThickness(pointer.x() < 500 ? 1 : 20);
+        case 6:
+            return settings.setRevealDelay(pointer.x() < 500 ? 0 : 0.5);
+        default:
+            return settings.setAlwaysVisible(false);
+        }
+    }
 };
 
 } // namespace
@@ -193,6 +284,47 @@ private Q_SLOTS:
         f.desktop.connected = {FakeDesktop::primaryScreen()};
         f.tick(std::nullopt);
         QVERIFY(f.isUp());
+    }
+
+    void restsOnlyWhereTheTicksWouldChangeNothing()
+    {
+        auto generator = QRandomGenerator(7);
+        int ticks = 0;
+        int reveals = 0;
+        constexpr int runs = 40;
+        constexpr int intervals = 1000;
+        for (int run = 0; run < runs; ++run) {
+            TestAnimationDriver driver;
+            Fixture ticking;
+            Fixture resting;
+            resting.desktop.reportsMotion = true;
+            resting.trigger.start();
+            for (int i = 1; i <= intervals; ++i) {
+                const HoverManager::TimePoint tickTime{i * HoverManager::tickInterval};
+                ticking.now = resting.now = tickTime - 30ms;
+                driver.advanceTo(ticking.now);
+                const Happening happening = Happening::random(generator);
+                happening.happenTo(ticking);
+                happening.happenTo(resting);
+
+                const bool wasUp = ticking.isUp();
+                ticking.now = resting.now = tickTime;
+                ticking.trigger.tick();
+                if (resting.trigger.nextTick()) {
+                    QCOMPARE(*resting.trigger.nextTick(), tickTime);
+                    resting.trigger.tick();
+                    ++ticks;
+                }
+                reveals += ticking.isUp() && !wasUp ? 1 : 0;
+                QCOMPARE(resting.isUp(), ticking.isUp());
+                QCOMPARE(resting.controller.isVisible(), ticking.controller.isVisible());
+                QCOMPARE(resting.controller.currentScreen(), ticking.controller.currentScreen());
+                QCOMPARE(resting.record->frames, ticking.record->frames);
+            }
+        }
+        // The comparison is worth something: there was much to decide, and there were many rests.
+        QVERIFY2(reveals > 10 * runs, qPrintable(QString::number(reveals)));
+        QVERIFY2(ticks < runs * intervals * 3 / 4, qPrintable(QString::number(ticks)));
     }
 
     void ticksByItself()

@@ -21,6 +21,7 @@ public:
     QList<Screen> connected;
     std::optional<QPointF> pointer = QPointF(700, 450);
     bool composited = true;
+    bool reportsMotion = false;
     /// What watchPointer() named last.
     QList<PointerArea> watched;
 
@@ -30,6 +31,7 @@ public:
         return connected.isEmpty() ? std::nullopt : std::optional(connected.first());
     }
     [[nodiscard]] std::optional<QPointF> pointerLocation() const override { return pointer; }
+    [[nodiscard]] bool reportsPointerMotion() const override { return reportsMotion; }
     [[nodiscard]] bool isComposited() const override { return composited; }
     void watchPointer(const QList<PointerArea> &areas) override { watched = areas; }
 
@@ -117,6 +119,7 @@ public:
     }
 
     void show() override { ++m_shown; }
+    [[nodiscard]] QWindow *window() const override { return nullptr; }
 
 private:
     int &m_shown;

@@ -19,6 +19,7 @@ X11Desktop::X11Desktop(QObject *parent)
     m_refreshTimer.setSingleShot(true);
     m_refreshTimer.setInterval(0);
     connect(&m_refreshTimer, &QTimer::timeout, this, &X11Desktop::refresh);
+    connect(&m_motion, &PointerMotion::moved, this, &Desktop::pointerMoved);
     connect(&m_compositor, &SelectionWatcher::ownerChanged, this, &Desktop::compositedChanged);
 
     const auto present = QGuiApplication::screens();
@@ -41,6 +42,8 @@ std::optional<Screen> X11Desktop::mainScreen() const
 
 std::optional<QPointF> X11Desktop::pointerLocation() const
 {
+    // Before the question, so that no movement falls between the two.
+    m_motion.watch();
     const auto cookie = xcb_query_pointer(m_x11.xcb(), m_x11.root());
     xcb_query_pointer_reply_t *reply = xcb_query_pointer_reply(m_x11.xcb(), cookie, nullptr);
     std::optional<QPoint> pixel;

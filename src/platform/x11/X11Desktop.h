@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Desktop.h"
+#include "platform/x11/PointerMotion.h"
 #include "platform/x11/ScreenLayout.h"
 #include "platform/x11/SelectionWatcher.h"
 #include "platform/x11/X11Connection.h"
@@ -25,6 +26,7 @@ public:
     [[nodiscard]] QList<Screen> screens() const override { return m_screens; }
     [[nodiscard]] std::optional<Screen> mainScreen() const override;
     [[nodiscard]] std::optional<QPointF> pointerLocation() const override;
+    [[nodiscard]] bool reportsPointerMotion() const override { return m_motion.isAvailable(); }
     [[nodiscard]] bool isComposited() const override { return m_compositor.hasOwner(); }
 
     /// For windows of this desktop.
@@ -38,6 +40,7 @@ private:
     X11Connection m_x11;
     X11WorkAreas m_workAreas;
     SelectionWatcher m_compositor;
+    PointerMotion m_motion;
     QTimer m_refreshTimer;
     ScreenLayout m_layout;
     QList<Screen> m_screens;

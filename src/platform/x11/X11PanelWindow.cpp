@@ -43,8 +43,11 @@ void X11PanelWindow::setFrame(const QRectF &frame)
     const QRect native = m_desktop.layout().inNative(frame);
     if (native.isEmpty() || native == m_native)
         return;
+    const bool isResized = native.size() != m_native.size();
     m_native = native;
     applyFrame();
+    if (isResized)
+        announceBlur();
 }
 
 void X11PanelWindow::setAlpha(double alpha)
@@ -83,6 +86,14 @@ void X11PanelWindow::makeKey()
 {
     rememberKeyWindow();
     m_keyboard.give(id());
+}
+
+void X11PanelWindow::setBlurRegion(const QRegion &region)
+{
+    if (region == m_blurRegion)
+        return;
+    m_blurRegion = region;
+    announceBlur();
 }
 
 bool X11PanelWindow::nativeEventFilter(const QByteArray &eventType, void *message, qintptr *)
@@ -147,6 +158,26 @@ void X11PanelWindow::announceMapped() const
     m_x11.setNumbers(id(), XCB_ATOM_WM_NORMAL_HINTS, XCB_ATOM_WM_SIZE_HINTS, hints);
     // Xfwm4 misreads the property.
     m_x11.tellWindowManager(id(), m_x11.atom("_NET_WM_DESKTOP"), {allDesktops, fromApplication, 0, 0, 0});
+}
+
+void X11PanelWindow::announceBlur() const
+{
+    const xcb_atom_t property = m_x11.atom("_KDE_NET_WM_BLUR_BEHIND_REGION");
+    const double factor = m_frame.width() > 0 ? m_native.width() / m_frame.width() : 1;
+    QList<quint32> rects;
+    for (const QRect &rect : m_blurRegion) {
+        const QRect native =
+            QRectF(rect.x() * factor, rect.y() * factor, rect.width() * factor, rect.height() * factor)
+                .toRect();
+        for (const int number : {native.x(), native.y(), native.width(), native.height()})
+            rects.append(static_cast<quint32>(number));
+    }
+    // An empty list would stand for the whole window.
+    if (rects.isEmpty())
+        xcb_delete_property(m_x11.xcb(), id(), property);
+    else
+        m_x11.setNumbers(id(), property, XCB_ATOM_CARDINAL, rects);
+    xcb_flush(m_x11.xcb());
 }
 
 void X11PanelWindow::rememberKeyWindow()

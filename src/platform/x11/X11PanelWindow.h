@@ -31,6 +31,7 @@ public:
     void orderFront() override;
     void orderOut() override;
     void makeKey() override;
+    void setBlurRegion(const QRegion &region) override;
 
 private:
     bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;
@@ -38,6 +39,7 @@ private:
     void applyFrame() const;
     void announce() const;
     void announceMapped() const;
+    void announceBlur() const;
     void rememberKeyWindow();
 
     const X11Desktop &m_desktop;
@@ -46,6 +48,7 @@ private:
     std::unique_ptr<QWindow> m_window;
     QRectF m_frame;
     QRect m_native;
+    QRegion m_blurRegion;
     double m_alpha = 1;
     /// Who had the keyboard before the panel.
     xcb_window_t m_formerKeyWindow = XCB_NONE;

@@ -2,10 +2,11 @@
 
 #include "ui/forms/WindowController.h"
 
+#include <QQuickView>
+
 #include <memory>
 
 class QQmlEngine;
-class QQuickView;
 
 namespace randblatt {
 
@@ -22,7 +23,7 @@ public:
 
     void show() override;
     /// Null before the first show.
-    [[nodiscard]] QQuickView *window() const;
+    [[nodiscard]] QQuickView *window() const override;
 
 private:
     QQmlEngine &m_engine;

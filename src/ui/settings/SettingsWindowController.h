@@ -2,11 +2,12 @@
 
 #include "ui/forms/WindowController.h"
 
+#include <QQuickView>
+
 #include <memory>
 
 class QObject;
 class QQmlEngine;
-class QQuickView;
 
 namespace randblatt {
 
@@ -31,7 +32,7 @@ public:
 
     void show() override;
     /// Null before the first show.
-    [[nodiscard]] QQuickView *window() const;
+    [[nodiscard]] QQuickView *window() const override;
 
 private:
     QQmlEngine &m_engine;

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "platform/x11/X11Connection.h"
+
+#include <QAbstractNativeEventFilter>
+#include <QObject>
+
+#include <xcb/sync.h>
+
+namespace randblatt {
+
+/// Tells that the pointer has moved, wherever on the X screen it is: by a hand on a device, or by a program
+/// that puts it somewhere.
+class PointerMotion final : public QObject, private QAbstractNativeEventFilter
+{
+    Q_OBJECT
+
+public:
+    PointerMotion();
+    ~PointerMotion() override;
+
+    /// Whether the server tells of both kinds of motion (XInput 2.1, and the pointer's idle counter).
+    [[nodiscard]] bool isAvailable() const { return m_alarm != XCB_NONE; }
+    /// Asks for the next motion; nothing while it is still awaited.
+    void watch() const;
+
+Q_SIGNALS:
+    /// Sent once after watch(); clicks and turns of the wheel may count as motion.
+    void moved();
+
+private:
+    bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;
+    [[nodiscard]] bool announcesMotion(const xcb_generic_event_t &event) const;
+    void setUpMotion();
+    void setUpAlarm(const QByteArray &counterName);
+    void select(bool wanted) const;
+
+    X11Connection m_x11;
+    int m_inputOpcode = -1;
+    int m_alarmNotify = -1;
+    xcb_sync_alarm_t m_alarm = XCB_NONE;
+    mutable bool m_isWatching = false;
+};
+
+} // namespace randblatt
