@@ -82,20 +82,30 @@ QScreen *LayerShellDesktop::handle(const QString &id) const
     return it == m_outputs.end() ? nullptr : it->handle.data();
 }
 
-void LayerShellDesktop::followPanel(QWindow *panel)
+void LayerShellDesktop::followPanel(QWindow &panel)
 {
-    m_panel = panel;
-    if (panel != nullptr)
-        m_pointer.follow(*panel);
+    if (m_panel != nullptr)
+        placePanel(*m_panel, m_panelScreenID, {});
+    m_panel = &panel;
+    m_pointer.follow(panel);
 }
 
-void LayerShellDesktop::placePanel(const QString &screenID, const QRect &rect)
+void LayerShellDesktop::dropPanel(const QWindow &panel)
 {
+    placePanel(panel, m_panelScreenID, {});
+    if (m_panel == &panel)
+        m_panel = nullptr;
+}
+
+void LayerShellDesktop::placePanel(const QWindow &panel, const QString &screenID, const QRect &rect)
+{
+    if (m_panel != &panel)
+        return;
     if (m_panelScreenID == screenID && m_panelRect == rect)
         return;
     m_panelScreenID = screenID;
     m_panelRect = rect;
-    if (rect.isEmpty() && m_panel != nullptr)
+    if (rect.isEmpty())
         m_pointer.forget(*m_panel);
     makeWayForPanel();
 }
