@@ -31,7 +31,7 @@ int main(int argc, char **argv)
     view.resize(420, 886);
     QObject::connect(
         &view, &QQuickWindow::frameSwapped, &view, [] { qCDebug(lcPanel, "Bild gezeigt"); },
-        Qt::SingleShotConnection);
+        static_cast<Qt::ConnectionType>(Qt::DirectConnection | Qt::SingleShotConnection));
     view.show();
     return QGuiApplication::exec();
 }

@@ -21,10 +21,10 @@ function(randblatt_library target)
     target_link_libraries(${target} PUBLIC randblatt_options ${ARG_LINK} PRIVATE ${ARG_PRIVATE_LINK})
 endfunction()
 
-# randblatt_qml_module(<target> URI <uri> [SOURCES …] [QML …] LINK … [IMPORTS …])
+# randblatt_qml_module(<target> URI <uri> [SOURCES …] [QML …] LINK … [DEPENDENCIES …])
 # A room with views, or with types that views use: one library and one QML module.
 function(randblatt_qml_module target)
-    cmake_parse_arguments(ARG "" "URI" "SOURCES;QML;LINK;IMPORTS;SINGLETONS" ${ARGN})
+    cmake_parse_arguments(ARG "" "URI" "SOURCES;QML;LINK;DEPENDENCIES;SINGLETONS" ${ARGN})
     if(ARG_SINGLETONS)
         set_source_files_properties(${ARG_SINGLETONS} PROPERTIES QT_QML_SINGLETON_TYPE TRUE)
     endif()
@@ -41,7 +41,8 @@ function(randblatt_qml_module target)
         RESOURCE_PREFIX "/qt/qml"
         SOURCES ${ARG_SOURCES}
         QML_FILES ${ARG_QML} ${ARG_SINGLETONS}
-        IMPORTS ${ARG_IMPORTS}
+        # Not as imports: those would be loaded with the module, also where a view makes no use of them.
+        DEPENDENCIES ${ARG_DEPENDENCIES}
     )
     set_property(GLOBAL APPEND PROPERTY RANDBLATT_QML_TARGETS ${target})
 endfunction()

@@ -8,13 +8,18 @@ packages_build=(
     qt6-shadertools-dev qt6-shader-baker
     libsqlite3-dev libical-dev libxcb1-dev libxcb-randr0-dev libxcb-sync-dev libxcb-xfixes0-dev
     libxcb-xinput-dev
+    # Of the desktop's calendars alone, in whose place there is a file.
+    libecal2.0-dev?
+    # Of the web player alone, without which everything else works.
+    qt6-webengine-dev? qt6-webchannel-dev?
 )
 
 packages_runtime=(
     qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript
     qml6-module-qtquick qml6-module-qtquick-window qml6-module-qtquick-layouts
     qml6-module-qtquick-templates qml6-module-qtquick-controls qml6-module-qtquick-dialogs
-    qt6-translations-l10n qt6-svg-plugins? libgl1-mesa-dri
+    qt6-translations-l10n qt6-svg-plugins? libgl1-mesa-dri libqt6webenginecore6-bin?
+    xdg-utils desktop-file-utils
 )
 
 packages_virtual_desktop=(
@@ -22,10 +27,13 @@ packages_virtual_desktop=(
     dbus libglib2.0-bin python3 python3-pil fonts-inter fonts-noto-core
 )
 
+# The calendar server itself, for the tests that ask it.
+packages_servers=(evolution-data-server?)
+
 packages_benchmarks=(libbenchmark-dev)
 
 # The window managers are there for the system tests, which leave out those that are missing.
-packages_checks=(clang-format xfwm4? mutter?)
+packages_checks=(clang-format lld? xfwm4? mutter?)
 
 # Prints those of the given packages that are not installed.
 missing_packages() {

@@ -4,16 +4,20 @@
 #include "platform/calendar/CalendarStores.h"
 #include "platform/freedesktop/LogindWake.h"
 #include "platform/freedesktop/TrayHost.h"
+#include "platform/freedesktop/UrlScheme.h"
 #include "platform/freedesktop/XdgAutostartLoginItem.h"
 #include "platform/generic/GenericDesktop.h"
 #include "platform/generic/GenericPanelWindow.h"
 #include "platform/mpris/MprisMediaKeySink.h"
+#include "platform/notes/NotesLibrary.h"
+#include "platform/notes/ScriptRunners.h"
 #include "platform/x11/KeyboardFocus.h"
 #include "platform/x11/SelectionWatcher.h"
 #include "platform/x11/X11Desktop.h"
 #include "platform/x11/X11PanelWindow.h"
 
 #include <QDBusConnection>
+#include <QDesktopServices>
 #include <QGuiApplication>
 
 namespace randblatt {
@@ -44,9 +48,13 @@ Backends makeBackends()
     backends.loginItem = std::make_unique<XdgAutostartLoginItem>(QCoreApplication::applicationFilePath());
     backends.tray = std::make_unique<TrayHost>(QDBusConnection::sessionBus());
     backends.mediaKeys = std::make_unique<MprisMediaKeySink>();
-    backends.signIn = std::make_unique<BrowserAuthenticationSession>();
+    backends.signIn = std::make_unique<BrowserAuthenticationSession>([](const QUrl &url) {
+        registerUrlScheme(u"randblatt"_s, QCoreApplication::applicationFilePath());
+        return QDesktopServices::openUrl(url);
+    });
     backends.calendar = makeCalendarStore();
     backends.wake = std::make_unique<LogindWake>(QDBusConnection::systemBus());
+    backends.scripts = makeScriptRunner(NotesLibrary::defaultPath());
     if (QGuiApplication::platformName() == "xcb"_L1) {
         auto desktop = std::make_unique<X11Desktop>();
         backends.makePanelWindow = [x11 = desktop.get()](std::unique_ptr<QWindow> window) {

@@ -13,6 +13,7 @@ class Desktop;
 class LoginItem;
 class MediaKeySink;
 class PanelWindow;
+class ScriptRunner;
 class SystemWake;
 class TrayHost;
 
@@ -30,6 +31,7 @@ struct Backends
     std::unique_ptr<MediaKeySink> mediaKeys;
     std::unique_ptr<CalendarStore> calendar;
     std::unique_ptr<SystemWake> wake;
+    std::shared_ptr<ScriptRunner> scripts;
     std::unique_ptr<BrowserAuthenticationSession> signIn;
     /// Handles a window as the panel; the window must not have been shown yet.
     std::function<std::unique_ptr<PanelWindow>(std::unique_ptr<QWindow>)> makePanelWindow;

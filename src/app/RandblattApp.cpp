@@ -1,14 +1,17 @@
 #include "app/RandblattApp.h"
 
 #include "app/NotificationCenter.h"
+#include "app/WarmUp.h"
 #include "modules/calendar/CalendarModule.h"
 #include "modules/media/SpotifyModule.h"
+#include "modules/notes/NotesModule.h"
 #include "modules/todo/TodoModule.h"
 #include "platform/CalendarStore.h"
 #include "platform/Desktop.h"
 #include "platform/LoginItem.h"
 #include "platform/MediaKeySink.h"
 #include "platform/PanelWindow.h"
+#include "platform/ScriptRunner.h"
 #include "platform/SystemWake.h"
 #include "platform/browser/BrowserAuthenticationSession.h"
 #include "platform/freedesktop/SingleInstance.h"
@@ -16,29 +19,45 @@
 #include "settings/ModuleRegistry.h"
 #include "sidebar/SidebarPanel.h"
 #include "sidebar/SidebarUIState.h"
-#include "ui/controls/SymbolProvider.h"
 #include "ui/onboarding/OnboardingWindowController.h"
 #include "ui/settings/SettingsWindowController.h"
 
 #include <QApplication>
 #include <QLibraryInfo>
 #include <QLoggingCategory>
+#include <QTimer>
 
 #include <algorithm>
 #include <array>
+#include <chrono>
+
+#include <malloc.h>
 
 namespace randblatt {
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
 Q_LOGGING_CATEGORY(lcApp, "quillbar.app")
 
+// By then the panel has slid in and everything is made.
+constexpr auto settled = 3s;
+
+/// Gives back what only the start needed; the allocator would keep it for as long as the program runs.
+void returnUnusedMemory()
+{
+#ifdef __GLIBC__
+    malloc_trim(0);
+#endif
+}
+
 } // namespace
 
-RandblattApp::RandblattApp(SingleInstance &instance)
-    : m_preferences(Preferences::defaultPath())
+RandblattApp::RandblattApp(SingleInstance &instance, WarmUp &warmUp)
+    : m_warmUp(warmUp)
+    , m_preferences(Preferences::defaultPath())
     , m_backends(makeBackends())
     , m_settings(m_preferences, *m_backends.loginItem)
     , m_delegate({AppSettings::shared(), SidebarUIState::shared(), NotificationCenter::defaultCenter(),
@@ -49,8 +68,6 @@ RandblattApp::RandblattApp(SingleInstance &instance)
                   m_backends.activate})
     , m_statusBar(m_menu)
 {
-    m_engine.addImportPath(u"qrc:/qt/qml"_s);
-    m_engine.addImageProvider(u"symbol"_s, new SymbolProvider);
     connectMenu();
     connectInstance(instance);
 }
@@ -59,7 +76,9 @@ RandblattApp::~RandblattApp() = default;
 
 void RandblattApp::start()
 {
-    preloadViews();
+    m_views.finishImports();
+    m_warmUp.finishGraphics();
+    preloadModules();
     m_delegate.applicationDidFinishLaunching();
     const auto followTray = [this] {
         if (m_backends.tray->isAvailable())
@@ -67,19 +86,14 @@ void RandblattApp::start()
     };
     connect(m_backends.tray.get(), &TrayHost::availableChanged, this, followTray);
     followTray();
+    QTimer::singleShot(settled, this, [] { returnUnusedMemory(); });
 }
 
-// Another thread reads the views' documents while this one sets up the window and its graphics.
-void RandblattApp::preloadViews()
+void RandblattApp::preloadModules()
 {
-    const auto preload = [this](const QUrl &source) {
-        m_preloaded.push_back(
-            std::make_unique<QQmlComponent>(&m_engine, source, QQmlComponent::Asynchronous));
-    };
-    preload(SidebarPanel::viewSource());
     const auto modules = m_delegate.registry().enabledModules();
     for (const SidebarModule *module : modules)
-        preload(module->makeView().source);
+        m_views.preload(module->makeView().source);
 }
 
 void RandblattApp::connectMenu()
@@ -131,6 +145,7 @@ std::vector<std::unique_ptr<SidebarModule>> RandblattApp::makeModules()
     std::vector<std::unique_ptr<SidebarModule>> modules;
     modules.push_back(std::make_unique<TodoModule>(m_settings, m_preferences));
     modules.push_back(std::make_unique<CalendarModule>(*m_backends.calendar, *m_backends.wake));
+    modules.push_back(std::make_unique<NotesModule>(m_settings, m_backends.scripts));
     modules.push_back(std::make_unique<SpotifyModule>(
         SpotifyModule::Environment{m_settings, m_preferences, *m_backends.mediaKeys, *m_backends.signIn,
                                    ServiceHosts::fromEnvironment(), SpotifyWebPlayer::defaultHelper()}));
@@ -156,9 +171,8 @@ SidebarPanelController::PanelFactory RandblattApp::panelFactory(ModuleRegistry &
 std::unique_ptr<WindowController> RandblattApp::makeSettingsWindow(ModuleRegistry &registry)
 {
     installToolkitTranslations();
-    const auto *media = qobject_cast<SpotifyModule *>(registry.module(u"spotify"_s));
     return std::make_unique<SettingsWindowController>(m_engine, m_settings, registry,
-                                                      media != nullptr ? media->auth() : nullptr);
+                                                      registry.module(u"spotify"_s));
 }
 
 // Nothing but the colour dialog speaks in the toolkit's words: not before there can be one.

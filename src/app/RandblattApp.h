@@ -2,6 +2,7 @@
 
 #include "app/AppDelegate.h"
 #include "app/Backends.h"
+#include "app/ViewPreloader.h"
 #include "settings/AppSettings.h"
 #include "settings/Preferences.h"
 #include "sidebar/MenuContent.h"
@@ -16,6 +17,7 @@
 namespace randblatt {
 
 class SingleInstance;
+class WarmUp;
 
 /// The application: makes everything that exists once, in the order in which it depends on one another, and
 /// declares the tray icon, its only permanent presence.
@@ -24,15 +26,15 @@ class RandblattApp : public QObject
     Q_OBJECT
 
 public:
-    /// `instance` is borrowed and must outlive the application.
-    explicit RandblattApp(SingleInstance &instance);
+    /// Both are borrowed and must outlive the application.
+    RandblattApp(SingleInstance &instance, WarmUp &warmUp);
     ~RandblattApp() override;
 
     /// Runs the start-up sequence; the caller then runs the event loop.
     void start();
 
 private:
-    void preloadViews();
+    void preloadModules();
     void connectMenu();
     void connectInstance(SingleInstance &instance);
     void open(const QList<QUrl> &urls);
@@ -42,12 +44,14 @@ private:
     [[nodiscard]] std::unique_ptr<WindowController> makeSettingsWindow(ModuleRegistry &registry);
     void installToolkitTranslations();
 
+    WarmUp &m_warmUp;
+    // First of all, since its other thread starts to read at once.
+    QQmlEngine m_engine;
+    ViewPreloader m_views{m_engine};
     Preferences m_preferences;
     Backends m_backends;
     AppSettings m_settings;
-    QQmlEngine m_engine;
     std::array<QTranslator, 2> m_translators;
-    std::vector<std::unique_ptr<QQmlComponent>> m_preloaded;
     AppDelegate m_delegate;
     MenuContent m_menu;
     StatusBarController m_statusBar;

@@ -1,29 +1,13 @@
 #include "app/RandblattApp.h"
+#include "app/WarmUp.h"
 #include "platform/freedesktop/SingleInstance.h"
 #include "platform/freedesktop/TerminationSignals.h"
 
 #include <QApplication>
 #include <QDBusConnection>
-#include <QFontMetricsF>
-#include <QThread>
 #include <QUrl>
 
-#include <memory>
-
 using namespace Qt::StringLiterals;
-
-namespace {
-
-/// Reads the font configuration on a thread of its own; the first text would otherwise wait for it.
-std::unique_ptr<QThread> warmUpFonts()
-{
-    std::unique_ptr<QThread> thread(
-        QThread::create([] { return QFontMetricsF(QFont()).horizontalAdvance(u"Quillbar"_s); }));
-    thread->start();
-    return thread;
-}
-
-} // namespace
 
 int main(int argc, char **argv)
 {
@@ -35,7 +19,6 @@ int main(int argc, char **argv)
     qputenv("QSG_DISTANCEFIELD_ANTIALIASING", "gray");
     QApplication application(argc, argv);
     application.setQuitOnLastWindowClosed(false);
-    const auto fonts = warmUpFonts();
 
     // The name is ours before any window is made; a second start only tells the first about itself.
     randblatt::SingleInstance instance(QDBusConnection::sessionBus());
@@ -44,14 +27,13 @@ int main(int argc, char **argv)
     for (const QString &argument : arguments)
         urls.append(QUrl(argument));
     if (!instance.acquire(urls))
-        return fonts->wait() ? 0 : 1;
+        return 0;
 
+    randblatt::WarmUp warmUp;
     const randblatt::TerminationSignals termination;
     QObject::connect(&termination, &randblatt::TerminationSignals::terminationRequested, &application,
                      &QCoreApplication::quit);
-    randblatt::RandblattApp app(instance);
+    randblatt::RandblattApp app(instance, warmUp);
     app.start();
-    const int result = application.exec();
-    fonts->wait();
-    return result;
+    return application.exec();
 }

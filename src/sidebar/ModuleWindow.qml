@@ -44,7 +44,7 @@ FocusScope {
 
     function openQuickByKeyboard(): void {
         root.setQuick(true)
-        quick.quickOverlay.takeFocus(Qt.TabFocusReason)
+        quick.takeFocus(Qt.TabFocusReason)
     }
 
     function limitedTextScale(scale: real): real {
@@ -78,6 +78,7 @@ FocusScope {
         corner: 18
         opaque: !root.composited
         animated: root.isOnScreen
+        isComplete: root.isReady
 
         RightClickCatcher {
             anchors.fill: parent
@@ -88,7 +89,8 @@ FocusScope {
             anchors.fill: parent
             clip: true
             color: root.config.textWhite ? "black" : "white"
-            strength: root.config.haloStrength
+            // With the contents: the glow of a title alone would be worked out for nothing.
+            strength: root.isReady ? root.config.haloStrength : 0
 
             Row {
                 id: header
@@ -143,10 +145,12 @@ FocusScope {
             const top = root.mapToItem(root.viewport, 0, 0).y
             const lowest = root.viewport.height - height - 8
             y = Math.max(8, Math.min(top + 12, lowest)) - top
-            quickOverlay.takeFocus(Qt.MouseFocusReason)
+            takeFocus(Qt.MouseFocusReason)
         }
 
-        readonly property QuickSettingsOverlay quickOverlay: item as QuickSettingsOverlay
+        function takeFocus(reason: int): void {
+            (item as Item).forceActiveFocus(reason)
+        }
 
         anchors.horizontalCenter: parent.horizontalCenter
         width: Math.min(298, root.width - 16)
@@ -166,12 +170,29 @@ FocusScope {
             }
         }
 
-        sourceComponent: QuickSettingsOverlay {
-            module: root.module
-            settings: root.settings
+        // By its address: the panel need not wait for a document that is not shown with it.
+        Component.onCompleted: setSource("QuickSettingsOverlay.qml", {
+            module: root.module,
+            settings: root.settings,
             cardHeight: root.cardHeight
-            onClose: root.setQuick(false)
-            onOpenSettingsRequested: {
+        })
+
+        Binding {
+            target: quick.item
+            property: "cardHeight"
+            value: root.cardHeight
+            when: quick.status === Loader.Ready
+        }
+
+        Connections {
+            target: quick.item
+            ignoreUnknownSignals: true
+
+            function onClose(): void {
+                root.setQuick(false)
+            }
+
+            function onOpenSettingsRequested(): void {
                 root.setQuick(false)
                 root.openSettingsRequested()
             }

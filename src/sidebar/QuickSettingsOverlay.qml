@@ -24,11 +24,6 @@ T.Pane {
     signal close
     signal openSettingsRequested
 
-    // Gives the keyboard to the first control.
-    function takeFocus(reason: int): void {
-        chips.itemAt(0).forceActiveFocus(reason)
-    }
-
     objectName: "quickSettings"
     padding: 14
     implicitWidth: 298
@@ -87,13 +82,14 @@ T.Pane {
             spacing: 6
 
             Repeater {
-                id: chips
-
                 model: root.presets
 
                 HeightChip {
                     required property var modelData
+                    required property int index
 
+                    // The first control that gets the keyboard.
+                    focus: index === 0
                     width: (chipRow.width - 3 * chipRow.spacing) / 4
                     text: modelData.label
                     checked: Math.abs(root.cardHeight - modelData.height) < 1.0

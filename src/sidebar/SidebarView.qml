@@ -1,6 +1,5 @@
 import QtQuick
 
-import Randblatt.Controls
 import Randblatt.Settings
 import Randblatt.Sidebar
 
@@ -61,19 +60,24 @@ FocusScope {
         uiState.keepOpen = open
     }
 
-    // The first text field that takes what is typed while nothing has the keyboard.
-    function typingTarget(): PlainTextField {
+    // The first text field or editor that takes what is typed while nothing has the keyboard.
+    function typingTarget(): Item {
         for (let i = 0; i < cards.count; ++i) {
             const card = cards.itemAt(i) as ModuleWindow
             if (card !== null && card.view !== null && card.view.typingTarget)
-                return card.view.typingTarget as PlainTextField
+                return card.view.typingTarget
         }
         return null
     }
 
-    function typeInto(target: PlainTextField, text: string): void {
+    function typeInto(target: Item, text: string): void {
         target.forceActiveFocus(Qt.ShortcutFocusReason)
-        target.insert(target.cursorPosition, text)
+        const field = target as TextInput
+        const editor = target as TextEdit
+        if (field !== null)
+            field.insert(field.cursorPosition, text)
+        else if (editor !== null)
+            editor.insert(editor.cursorPosition, text)
     }
 
     focus: true
@@ -158,10 +162,33 @@ FocusScope {
         anchors.centerIn: parent
         active: root.model.count === 0
 
-        sourceComponent: SidebarEmptyState {
-            config: root.settings.globalTheme
+        // By its address: most panels never show it.
+        Component.onCompleted: setSource("SidebarEmptyState.qml", {
+            config: root.settings.globalTheme,
             opaque: !root.composited
-            onOpenSettingsRequested: root.openSettingsRequested()
+        })
+
+        Binding {
+            target: emptyState.item
+            property: "config"
+            value: root.settings.globalTheme
+            when: emptyState.status === Loader.Ready
+        }
+
+        Binding {
+            target: emptyState.item
+            property: "opaque"
+            value: !root.composited
+            when: emptyState.status === Loader.Ready
+        }
+
+        Connections {
+            target: emptyState.item
+            ignoreUnknownSignals: true
+
+            function onOpenSettingsRequested(): void {
+                root.openSettingsRequested()
+            }
         }
     }
 }

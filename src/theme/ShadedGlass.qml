@@ -12,17 +12,23 @@ Item {
     required property real corner
     required property bool opaque
     required property bool animated
+    // With shadows and lights; without, there is the pane alone.
+    required property bool isComplete
 
     readonly property real intensity: config.lightsIntensity > 0 ? Math.min(config.lightsIntensity, 1) : 0
     readonly property color tint: config.tint.color(config.tintStrength)
 
-    GlassShadow {
-        objectName: "shadow"
+    Loader {
         anchors.fill: parent
-        visible: !root.opaque
-        corner: root.corner
-        lightColor: root.config.lightColor.color()
-        intensity: root.intensity
+        active: root.isComplete
+
+        sourceComponent: GlassShadow {
+            objectName: "shadow"
+            visible: !root.opaque
+            corner: root.corner
+            lightColor: root.config.lightColor.color()
+            intensity: root.intensity
+        }
     }
 
     GlassPane {
@@ -35,7 +41,7 @@ Item {
 
     Loader {
         anchors.fill: parent
-        active: root.config.lightsEnabled && root.intensity > 0
+        active: root.isComplete && root.config.lightsEnabled && root.intensity > 0
 
         sourceComponent: GlassLights {
             objectName: "lights"

@@ -13,6 +13,8 @@ Item {
     property bool opaque: false
     // The lights may drift, because the card is on screen.
     property bool animated: true
+    // The pane alone is drawn while this is false: enough for a first frame, which need not wait for the rest.
+    property bool isComplete: true
     default property alias content: holder.data
 
     // Clear glass needs shaders; without them every card is drawn frosted.
@@ -39,7 +41,7 @@ Item {
 
     Loader {
         anchors.fill: parent
-        sourceComponent: root.hasShaders ? shadedBorder : root.lacksShaders ? plainBorder : null
+        sourceComponent: root.lacksShaders ? plainBorder : root.hasShaders && root.isComplete ? shadedBorder : null
     }
 
     Component {
@@ -53,6 +55,7 @@ Item {
             corner: root.corner
             opaque: root.opaque
             animated: root.animated
+            isComplete: root.isComplete
         }
     }
 

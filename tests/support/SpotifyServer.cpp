@@ -105,6 +105,14 @@ QJsonArray SpotifyServer::tracks(int count)
 HttpResponse SpotifyServer::answer(const HttpRequest &request)
 {
     requests.append(request);
+    HttpResponse response = respond(request);
+    if (observer)
+        observer(request, response.status);
+    return response;
+}
+
+HttpResponse SpotifyServer::respond(const HttpRequest &request)
+{
     for (Fault &fault : m_faults) {
         if (fault.line == request.line() && fault.times > 0) {
             --fault.times;

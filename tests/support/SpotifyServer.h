@@ -34,6 +34,8 @@ public:
     [[nodiscard]] static QJsonObject track(int number);
     [[nodiscard]] static QJsonArray tracks(int count);
 
+    /// Told of each request and the status of its answer.
+    std::function<void(const HttpRequest &, int)> observer;
     QList<HttpRequest> requests;
     QStringList violations;
     QString refreshToken = QStringLiteral("refresh-0");
@@ -63,6 +65,7 @@ private:
     };
 
     HttpResponse answer(const HttpRequest &request);
+    HttpResponse respond(const HttpRequest &request);
     HttpResponse authorize(const HttpRequest &request);
     HttpResponse token(const HttpRequest &request);
     HttpResponse api(const HttpRequest &request, const QString &path);

@@ -1,7 +1,6 @@
 """The calendar card in the built program: an event that is typed into the form lands in the calendar's file."""
 
 import os
-import sqlite3
 import stat
 import time
 import unittest
@@ -36,10 +35,7 @@ class CalendarTest(unittest.TestCase):
     def test_adds_an_event_through_the_form(self):
         desktop = VirtualDesktop(compositor=True)
         self.addCleanup(desktop.close)
-        store(desktop, alwaysVisible=True)
-        with sqlite3.connect(desktop.data_home / "quillbar/preferences.sqlite") as preferences:
-            preferences.execute("INSERT INTO preferences VALUES ('enabledModuleIDs', 'array', '[\"calendar\"]')")
-        preferences.close()
+        store(desktop, alwaysVisible=True, enabledModuleIDs=["calendar"])
         file = desktop.data_home / "quillbar/calendar.ics"
         theirs = ("BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:-//Anderes//Programm//DE\r\n"
                   "BEGIN:VEVENT\r\nUID:x\r\nDTSTAMP:20260101T000000Z\r\nDTSTART;VALUE=DATE:20260101\r\n"

@@ -52,9 +52,10 @@ def store(desktop, **preferences):
     database = sqlite3.connect(folder / "preferences.sqlite")
     database.execute("CREATE TABLE IF NOT EXISTS preferences (key TEXT PRIMARY KEY NOT NULL, type TEXT NOT NULL, "
                      "value ANY NOT NULL) STRICT, WITHOUT ROWID")
-    kinds = {str: "string", bool: "boolean", float: "double", bytes: "data"}
+    kinds = {str: "string", bool: "boolean", float: "double", bytes: "data", list: "array"}
     for key, value in {"hasOnboarded": True, **preferences}.items():
-        database.execute("INSERT INTO preferences VALUES (?, ?, ?)", (key, kinds[type(value)], value))
+        stored = json.dumps(value) if isinstance(value, list) else value
+        database.execute("INSERT INTO preferences VALUES (?, ?, ?)", (key, kinds[type(value)], stored))
     database.execute("PRAGMA user_version = 1")
     database.commit()
     database.close()
@@ -158,7 +159,7 @@ class SidebarTest(unittest.TestCase):
 
     def test_shows_whole_cards_without_a_compositor(self):
         desktop = self.desktop(compositor=False, wallpaper="#ff00ff")
-        store(desktop, alwaysVisible=True)
+        store(desktop, alwaysVisible=True, enabledModuleIDs=["todo"])
         sidebar = Sidebar(desktop)
         sidebar.wait_shown(SHOWN)
         wallpaper = (255, 0, 255)

@@ -133,12 +133,19 @@ private Q_SLOTS:
 
     void doesWithoutTheHelper()
     {
-        SpotifyWebPlayer player(u"/nonexistent/quillbar-webplayer"_s, QUrl(), {});
+        const QTemporaryDir folder;
+        const QString helper = folder.filePath(u"helper"_s);
+        SpotifyWebPlayer player(helper, QUrl(), {});
+        QVERIFY(player.problem().contains("quillbar-webplayer"_L1));
         player.start();
         player.start();
         player.pushToken(u"token"_s);
-        QVERIFY(player.problem().contains("quillbar-webplayer"_L1));
+        QVERIFY(!player.problem().isEmpty());
         QVERIFY(!player.isReady());
+        // It is found as soon as it is installed.
+        QVERIFY(QFile::link(u"/bin/cat"_s, helper));
+        player.start();
+        QCOMPARE(player.problem(), QString());
     }
 
     void endsWithTheApplication_data()

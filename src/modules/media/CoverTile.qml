@@ -19,7 +19,7 @@ Item {
         anchors.fill: parent
         visible: !image.isLoaded
         radius: root.radius
-        color: root.appearance.alpha(0.3 * 0.5)
+        color: Qt.rgba(0.5, 0.5, 0.5, 0.3)
 
         Symbol {
             anchors.centerIn: parent

@@ -65,10 +65,11 @@ Item {
             visible: !root.hasTrack
             appearance: root.appearance
             text: root.service.statusMessage
-            size: Metrics.calloutSize
+            // What says why something failed is longer than the space beside the controls.
+            size: text.length > 40 ? Metrics.captionSize : Metrics.calloutSize
             color: root.appearance.secondary
             wrapMode: Text.Wrap
-            maximumLineCount: root.large ? 3 : 2
+            maximumLineCount: 4
         }
     }
 

@@ -47,8 +47,8 @@ T.AbstractButton {
                 width: root.diameter + 2 * (root.glowRadius - index)
                 height: width
                 radius: width / 2
-                color: root.accent
-                opacity: 0.6 * 2 * (index + 1) / (root.glowRadius * (root.glowRadius + 1))
+                // An opacity each would make each a batch of its own.
+                color: Qt.alpha(root.accent, 0.6 * 2 * (index + 1) / (root.glowRadius * (root.glowRadius + 1)))
             }
         }
 

@@ -4,40 +4,85 @@
 #include "settings/AppSettings.h"
 #include "theme/ThemeConfig.h"
 
+#include <QNetworkAccessManager>
+
 namespace randblatt {
 
 using namespace Qt::StringLiterals;
 
-SpotifyModule::SpotifyModule(const Environment &environment, QObject *parent)
-    : SidebarModule(parent)
-    , m_settings(environment.settings)
-    , m_mediaKeys(new MediaKeys(environment.mediaKeySink, this))
-    , m_auth(new SpotifyAuth(environment.preferences, environment.settings, environment.authenticationSession,
-                             m_network, environment.hosts, {}, this))
-    , m_webPlayer(new SpotifyWebPlayer(
-          environment.webPlayerHelper, environment.hosts.sdk,
-          [auth = m_auth](QObject *context, const SpotifyWebPlayer::TokenCompletion &completion) {
-              auth->validAccessToken(context, completion);
-          },
-          this))
-    , m_service(new SpotifyService(*m_auth, m_network, environment.hosts.api, this))
-    , m_covers(new CoverCache(m_network, CoverCache::defaultFolder(), 32'000'000, this))
+/// The services of the Spotify player, in the order in which they depend on one another.
+struct SpotifyModule::Player
 {
-    connect(m_webPlayer, &SpotifyWebPlayer::deviceIDPublished, m_service,
-            [this] { m_service->setDeviceID(m_webPlayer->deviceID()); });
-    connect(m_webPlayer, &SpotifyWebPlayer::isReadyChanged, m_service,
-            [this] { m_service->setDeviceReady(m_webPlayer->isReady()); });
-    connect(&m_settings, &AppSettings::mediaSourceChanged, this, &SpotifyModule::update);
-    connect(m_auth, &SpotifyAuth::isAuthorizedChanged, this, [this] {
-        if (!m_auth->isAuthorized())
-            m_service->reset();
+    explicit Player(const Environment &environment)
+        : auth(environment.preferences, environment.settings, environment.authenticationSession, network,
+               environment.hosts)
+        , webPlayer(environment.webPlayerHelper, environment.hosts.sdk,
+                    [this](QObject *context, const SpotifyWebPlayer::TokenCompletion &completion) {
+                        auth.validAccessToken(context, completion);
+                    })
+        , service(auth, network, environment.hosts.api)
+        , covers(network, CoverCache::defaultFolder())
+    {
+    }
+
+    QNetworkAccessManager network;
+    SpotifyAuth auth;
+    SpotifyWebPlayer webPlayer;
+    SpotifyService service;
+    CoverCache covers;
+};
+
+SpotifyModule::SpotifyModule(Environment environment, QObject *parent)
+    : SidebarModule(parent)
+    , m_environment(std::move(environment))
+    , m_mediaKeys(new MediaKeys(m_environment.mediaKeySink, this))
+{
+    connect(&m_environment.settings, &AppSettings::mediaSourceChanged, this, &SpotifyModule::update);
+}
+
+SpotifyModule::~SpotifyModule() = default;
+
+SpotifyModule::Player &SpotifyModule::player()
+{
+    if (m_player)
+        return *m_player;
+    m_player = std::make_unique<Player>(m_environment);
+    Player &made = *m_player;
+    connect(&made.webPlayer, &SpotifyWebPlayer::deviceIDPublished, &made.service,
+            [&made] { made.service.setDeviceID(made.webPlayer.deviceID()); });
+    connect(&made.webPlayer, &SpotifyWebPlayer::isReadyChanged, &made.service,
+            [&made] { made.service.setDeviceReady(made.webPlayer.isReady()); });
+    connect(&made.auth, &SpotifyAuth::isAuthorizedChanged, this, [this, &made] {
+        if (!made.auth.isAuthorized())
+            made.service.reset();
         update();
     });
     // A sign-in while the player is shown brought new permissions.
-    connect(m_auth, &SpotifyAuth::signedIn, this, [this] {
+    connect(&made.auth, &SpotifyAuth::signedIn, this, [this] {
         if (m_isActive)
             begin();
     });
+    return made;
+}
+
+SpotifyAuth *SpotifyModule::auth()
+{
+    return &player().auth;
+}
+
+SpotifyService *SpotifyModule::service()
+{
+    return &player().service;
+}
+
+SpotifyWebPlayer *SpotifyModule::webPlayer()
+{
+    return &player().webPlayer;
+}
+
+CoverCache *SpotifyModule::covers()
+{
+    return &player().covers;
 }
 
 QString SpotifyModule::id() const
@@ -59,18 +104,15 @@ ViewDescription SpotifyModule::makeView() const
 {
     return {QUrl(u"qrc:/qt/qml/Randblatt/Media/SpotifyView.qml"_s),
             {{u"module"_s, QVariant::fromValue(this)},
-             {u"settings"_s, QVariant::fromValue(&m_settings)},
+             {u"settings"_s, QVariant::fromValue(&m_environment.settings)},
              {u"mediaKeys"_s, QVariant::fromValue(m_mediaKeys)},
-             {u"auth"_s, QVariant::fromValue(m_auth)},
-             {u"service"_s, QVariant::fromValue(m_service)},
-             {u"covers"_s, QVariant::fromValue(m_covers)},
              {u"accent"_s, moduleAccentColor(id())}}};
 }
 
 ViewDescription SpotifyModule::makeQuickMenu() const
 {
     return {QUrl(u"qrc:/qt/qml/Randblatt/Media/SpotifyQuickMenu.qml"_s),
-            {{u"auth"_s, QVariant::fromValue(m_auth)}, {u"webPlayer"_s, QVariant::fromValue(m_webPlayer)}}};
+            {{u"module"_s, QVariant::fromValue(this)}}};
 }
 
 void SpotifyModule::setOnScreen(QObject *view, bool onScreen)
@@ -84,23 +126,25 @@ void SpotifyModule::setOnScreen(QObject *view, bool onScreen)
 
 void SpotifyModule::update()
 {
-    const bool isActive =
-        !m_views.isEmpty() && m_settings.mediaSource() == MediaSource::spotify && m_auth->isAuthorized();
+    // Asked for last: with the system's media control there is no player to be made.
+    const bool isActive = !m_views.isEmpty() &&
+                          m_environment.settings.mediaSource() == MediaSource::spotify &&
+                          auth()->isAuthorized();
     if (m_isActive == isActive)
         return;
     m_isActive = isActive;
     if (isActive)
         begin();
     else
-        m_service->stopPolling();
+        service()->stopPolling();
 }
 
 void SpotifyModule::begin()
 {
-    m_webPlayer->start();
-    m_service->startPolling();
-    m_service->loadPlaylists();
-    m_service->loadUserID();
+    webPlayer()->start();
+    service()->startPolling();
+    service()->loadPlaylists();
+    service()->loadUserID();
 }
 
 } // namespace randblatt

@@ -6,8 +6,9 @@
 #include "modules/media/SpotifyWebPlayer.h"
 #include "settings/SidebarModule.h"
 
-#include <QNetworkAccessManager>
 #include <QSet>
+
+#include <memory>
 
 namespace randblatt {
 
@@ -15,12 +16,17 @@ class MediaKeySink;
 class MediaKeys;
 
 /// The media card: the controls of whichever application plays, or the Spotify player. The player's services
-/// rest until a view of the player is on the screen and the user is signed in.
+/// are made when one of them is first asked for, and rest until a view of the player is on the screen and the
+/// user is signed in.
 class SpotifyModule : public SidebarModule
 {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Modules are made at start-up.")
+    Q_PROPERTY(randblatt::SpotifyAuth *auth READ auth CONSTANT FINAL)
+    Q_PROPERTY(randblatt::SpotifyService *service READ service CONSTANT FINAL)
+    Q_PROPERTY(randblatt::SpotifyWebPlayer *webPlayer READ webPlayer CONSTANT FINAL)
+    Q_PROPERTY(randblatt::CoverCache *covers READ covers CONSTANT FINAL)
 
 public:
     /// What the module borrows; everything must outlive it.
@@ -35,7 +41,8 @@ public:
         QString webPlayerHelper;
     };
 
-    explicit SpotifyModule(const Environment &environment, QObject *parent = nullptr);
+    explicit SpotifyModule(Environment environment, QObject *parent = nullptr);
+    ~SpotifyModule() override;
 
     [[nodiscard]] QString id() const override;
     [[nodiscard]] QString title() const override;
@@ -46,21 +53,22 @@ public:
     /// A view of the module appeared on the screen or disappeared from it.
     Q_INVOKABLE void setOnScreen(QObject *view, bool onScreen);
 
-    [[nodiscard]] SpotifyAuth *auth() const { return m_auth; }
-    [[nodiscard]] SpotifyService *service() const { return m_service; }
-    [[nodiscard]] SpotifyWebPlayer *webPlayer() const { return m_webPlayer; }
+    /// The module's; never null.
+    [[nodiscard]] SpotifyAuth *auth();
+    [[nodiscard]] SpotifyService *service();
+    [[nodiscard]] SpotifyWebPlayer *webPlayer();
+    [[nodiscard]] CoverCache *covers();
 
 private:
+    struct Player;
+
+    [[nodiscard]] Player &player();
     void update();
     void begin();
 
-    AppSettings &m_settings;
-    QNetworkAccessManager m_network;
+    Environment m_environment;
     MediaKeys *m_mediaKeys;
-    SpotifyAuth *m_auth;
-    SpotifyWebPlayer *m_webPlayer;
-    SpotifyService *m_service;
-    CoverCache *m_covers;
+    std::unique_ptr<Player> m_player;
     QSet<QObject *> m_views;
     bool m_isActive = false;
 };

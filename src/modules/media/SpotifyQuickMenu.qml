@@ -6,8 +6,10 @@ import Randblatt.Media
 Column {
     id: root
 
-    required property SpotifyAuth auth
-    required property SpotifyWebPlayer webPlayer
+    required property SpotifyModule module
+
+    readonly property SpotifyAuth auth: module.auth
+    readonly property SpotifyWebPlayer webPlayer: module.webPlayer
 
     spacing: Metrics.gap
 

@@ -11,25 +11,22 @@ FocusScope {
     required property AppSettings settings
     required property SpotifyModule module
     required property MediaKeys mediaKeys
-    required property SpotifyAuth auth
-    required property SpotifyService service
-    required property CoverCache covers
     required property color accent
 
     readonly property bool onScreen: visible && Window.visibility !== Window.Hidden
     readonly property string content: settings.mediaSource === "system" ? "SystemMediaView.qml"
-                                    : auth.isAuthorized ? "SpotifyPlayer.qml" : "SpotifySignIn.qml"
+                                    : module.auth.isAuthorized ? "SpotifyPlayer.qml" : "SpotifySignIn.qml"
 
-    // By name, so that what is not shown is not even loaded.
+    // By name, so that what is not shown is not even loaded, nor the services that it needs made.
     function load(): void {
         const common = { appearance: appearance }
         if (content === "SystemMediaView.qml")
             loader.setSource(content, Object.assign(common, { mediaKeys: mediaKeys, accent: accent }))
         else if (content === "SpotifySignIn.qml")
-            loader.setSource(content, Object.assign(common, { auth: auth }))
+            loader.setSource(content, Object.assign(common, { auth: module.auth }))
         else
-            loader.setSource(content, Object.assign(common, { auth: auth, service: service, covers: covers,
-                                                              accent: accent }))
+            loader.setSource(content, Object.assign(common, { auth: module.auth, service: module.service,
+                                                              covers: module.covers, accent: accent }))
     }
 
     onContentChanged: load()

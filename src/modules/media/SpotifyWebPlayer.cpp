@@ -22,12 +22,15 @@ constexpr int longestRestart = 60;
 constexpr qint64 soundLifetime = 60'000;
 constexpr int quitTimeOut = 500;
 
-const QString helperMissing = u"Für die Wiedergabe auf diesem Gerät fehlt das Paket „quillbar-webplayer“. "
-                              "Andere Geräte lassen sich trotzdem steuern."_s;
+const QString helperMissing =
+    u"Quillbar kann hier nicht selbst abspielen: Das Zusatzpaket „quillbar-webplayer“ ist nicht installiert. "
+    "Alles andere funktioniert: Die Wiedergabe auf anderen Geräten, etwa in der Spotify-App, lässt sich von "
+    "hier aus steuern."_s;
 const QString moduleMissing =
-    u"Für die Wiedergabe auf diesem Gerät fehlt das Modul für geschützte Audioinhalte (Widevine). "
-    "Installiere Google Chrome oder spiele in Firefox einmal geschützte Inhalte ab und starte Quillbar neu. "
-    "Andere Geräte lassen sich trotzdem steuern."_s;
+    u"Quillbar kann hier nicht selbst abspielen: Das Modul für geschützte Audioinhalte (Widevine) fehlt. Es "
+    "kommt mit Google Chrome oder mit Firefox, wenn dort einmal geschützte Inhalte abgespielt wurden; starte "
+    "Quillbar danach neu. Alles andere funktioniert: Die Wiedergabe auf anderen Geräten, etwa in der "
+    "Spotify-App, lässt sich von hier aus steuern."_s;
 
 } // namespace
 
@@ -39,6 +42,7 @@ SpotifyWebPlayer::SpotifyWebPlayer(QString helper, QUrl sdk, TokenProvider token
 {
     m_restart.setSingleShot(true);
     connect(&m_restart, &QTimer::timeout, this, &SpotifyWebPlayer::launch);
+    findHelper();
 }
 
 SpotifyWebPlayer::~SpotifyWebPlayer()
@@ -67,14 +71,22 @@ void SpotifyWebPlayer::start()
         launch();
 }
 
+bool SpotifyWebPlayer::findHelper()
+{
+    const bool isThere = QFileInfo(m_helper).isExecutable();
+    if (isThere && m_problem == helperMissing) {
+        setProblem({});
+    } else if (!isThere && m_problem != helperMissing) {
+        qCInfo(lcWebPlayer, "Kein eigenes Wiedergabegerät: %ls fehlt", qUtf16Printable(m_helper));
+        setProblem(helperMissing);
+    }
+    return isThere;
+}
+
 void SpotifyWebPlayer::launch()
 {
-    if (!QFileInfo(m_helper).isExecutable()) {
-        if (m_problem.isEmpty())
-            qCInfo(lcWebPlayer, "Kein eigenes Wiedergabegerät: %ls fehlt", qUtf16Printable(m_helper));
-        setProblem(helperMissing);
+    if (!findHelper())
         return;
-    }
     m_sinceLaunch.start();
     m_reader = {};
     m_process = std::make_unique<QProcess>();

@@ -46,8 +46,8 @@ public:
     /// The device's id as the SDK last told it; none before, and while the helper is down.
     [[nodiscard]] std::optional<QString> deviceID() const { return m_deviceID; }
     [[nodiscard]] bool isReady() const { return m_isReady; }
-    /// Why music cannot be played on this device, and what to do about it, in German; empty where nothing is
-    /// known to be missing.
+    /// Why music cannot be played on this device, what to do about it and what works nevertheless, in German;
+    /// empty where nothing is known to be missing. The engine is asked by the helper, not before that runs.
     [[nodiscard]] QString problem() const { return m_problem; }
 
 Q_SIGNALS:
@@ -57,6 +57,7 @@ Q_SIGNALS:
     void problemChanged();
 
 private:
+    bool findHelper();
     void launch();
     void helperEnded();
     void readLines();

@@ -58,29 +58,8 @@ FocusScope {
 
         onWidthChanged: positionViewAtIndex(currentIndex, ListView.Beginning)
 
-        // A notch of the wheel, or as much on a touchpad, turns one page; what follows at once is the same
-        // gesture.
-        WheelHandler {
-            id: wheel
-
-            property real turned: 0
-
-            orientation: Qt.Horizontal
-            acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
-            onWheel: event => {
-                const wasBelow = Math.abs(turned) < 120
-                turned += event.angleDelta.x
-                if (wasBelow && Math.abs(turned) >= 120)
-                    root.turnPage(turned > 0 ? -1 : 1)
-                quiet.restart()
-            }
-        }
-
-        Timer {
-            id: quiet
-
-            interval: 150
-            onTriggered: wheel.turned = 0
+        PageWheel {
+            onTurned: step => root.turnPage(step)
         }
 
         delegate: KanbanColumn {

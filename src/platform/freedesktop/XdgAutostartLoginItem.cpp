@@ -1,5 +1,7 @@
 #include "platform/freedesktop/XdgAutostartLoginItem.h"
 
+#include "platform/freedesktop/DesktopEntry.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -11,24 +13,6 @@ namespace randblatt {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// A value of type string: backslash is the escape character (Desktop Entry Specification, "Value types").
-QString escaped(QString text)
-{
-    return text.replace(u'\\', "\\\\"_L1);
-}
-
-/// One argument of an Exec line (Desktop Entry Specification, "The Exec key").
-QString quoted(const QString &argument)
-{
-    QString inner;
-    for (const QChar character : argument) {
-        if (character == u'"' || character == u'`' || character == u'$' || character == u'\\')
-            inner += u'\\';
-        inner += character == u'%' ? u"%%"_s : QString(character);
-    }
-    return u'"' + inner + u'"';
-}
 
 /// The value of a key in the group of the desktop entry itself.
 QString value(const QString &entry, QLatin1StringView key)
@@ -97,8 +81,8 @@ QByteArray XdgAutostartLoginItem::entry() const
         u"Type=Application"_s,
         u"Name=Quillbar"_s,
         u"Comment=Seitenleiste am Bildschirmrand"_s,
-        u"Exec="_s + escaped(quoted(m_executable)),
-        u"TryExec="_s + escaped(m_executable),
+        u"Exec="_s + desktopEntryString(desktopEntryArgument(m_executable)),
+        u"TryExec="_s + desktopEntryString(m_executable),
         u"Icon=com.randblatt.Quillbar"_s,
         u"Terminal=false"_s,
         QString(),

@@ -43,7 +43,9 @@ QImage SymbolProvider::image(const QString &name, const QColor &color, int exten
     renderer.render(&painter);
     painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
     painter.fillRect(drawn.rect(), color);
-    return drawn;
+    painter.end();
+    // The picture that was painted on keeps the painting engine, several times its own size.
+    return drawn.copy();
 }
 
 } // namespace randblatt

@@ -1,3 +1,4 @@
+import QtQuick
 import QtQuick.Dialogs
 
 // The toolkit's colour dialog, without opacity.

@@ -1,8 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
 
-import Randblatt.Controls
-
 // One choice out of a few, each with a line of its own and, where it has one, a description. The keyboard
 // reaches the chosen one and moves on with the arrow keys.
 Column {

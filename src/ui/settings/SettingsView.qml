@@ -11,8 +11,8 @@ FocusScope {
     required property AppSettings settings
     required property ModuleListModel modules
     required property ThemeEditor editor
-    // The account with the music service, if there is one to connect.
-    property var account: null
+    // The media module, if there is one: see SpotifySettings.
+    property var media: null
 
     component Page: Loader {
         required property int index
@@ -77,7 +77,7 @@ FocusScope {
             index: 3
             sourceComponent: SpotifySettings {
                 settings: root.settings
-                account: root.account
+                media: root.media
             }
         }
     }

@@ -11,11 +11,11 @@ namespace randblatt {
 using namespace Qt::StringLiterals;
 
 SettingsWindowController::SettingsWindowController(QQmlEngine &engine, AppSettings &settings,
-                                                   ModuleRegistry &registry, QObject *account)
+                                                   ModuleRegistry &registry, QObject *media)
     : m_engine(engine)
     , m_settings(settings)
     , m_registry(registry)
-    , m_account(account)
+    , m_media(media)
 {
 }
 
@@ -33,7 +33,7 @@ void SettingsWindowController::show()
                               {u"settings"_s, QVariant::fromValue(&m_settings)},
                               {u"modules"_s, QVariant::fromValue(m_modules.get())},
                               {u"editor"_s, QVariant::fromValue(m_editor.get())},
-                              {u"account"_s, QVariant::fromValue(m_account)},
+                              {u"media"_s, QVariant::fromValue(m_media)},
                           },
                           u"Einstellungen – Quillbar"_s,
                           QSize(720, 780),

@@ -21,11 +21,13 @@ class ThemeEditor;
 class SettingsWindowController : public WindowController
 {
 public:
-    /// Everything is borrowed and must outlive the controller. `account`, where there is one, is the user's
-    /// account with the music service, which the window then offers to connect: an object with the properties
-    /// `isAuthorized` and `lastError` and the operations `signIn()` and `signOut()`.
+    /// Everything is borrowed and must outlive the controller. `media`, where there is one, is the media
+    /// module: its property `auth` is the user's account with the music service, which the window offers to
+    /// connect (`isAuthorized`, `lastError`, `signIn()`, `signOut()`), and the `problem` of its property
+    /// `webPlayer` says why the application cannot play by itself. They are not asked for before they are
+    /// seen.
     SettingsWindowController(QQmlEngine &engine, AppSettings &settings, ModuleRegistry &registry,
-                             QObject *account = nullptr);
+                             QObject *media = nullptr);
     ~SettingsWindowController() override;
 
     void show() override;
@@ -36,7 +38,7 @@ private:
     QQmlEngine &m_engine;
     AppSettings &m_settings;
     ModuleRegistry &m_registry;
-    QObject *m_account;
+    QObject *m_media;
     std::unique_ptr<ModuleListModel> m_modules;
     std::unique_ptr<ThemeEditor> m_editor;
     std::unique_ptr<FormWindow> m_window;

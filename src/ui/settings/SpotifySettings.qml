@@ -3,13 +3,16 @@ import QtQuick
 import Randblatt.Forms
 import Randblatt.Settings
 
-// The tab for the music service: the client ID and, where there is an account object, connecting it.
+// The tab for the music service: the client ID, connecting the account, and why nothing plays on this device.
 FormScroll {
     id: root
 
     required property AppSettings settings
-    // Has isAuthorized, lastError, signIn() and signOut(); null where there is nothing to connect.
-    property var account: null
+    // Has auth with isAuthorized, lastError, signIn() and signOut(), and webPlayer with problem; null where
+    // there is nothing to connect.
+    property var media: null
+    readonly property var account: media?.auth ?? null
+    readonly property string problem: media?.webPlayer?.problem ?? ""
 
     FormSection {
         heading: "Zugang"
@@ -53,6 +56,20 @@ FormScroll {
                 text: root.account?.isAuthorized ? "Trennen" : "Verbinden"
                 onClicked: root.account.isAuthorized ? root.account.signOut() : root.account.signIn()
             }
+        }
+    }
+
+    FormSection {
+        visible: root.problem !== ""
+        heading: "Wiedergabe auf diesem Gerät"
+
+        FormText {
+            objectName: "playbackProblem"
+            x: FormStyle.rowPadding
+            width: parent.width - 2 * x
+            topPadding: 14
+            bottomPadding: 14
+            text: root.problem
         }
     }
 }

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "modules/media/CardView.h"
 #include "modules/media/ScriptedSession.h"
 #include "modules/media/SpotifyModule.h"
 #include "platform/MediaKeySink.h"
 #include "settings/AppSettings.h"
 #include "settings/Preferences.h"
+#include "support/CardView.h"
 #include "support/Fakes.h"
 #include "support/SpotifyServer.h"
 

@@ -42,6 +42,32 @@ private:
     }
 };
 
+class FakeWebPlayer : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(QString problem MEMBER problem NOTIFY problemChanged FINAL)
+
+public:
+    QString problem;
+
+Q_SIGNALS:
+    void problemChanged();
+};
+
+class FakeMedia : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(QObject *auth READ auth CONSTANT FINAL)
+    Q_PROPERTY(QObject *webPlayer READ webPlayer CONSTANT FINAL)
+
+public:
+    FakeAccount account;
+    FakeWebPlayer player;
+
+    QObject *auth() { return &account; }
+    QObject *webPlayer() { return &player; }
+};
+
 struct Fixture
 {
     Preferences preferences{Preferences::inMemory()};
@@ -52,8 +78,8 @@ struct Fixture
     SettingsWindowController controller;
     std::optional<ViewTest> view;
 
-    explicit Fixture(const QString &tab, QObject *account = nullptr)
-        : controller(engine, settings, registry, account)
+    explicit Fixture(const QString &tab, QObject *media = nullptr)
+        : controller(engine, settings, registry, media)
     {
         prepareEngine(engine);
         controller.show();
@@ -346,15 +372,22 @@ private Q_SLOTS:
         without.view->type(u" abc1"_s);
         QCOMPARE(without.stored<QString>(u"spotifyClientID"_s), u"abc1"_s);
 
-        FakeAccount account;
+        FakeMedia media;
+        FakeAccount &account = media.account;
         account.error = u"Keine Autorisierung erhalten."_s;
-        Fixture with(u"Spotify"_s, &account);
+        Fixture with(u"Spotify"_s, &media);
         QCOMPARE(with.item(u"accountState"_s)->property("description").toString(), account.error);
         with.view->click(with.item(u"connectAccount"_s));
         QVERIFY(account.authorized);
         QCOMPARE(with.text(u"connectAccount"_s), u"Trennen"_s);
         with.view->click(with.item(u"connectAccount"_s));
         QVERIFY(!account.authorized);
+
+        QVERIFY(!with.item(u"playbackProblem"_s)->isVisible());
+        media.player.problem = u"Es fehlt etwas."_s;
+        Q_EMIT media.player.problemChanged();
+        QVERIFY(with.item(u"playbackProblem"_s)->isVisible());
+        QCOMPARE(with.text(u"playbackProblem"_s), media.player.problem);
     }
 };
 

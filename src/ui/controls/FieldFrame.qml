@@ -1,8 +1,6 @@
 import QtQuick
 
-import Randblatt.Controls
-
-// What a field of the form stands in: a rounded border that lights up while the keyboard is in it.
+// What a field stands in: a rounded border that lights up while the keyboard is in it.
 Rectangle {
     id: root
 

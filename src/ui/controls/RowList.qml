@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Templates as T
-import Randblatt.Controls
 
 // A scrolling list of rows that the keyboard goes through: the arrow keys make another row current, and the
 // current one takes Return and Delete.

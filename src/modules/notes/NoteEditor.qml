@@ -1,0 +1,103 @@
+import QtQuick
+import QtQuick.Templates as T
+
+import Randblatt.Controls
+import Randblatt.Notes
+
+// A scrolling editor for plain text on a darkened ground. The text is its user's: load() puts it in, and the
+// content tells of every change.
+FocusScope {
+    id: root
+
+    required property CardAppearance appearance
+    // What assistive tools call the editor.
+    required property string name
+    property string placeholder
+
+    readonly property EditedDocument content: document
+    readonly property Item input: area
+    readonly property real textSize: Math.round(14 * appearance.textScale * 4) / 4
+
+    // Starts over with `text`: there is nothing to undo.
+    function load(text: string): void {
+        document.isTaking = true
+        area.text = text
+        area.cursorPosition = 0
+        document.isTaking = false
+    }
+
+    EditedDocument {
+        id: document
+
+        document: area.textDocument
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        radius: 10
+        color: Qt.rgba(0, 0, 0, 0.22)
+    }
+
+    Flickable {
+        id: view
+
+        anchors.fill: parent
+        anchors.margins: 6
+        clip: true
+        boundsBehavior: Flickable.StopAtBounds
+
+        T.ScrollBar.vertical: CardScrollBar {
+            appearance: root.appearance
+        }
+
+        // Keeps the cursor in view and gives the editor all of the ground.
+        T.TextArea.flickable: T.TextArea {
+            id: area
+
+            objectName: "textArea"
+            focus: true
+            activeFocusOnTab: true
+            leftPadding: 7
+            rightPadding: 7
+            topPadding: 8
+            bottomPadding: 8
+            color: root.appearance.foreground
+            selectionColor: root.appearance.accent
+            selectedTextColor: "white"
+            selectByMouse: true
+            textFormat: TextEdit.PlainText
+            wrapMode: TextEdit.Wrap
+            // As all other texts; a template would take the theme's font for editors.
+            font.family: hint.font.family
+            font.pixelSize: root.textSize
+
+            Accessible.role: Accessible.EditableText
+            Accessible.name: root.name
+            Accessible.description: root.placeholder
+            Accessible.multiLine: true
+
+            // The editor is one control among others: Tab leads on.
+            Keys.onTabPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
+            Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
+        }
+    }
+
+    Text {
+        id: hint
+
+        objectName: "placeholder"
+        anchors.fill: parent
+        leftPadding: 13
+        rightPadding: 13
+        topPadding: 14
+        bottomPadding: 14
+        // Text that an input method is still composing stands in its place as well.
+        visible: area.length === 0 && area.preeditText === ""
+        text: root.placeholder
+        color: root.appearance.secondary
+        font.pixelSize: root.textSize
+        elide: Text.ElideRight
+        textFormat: Text.PlainText
+        Accessible.ignored: true
+    }
+}

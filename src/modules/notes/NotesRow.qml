@@ -1,0 +1,88 @@
+import QtQuick
+import QtQuick.Templates as T
+
+import Randblatt.Controls
+
+// A line of a list: a symbol, a name and, at the end, another symbol.
+T.AbstractButton {
+    id: root
+
+    required property CardAppearance appearance
+    property string symbol
+    property string trailingSymbol
+
+    readonly property bool isCurrent: ListView.isCurrentItem && ListView.view.activeFocus
+
+    leftPadding: Metrics.cardPadding
+    rightPadding: Metrics.cardPadding
+    topPadding: 6
+    bottomPadding: 6
+    implicitHeight: implicitContentHeight + topPadding + bottomPadding
+    focusPolicy: Qt.NoFocus
+    hoverEnabled: true
+
+    Accessible.role: Accessible.ListItem
+    Accessible.name: text
+    Accessible.selected: checked
+    Accessible.onPressAction: root.clicked()
+
+    contentItem: Item {
+        implicitHeight: Math.max(start.height, name.implicitHeight)
+
+        Symbol {
+            id: start
+
+            anchors.verticalCenter: parent.verticalCenter
+            name: root.symbol
+            size: Math.round(14 * root.appearance.textScale)
+            color: root.appearance.secondary
+        }
+
+        CardText {
+            id: name
+
+            objectName: "rowName"
+            anchors.left: start.right
+            anchors.leftMargin: 8
+            anchors.right: end.left
+            anchors.rightMargin: Metrics.tightGap
+            anchors.verticalCenter: parent.verticalCenter
+            appearance: root.appearance
+            text: root.text
+        }
+
+        Symbol {
+            id: end
+
+            objectName: "rowMark"
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            visible: root.trailingSymbol !== ""
+            name: root.trailingSymbol
+            size: Math.round(11 * root.appearance.textScale)
+            color: root.appearance.secondary
+        }
+    }
+
+    background: Item {
+        Rectangle {
+            anchors.fill: parent
+            anchors.leftMargin: Metrics.cardPadding - 6
+            anchors.rightMargin: Metrics.cardPadding - 6
+            radius: Metrics.rowRadius
+            color: root.appearance.alpha(root.down ? 0.12 : root.hovered ? 0.07 : 0)
+
+            FocusRing {
+                visible: root.isCurrent
+                anchors.margins: 0
+                radius: Metrics.rowRadius
+                accent: root.appearance.accent
+            }
+        }
+
+        // Not on the button itself: with a handler it would take the right mouse button as well.
+        HoverHandler {
+            cursorShape: Qt.PointingHandCursor
+        }
+    }
+}

@@ -1,0 +1,76 @@
+"""The notes card in the built program, with another program at the same library."""
+
+import time
+import unittest
+
+from test_sidebar import SHOWN, Sidebar, store
+from virtual_desktop import VirtualDesktop, wait_for
+
+# Places in a card that is alone in the panel.
+BACK, REFRESH, COMPOSE, DELETE = (36, 83), (357, 83), (383, 83), (36, 491)
+FIRST_ROW = (200, 134)
+TEXT = (200, 200)
+
+
+class NotesTest(unittest.TestCase):
+    def start(self, mode):
+        desktop = VirtualDesktop(compositor=True)
+        self.addCleanup(desktop.close)
+        store(desktop, alwaysVisible=True, notesMode=mode, enabledModuleIDs=["notes"])
+        sidebar = Sidebar(desktop)
+        sidebar.wait_shown(SHOWN)
+        time.sleep(0.5)
+        return desktop, sidebar
+
+    def test_shares_its_notes_with_an_editor(self):
+        desktop, sidebar = self.start("apple")
+        library = desktop.data_home / "quillbar/notes"
+
+        def only_note(folder="Notizen"):
+            files = list((library / folder).glob("*.html"))
+            return files[0] if len(files) == 1 else None
+
+        def note_with(text, folder="Notizen"):
+            wait_for(lambda: only_note(folder) and text in only_note(folder).read_text(encoding="utf-8"),
+                     message=lambda: f"no {text} in {folder}\n{sidebar.program.log}")
+            return only_note(folder)
+
+        desktop.click(*COMPOSE)
+        desktop.type("Umzug")
+        desktop.key("Return")
+        desktop.type("Kartons & Klebeband")
+        desktop.key("ctrl+s")
+        file = note_with("Kartons &amp; Klebeband")
+        self.assertIn("<title>Umzug</title>", file.read_text(encoding="utf-8"))
+
+        file.write_text(file.read_text(encoding="utf-8").replace("Klebeband", "Decken"), encoding="utf-8")
+        desktop.click(*REFRESH)
+        time.sleep(0.5)
+        desktop.click(*FIRST_ROW)
+        time.sleep(0.5)
+        desktop.click(*TEXT)
+        desktop.key("ctrl+End")
+        desktop.type(", Stifte")
+        desktop.key("ctrl+s")
+        # What the editor wrote was read, and is saved with what was typed.
+        self.assertEqual(note_with("Kartons &amp; Decken, Stifte"), file)
+
+        desktop.click(*DELETE)
+        note_with("Kartons &amp; Decken, Stifte", "Zuletzt gelöscht")
+        self.assertIsNone(only_note())
+        self.assertTrue(sidebar.program.is_running())
+
+    def test_keeps_the_scratch_pad(self):
+        desktop, sidebar = self.start("scratch")
+        # The panel is clicked, not the pad: what is typed finds its way there.
+        desktop.click(200, 57)
+        desktop.type("Größe 42")
+        desktop.key("Return")
+        desktop.type("x")
+        # Without a word to the program: what was typed is on the disk already.
+        wait_for(lambda: desktop.preferences().get("notesScratch") == "Größe 42\nx",
+                 message=lambda: f"{desktop.preferences()}\n{sidebar.program.log}")
+
+
+if __name__ == "__main__":
+    unittest.main()
