@@ -121,7 +121,7 @@ class VirtualDesktop:
                 self.start_window_manager(window_manager)
             if compositor:
                 self.start_compositor()
-            self.run("hsetroot", "-solid", wallpaper)
+            self.set_wallpaper(wallpaper)
             # In the middle of the first monitor, away from every edge that might react.
             self.move(self.screens[0][0] // 2, self.screens[0][1] // 2)
         except BaseException:
@@ -212,6 +212,9 @@ class VirtualDesktop:
 
     def start_compositor(self):
         return self.start(["picom", "--backend", "xrender", "--config", "/dev/null"])
+
+    def set_wallpaper(self, colour):
+        self.run("hsetroot", "-solid", colour)
 
     # --- programs
 
