@@ -21,6 +21,26 @@ function(randblatt_library target)
     target_link_libraries(${target} PUBLIC randblatt_options ${ARG_LINK} PRIVATE ${ARG_PRIVATE_LINK})
 endfunction()
 
+# randblatt_wayland_protocols(<target> <XML file> …)
+# A library of what wayland-scanner makes of protocols for a client; the code that it generates is C.
+function(randblatt_wayland_protocols target)
+    set(sources "")
+    foreach(file IN LISTS ARGN)
+        cmake_path(ABSOLUTE_PATH file)
+        cmake_path(GET file STEM name)
+        set(header "${CMAKE_CURRENT_BINARY_DIR}/${name}-client-protocol.h")
+        set(source "${CMAKE_CURRENT_BINARY_DIR}/${name}-protocol.c")
+        add_custom_command(OUTPUT "${header}"
+            COMMAND "${WAYLAND_SCANNER}" client-header "${file}" "${header}" DEPENDS "${file}" VERBATIM)
+        add_custom_command(OUTPUT "${source}"
+            COMMAND "${WAYLAND_SCANNER}" private-code "${file}" "${source}" DEPENDS "${file}" VERBATIM)
+        list(APPEND sources "${header}" "${source}")
+    endforeach()
+    add_library(${target} STATIC ${sources})
+    target_include_directories(${target} PUBLIC "${CMAKE_CURRENT_BINARY_DIR}")
+    target_link_libraries(${target} PUBLIC PkgConfig::WAYLAND)
+endfunction()
+
 # randblatt_qml_module(<target> URI <uri> [SOURCES …] [QML …] LINK … [DEPENDENCIES …])
 # A room with views, or with types that views use: one library and one QML module.
 function(randblatt_qml_module target)

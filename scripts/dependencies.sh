@@ -8,6 +8,7 @@ packages_build=(
     qt6-shadertools-dev qt6-shader-baker
     libsqlite3-dev libical-dev libxcb1-dev libxcb-randr0-dev libxcb-sync-dev libxcb-xfixes0-dev
     libxcb-xinput-dev
+    libwayland-dev wayland-protocols plasma-wayland-protocols
     # Of the desktop's calendars alone, in whose place there is a file.
     libecal2.0-dev?
     # Of the web player alone, without which everything else works.
@@ -18,7 +19,7 @@ packages_runtime=(
     qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript
     qml6-module-qtquick qml6-module-qtquick-window qml6-module-qtquick-layouts
     qml6-module-qtquick-templates qml6-module-qtquick-controls qml6-module-qtquick-dialogs
-    qt6-translations-l10n qt6-svg-plugins? libgl1-mesa-dri libqt6webenginecore6-bin?
+    qt6-translations-l10n qt6-svg-plugins? libgl1-mesa-dri qt6-wayland libqt6webenginecore6-bin?
     xdg-utils desktop-file-utils
 )
 
@@ -27,12 +28,16 @@ packages_virtual_desktop=(
     dbus libglib2.0-bin python3 python3-pil fonts-inter fonts-noto-core
 )
 
+# A Wayland desktop for the tests, the tool that works its pointer and keyboard, and a terminal.
+packages_wayland_desktop=(sway swaybg grim foot libxkbcommon-dev)
+
 # The calendar server itself, for the tests that ask it.
 packages_servers=(evolution-data-server?)
 
 packages_benchmarks=(libbenchmark-dev)
 
-packages_checks=(clang-format lld?)
+# The window managers are there for the system tests, which leave out those that are missing.
+packages_checks=(clang-format lld? xfwm4? mutter? xwayland? python3-dbus?)
 
 # Prints those of the given packages that are not installed.
 missing_packages() {

@@ -6,6 +6,7 @@
 #include "settings/AppSettings.h"
 #include "settings/ModuleRegistry.h"
 #include "sidebar/HoverManager.h"
+#include "sidebar/PointerWatch.h"
 #include "sidebar/SidebarUIState.h"
 
 #include <chrono>
@@ -89,9 +90,12 @@ SidebarPanelController &AppDelegate::panelController()
 
 HoverManager &AppDelegate::hoverManager()
 {
-    if (!m_hoverManager)
+    if (!m_hoverManager) {
+        m_pointerWatch =
+            std::make_unique<PointerWatch>(m_environment.settings, m_environment.desktop, panelController());
         m_hoverManager = std::make_unique<HoverManager>(m_environment.settings, m_environment.desktop,
                                                         m_environment.uiState, panelController());
+    }
     return *m_hoverManager;
 }
 

@@ -18,6 +18,7 @@ class Desktop;
 class HoverManager;
 class ModuleRegistry;
 class NotificationCenter;
+class PointerWatch;
 class SidebarUIState;
 
 /// What the running application consists of, made when it is first needed and exactly once, and how it
@@ -75,6 +76,7 @@ private:
     Environment m_environment;
     std::unique_ptr<ModuleRegistry> m_registry;
     std::unique_ptr<SidebarPanelController> m_panelController;
+    std::unique_ptr<PointerWatch> m_pointerWatch;
     std::unique_ptr<HoverManager> m_hoverManager;
     std::unique_ptr<WindowController> m_settingsWindow;
     std::unique_ptr<WindowController> m_onboarding;

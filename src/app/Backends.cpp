@@ -15,10 +15,19 @@
 #include "platform/x11/SelectionWatcher.h"
 #include "platform/x11/X11Desktop.h"
 #include "platform/x11/X11PanelWindow.h"
+#include "platform/x11/XWaylandDesktop.h"
+
+#ifdef QUILLBAR_WAYLAND
+#include "platform/wayland/LayerShellDesktop.h"
+#include "platform/wayland/LayerShellPanelWindow.h"
+#include "platform/wayland/WaylandSession.h"
+#endif
 
 #include <QDBusConnection>
 #include <QDesktopServices>
 #include <QGuiApplication>
+#include <QQuickItem>
+#include <QQuickWindow>
 
 namespace randblatt {
 
@@ -35,12 +44,77 @@ void watchClassicTray(TrayHost &host)
     follow();
 }
 
+/// Whether the X server that we are on is a guest of a Wayland compositor.
+bool isXWayland()
+{
+    return !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
+           qEnvironmentVariable("XDG_SESSION_TYPE") == "wayland"_L1;
+}
+
+void useX11(Backends &backends)
+{
+    std::unique_ptr<X11Desktop> desktop;
+    if (isXWayland())
+        desktop = std::make_unique<XWaylandDesktop>();
+    else
+        desktop = std::make_unique<X11Desktop>();
+    backends.makePanelWindow = [x11 = desktop.get()](std::unique_ptr<QWindow> window) {
+        return std::make_unique<X11PanelWindow>(std::move(window), *x11);
+    };
+    backends.desktop = std::move(desktop);
+    backends.activate = [](QWindow &window) {
+        const X11Connection x11;
+        KeyboardFocus(x11).give(static_cast<xcb_window_t>(window.winId()));
+    };
+    watchClassicTray(*backends.tray);
+}
+
+void useGeneric(Backends &backends)
+{
+    backends.desktop = std::make_unique<GenericDesktop>();
+    backends.makePanelWindow = [](std::unique_ptr<QWindow> window) {
+        return std::make_unique<GenericPanelWindow>(std::move(window));
+    };
+}
+
+#ifdef QUILLBAR_WAYLAND
+void useWayland(Backends &backends)
+{
+    auto desktop = std::make_unique<LayerShellDesktop>();
+    if (!desktop->isUsable()) {
+        useGeneric(backends);
+        return;
+    }
+    backends.makePanelWindow = [wayland = desktop.get()](std::unique_ptr<QWindow> window) {
+        const auto fade = [quick = qobject_cast<QQuickWindow *>(window.get())](double alpha) {
+            quick->contentItem()->setOpacity(alpha);
+        };
+        return std::make_unique<LayerShellPanelWindow>(std::move(window), *wayland, fade);
+    };
+    backends.desktop = std::move(desktop);
+}
+#endif
+
 } // namespace
 
 Backends::Backends() = default;
 Backends::~Backends() = default;
 Backends::Backends(Backends &&) noexcept = default;
 Backends &Backends::operator=(Backends &&) noexcept = default;
+
+void choosePlatform()
+{
+#ifdef QUILLBAR_WAYLAND
+    // Qt leaves the panel's surface to us only if it is told so before it starts.
+    qputenv("QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT", "1");
+    if (qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        return;
+    if (offersLayerShell())
+        qputenv("QT_QPA_PLATFORM", "wayland");
+    else if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") && !qEnvironmentVariableIsEmpty("DISPLAY"))
+        qputenv("QT_QPA_PLATFORM", "xcb");
+#endif
+}
 
 Backends makeBackends()
 {
@@ -55,23 +129,15 @@ Backends makeBackends()
     backends.calendar = makeCalendarStore();
     backends.wake = std::make_unique<LogindWake>(QDBusConnection::systemBus());
     backends.scripts = makeScriptRunner(NotesLibrary::defaultPath());
-    if (QGuiApplication::platformName() == "xcb"_L1) {
-        auto desktop = std::make_unique<X11Desktop>();
-        backends.makePanelWindow = [x11 = desktop.get()](std::unique_ptr<QWindow> window) {
-            return std::make_unique<X11PanelWindow>(std::move(window), *x11);
-        };
-        backends.desktop = std::move(desktop);
-        backends.activate = [](QWindow &window) {
-            const X11Connection x11;
-            KeyboardFocus(x11).give(static_cast<xcb_window_t>(window.winId()));
-        };
-        watchClassicTray(*backends.tray);
-    } else {
-        backends.desktop = std::make_unique<GenericDesktop>();
-        backends.makePanelWindow = [](std::unique_ptr<QWindow> window) {
-            return std::make_unique<GenericPanelWindow>(std::move(window));
-        };
-    }
+    const QString platform = QGuiApplication::platformName();
+    if (platform == "xcb"_L1)
+        useX11(backends);
+#ifdef QUILLBAR_WAYLAND
+    else if (platform.startsWith("wayland"_L1))
+        useWayland(backends);
+#endif
+    else
+        useGeneric(backends);
     return backends;
 }
 

@@ -1,3 +1,4 @@
+#include "app/Backends.h"
 #include "app/RandblattApp.h"
 #include "app/WarmUp.h"
 #include "platform/freedesktop/SingleInstance.h"
@@ -17,6 +18,7 @@ int main(int argc, char **argv)
     QApplication::setDesktopFileName(u"com.randblatt.Quillbar"_s);
     // On a translucent window, text with colours at its edges would show them as fringes.
     qputenv("QSG_DISTANCEFIELD_ANTIALIASING", "gray");
+    randblatt::choosePlatform();
     QApplication application(argc, argv);
     application.setQuitOnLastWindowClosed(false);
 

@@ -28,6 +28,9 @@ public:
     [[nodiscard]] virtual std::optional<QPointF> pointerLocation() const = 0;
     /// Whether pointerMoved() tells of every change of pointerLocation(), however it comes about.
     [[nodiscard]] virtual bool reportsPointerMotion() const { return false; }
+    /// Names the areas in which the pointer's position is of interest, their borders included, anew with
+    /// every call. A desktop that tells the position only where it was asked to may take the clicks there.
+    virtual void watchPointer(const QList<QRectF> &) {}
     /// Whether translucent windows are blended with what lies behind them.
     [[nodiscard]] virtual bool isComposited() const = 0;
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Screen.h"
+
 #include <QRectF>
 #include <QRegion>
 
@@ -16,6 +18,8 @@ public:
     PanelWindow(const PanelWindow &) = delete;
     PanelWindow &operator=(const PanelWindow &) = delete;
 
+    /// The screen that the frames set from now on belong to, also those beyond its edge.
+    virtual void setScreen(const Screen &) {}
     /// Moves and resizes the window, also while it is hidden; positions beyond the screen's edge are allowed.
     virtual void setFrame(const QRectF &frame) = 0;
     /// The frame that was last set.
@@ -29,8 +33,8 @@ public:
     virtual void orderOut() = 0;
     /// Gives the window the keyboard.
     virtual void makeKey() = 0;
-    /// Asks for a blur of what lies behind this part of the window, given in points from the window's upper
-    /// left corner; none for an empty region. Nothing happens where the desktop has no such blur.
+    /// The part of the window behind which the desktop is to be blurred, in points from the window's upper
+    /// left corner; empty for none. A wish that few desktops grant.
     virtual void setBlurRegion(const QRegion &) {}
 };
 

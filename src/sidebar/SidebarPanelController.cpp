@@ -72,6 +72,7 @@ void SidebarPanelController::show(const Screen &screen)
         m_panel = m_makePanel(geometry.shown.size());
     if (!m_panel)
         return;
+    m_panel->setScreen(screen);
     m_currentScreenID = screen.id;
     m_isAnimatingOut = false;
     if (!m_isVisible) {

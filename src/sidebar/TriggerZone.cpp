@@ -37,6 +37,43 @@ bool TriggerZone::contains(const QRectF &frame, const QPointF &point) const
            (isWithin(maxY - cornerSize, point.y(), maxY) || isWithin(minY, point.y(), minY + cornerSize));
 }
 
+QList<QRectF> TriggerZone::areas(const QRectF &frame) const
+{
+    const auto atSide = [&](double y, double width, double height) {
+        const double x = side == SidebarSide::left ? frame.x() : frame.x() + frame.width() - width;
+        return QRectF(x, y, width, height);
+    };
+    QList<QRectF> areas;
+    if (coversEdge(mode))
+        areas.append(atSide(frame.y(), std::fmax(edgeThickness, 1.0), frame.height()));
+    if (coversCorners(mode) && cornerSize >= 0.0) {
+        areas.append(atSide(frame.y() + frame.height() - cornerSize, cornerSize, cornerSize));
+        areas.append(atSide(frame.y(), cornerSize, cornerSize));
+    }
+    return areas;
+}
+
+QRectF panelArea(const QRectF &visibleFrame, SidebarSide side, double panelWidth)
+{
+    const double width = panelWidth + innerReach + tolerance;
+    const double x = side == SidebarSide::left ? visibleFrame.x() - tolerance
+                                               : visibleFrame.x() + visibleFrame.width() + tolerance - width;
+    return {x, visibleFrame.y() - tolerance, width, visibleFrame.height() + 2.0 * tolerance};
+}
+
+QList<QRectF> around(const QRectF &hole, const QRectF &area)
+{
+    const QRectF inner = hole & area;
+    QList<QRectF> parts{
+        {area.topLeft(), QPointF(inner.left(), area.bottom())},
+        {QPointF(inner.right(), area.top()), area.bottomRight()},
+        {QPointF(inner.left(), area.top()), inner.topRight()},
+        {inner.bottomLeft(), QPointF(inner.right(), area.bottom())},
+    };
+    parts.removeIf([](const QRectF &part) { return part.isEmpty(); });
+    return parts;
+}
+
 bool isInPanelArea(const QRectF &visibleFrame, SidebarSide side, double panelWidth, const QPointF &point)
 {
     const double minX = visibleFrame.x();

@@ -23,10 +23,18 @@ struct TriggerZone
 
     /// Whether `point` is in the zone of the screen with the given full frame.
     [[nodiscard]] bool contains(const QRectF &frame, const QPointF &point) const;
+    /// The zone's part on that screen as rectangles, whose borders all belong to it.
+    [[nodiscard]] QList<QRectF> areas(const QRectF &frame) const;
 };
 
-/// Whether `point` is in the band that keeps a shown panel up: the visible frame's whole height, a little
-/// wider than the panel, with a tolerance beyond the screen's edges.
+/// The band that keeps a shown panel up: the visible frame's whole height, a little wider than the panel,
+/// with a tolerance beyond the screen's edges. All borders belong to it.
+[[nodiscard]] QRectF panelArea(const QRectF &visibleFrame, SidebarSide side, double panelWidth);
+
+/// What lies around `hole` in `area`, as rectangles that may share borders.
+[[nodiscard]] QList<QRectF> around(const QRectF &hole, const QRectF &area);
+
+/// Whether `point` is in the band that keeps a shown panel up.
 [[nodiscard]] bool isInPanelArea(const QRectF &visibleFrame, SidebarSide side, double panelWidth,
                                  const QPointF &point);
 

@@ -20,6 +20,9 @@ from PIL import Image
 POLL_INTERVAL = 0.02
 DEFAULT_TIMEOUT = 10.0
 
+WINDOW_MANAGER_ARGUMENTS = {"openbox": ["--sm-disable"], "mutter": ["--x11", "--sm-disable"],
+                            "xfwm4": ["--sm-client-disable"]}
+
 BUS_CONFIGURATION = """<busconfig>
   <type>session</type>
   <listen>unix:dir={runtime}</listen>
@@ -118,7 +121,7 @@ class VirtualDesktop:
                 self.start_window_manager(window_manager)
             if compositor:
                 self.start_compositor()
-            self.run("hsetroot", "-solid", wallpaper)
+            self.set_wallpaper(wallpaper)
             # In the middle of the first monitor, away from every edge that might react.
             self.move(self.screens[0][0] // 2, self.screens[0][1] // 2)
         except BaseException:
@@ -201,8 +204,7 @@ class VirtualDesktop:
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.process.stdout.readline().decode().strip()
 
     def start_window_manager(self, name):
-        arguments = [name, "--sm-disable"] if name == "openbox" else [name]
-        manager = self.start(arguments)
+        manager = self.start([name, *WINDOW_MANAGER_ARGUMENTS.get(name, ())])
         wait_for(lambda: "window id" in self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK")
                  and "_NET_ACTIVE_WINDOW" in self.run("xprop", "-root", "_NET_SUPPORTED"),
                  message=lambda: f"{name} did not start: {manager.log}")
@@ -210,6 +212,9 @@ class VirtualDesktop:
 
     def start_compositor(self):
         return self.start(["picom", "--backend", "xrender", "--config", "/dev/null"])
+
+    def set_wallpaper(self, colour):
+        self.run("hsetroot", "-solid", colour)
 
     # --- programs
 

@@ -1,0 +1,114 @@
+#include "platform/wayland/LayerShellPanelWindow.h"
+
+#include "platform/wayland/LayerShellDesktop.h"
+#include "platform/wayland/ScreenPixels.h"
+
+#include <QEvent>
+
+namespace randblatt {
+
+LayerShellPanelWindow::LayerShellPanelWindow(std::unique_ptr<QWindow> window, LayerShellDesktop &desktop,
+                                             Fade fade)
+    : m_desktop(desktop)
+    , m_window(std::move(window))
+    , m_fade(std::move(fade))
+    , m_surface(desktop.connection(), *m_window, LayerSurface::Origin::workArea)
+    , m_blur(desktop.connection())
+{
+    m_window->installEventFilter(this);
+    m_desktop.followPanel(m_window.get());
+    connect(&m_desktop, &Desktop::pointerMoved, this, &LayerShellPanelWindow::followPointer);
+}
+
+LayerShellPanelWindow::~LayerShellPanelWindow()
+{
+    LayerShellPanelWindow::orderOut();
+    m_desktop.followPanel(nullptr);
+}
+
+void LayerShellPanelWindow::setScreen(const Screen &screen)
+{
+    if (m_screenID == screen.id)
+        return;
+    m_screenID = screen.id;
+    if (!m_surface.isShown())
+        return;
+    // A surface stays on its screen for good.
+    const bool takesKeyboard = m_surface.takesKeyboard();
+    orderOut();
+    orderFront();
+    m_surface.setTakesKeyboard(takesKeyboard);
+}
+
+void LayerShellPanelWindow::setFrame(const QRectF &frame)
+{
+    m_frame = frame;
+    place();
+}
+
+void LayerShellPanelWindow::setAlpha(double alpha)
+{
+    m_alpha = alpha;
+    m_fade(alpha);
+}
+
+void LayerShellPanelWindow::orderFront()
+{
+    const auto screen = m_desktop.screen(m_screenID);
+    QScreen *handle = m_desktop.handle(m_screenID);
+    if (m_surface.isShown() || !screen || handle == nullptr)
+        return;
+    m_surface.show(*handle, pointsOf(m_frame, screen->visibleFrame), [this] { orderOut(); });
+    m_blur.attach(WaylandConnection::surface(*m_window));
+    place();
+}
+
+void LayerShellPanelWindow::orderOut()
+{
+    m_blur.attach(nullptr);
+    m_surface.setTakesKeyboard(false);
+    m_surface.hide();
+    m_desktop.placePanel(m_screenID, {});
+}
+
+void LayerShellPanelWindow::makeKey()
+{
+    m_wasVisited = false;
+    m_surface.setTakesKeyboard(true);
+    followPointer();
+}
+
+void LayerShellPanelWindow::setBlurRegion(const QRegion &region)
+{
+    m_blur.setRegion(region);
+    m_window->requestUpdate();
+}
+
+bool LayerShellPanelWindow::eventFilter(QObject *, QEvent *event)
+{
+    if (event->type() == QEvent::MouseButtonPress && !m_surface.takesKeyboard())
+        makeKey();
+    return false;
+}
+
+void LayerShellPanelWindow::place()
+{
+    const auto screen = m_desktop.screen(m_screenID);
+    if (!screen)
+        return;
+    // The compositor counts from the corner of what it leaves of the screen.
+    m_surface.setRect(pointsOf(m_frame, screen->visibleFrame));
+    if (m_surface.isShown())
+        m_desktop.placePanel(m_screenID, pointsOf(m_frame, screen->frame));
+}
+
+// Nobody else can take the keyboard from the panel: it gives it back when the user turns elsewhere.
+void LayerShellPanelWindow::followPointer()
+{
+    if (m_desktop.pointerLocation())
+        m_wasVisited = true;
+    else if (m_wasVisited && m_surface.takesKeyboard())
+        m_surface.setTakesKeyboard(false);
+}
+
+} // namespace randblatt

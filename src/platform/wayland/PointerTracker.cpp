@@ -1,0 +1,68 @@
+#include "platform/wayland/PointerTracker.h"
+
+#include <QEnterEvent>
+#include <QMouseEvent>
+#include <QWindow>
+
+namespace randblatt {
+
+PointerTracker::PointerTracker(QObject *parent)
+    : QObject(parent)
+{
+    // On its way from one window to the next the pointer is nowhere in between.
+    m_leaving.setSingleShot(true);
+    m_leaving.setInterval(0);
+    connect(&m_leaving, &QTimer::timeout, this, &PointerTracker::leave);
+}
+
+void PointerTracker::follow(QWindow &window)
+{
+    window.installEventFilter(this);
+    connect(&window, &QObject::destroyed, this, [this, window = &window] { forget(*window); });
+}
+
+void PointerTracker::forget(const QWindow &window)
+{
+    if (m_window == &window)
+        m_leaving.start();
+}
+
+bool PointerTracker::eventFilter(QObject *watched, QEvent *event)
+{
+    const auto *window = static_cast<const QWindow *>(watched);
+    switch (event->type()) {
+    case QEvent::Enter:
+        enter(*window, static_cast<const QEnterEvent *>(event)->position());
+        break;
+    case QEvent::MouseMove:
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+        enter(*window, static_cast<const QMouseEvent *>(event)->position());
+        break;
+    case QEvent::Leave:
+        if (m_window == window)
+            m_leaving.start();
+        break;
+    default:
+        break;
+    }
+    return false;
+}
+
+void PointerTracker::enter(const QWindow &window, const QPointF &position)
+{
+    m_leaving.stop();
+    if (m_window == &window && m_position == position)
+        return;
+    m_window = &window;
+    m_position = position;
+    Q_EMIT moved();
+}
+
+void PointerTracker::leave()
+{
+    m_window = nullptr;
+    Q_EMIT moved();
+}
+
+} // namespace randblatt

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QList>
+#include <QObject>
+#include <QRectF>
+
+namespace randblatt {
+
+class AppSettings;
+class Desktop;
+class SidebarPanelController;
+
+/// Tells the desktop where the edge trigger wants to know of the pointer: in the trigger zones of all screens
+/// and, while the panel is up, in the band around it that keeps it up.
+class PointerWatch : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// All arguments are borrowed and must outlive the watch.
+    PointerWatch(const AppSettings &settings, Desktop &desktop, const SidebarPanelController &controller,
+                 QObject *parent = nullptr);
+
+private:
+    void follow();
+    [[nodiscard]] QList<QRectF> areas() const;
+
+    const AppSettings &m_settings;
+    Desktop &m_desktop;
+    const SidebarPanelController &m_controller;
+};
+
+} // namespace randblatt
