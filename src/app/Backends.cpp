@@ -15,6 +15,7 @@
 #include "platform/x11/SelectionWatcher.h"
 #include "platform/x11/X11Desktop.h"
 #include "platform/x11/X11PanelWindow.h"
+#include "platform/x11/XWaylandDesktop.h"
 
 #ifdef QUILLBAR_WAYLAND
 #include "platform/wayland/LayerShellDesktop.h"
@@ -42,9 +43,20 @@ void watchClassicTray(TrayHost &host)
     follow();
 }
 
+/// Whether the X server that we are on is a guest of a Wayland compositor.
+bool isXWayland()
+{
+    return !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
+           qEnvironmentVariable("XDG_SESSION_TYPE") == "wayland"_L1;
+}
+
 void useX11(Backends &backends)
 {
-    auto desktop = std::make_unique<X11Desktop>();
+    std::unique_ptr<X11Desktop> desktop;
+    if (isXWayland())
+        desktop = std::make_unique<XWaylandDesktop>();
+    else
+        desktop = std::make_unique<X11Desktop>();
     backends.makePanelWindow = [x11 = desktop.get()](std::unique_ptr<QWindow> window) {
         return std::make_unique<X11PanelWindow>(std::move(window), *x11);
     };

@@ -20,6 +20,9 @@ from PIL import Image
 POLL_INTERVAL = 0.02
 DEFAULT_TIMEOUT = 10.0
 
+WINDOW_MANAGER_ARGUMENTS = {"openbox": ["--sm-disable"], "mutter": ["--x11", "--sm-disable"],
+                            "xfwm4": ["--sm-client-disable"]}
+
 BUS_CONFIGURATION = """<busconfig>
   <type>session</type>
   <listen>unix:dir={runtime}</listen>
@@ -146,7 +149,7 @@ class VirtualDesktop:
         self.environment = {"PATH": os.environ.get("PATH", "/usr/bin:/bin"),
                             "LC_ALL": "C.UTF-8", "TZ": "Europe/Berlin", "QT_QPA_PLATFORM": "xcb",
                             "QT_FORCE_STDERR_LOGGING": "1", "LIBGL_ALWAYS_SOFTWARE": "1",
-                            "NO_AT_BRIDGE": "1"}
+                            "NO_AT_BRIDGE": "1", "ASAN_OPTIONS": os.environ.get("ASAN_OPTIONS", "")}
         for variable, relative in folders.items():
             path = self.folder / relative
             path.mkdir(parents=True, exist_ok=True, mode=0o700)
@@ -201,8 +204,7 @@ class VirtualDesktop:
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.process.stdout.readline().decode().strip()
 
     def start_window_manager(self, name):
-        arguments = [name, "--sm-disable"] if name == "openbox" else [name]
-        manager = self.start(arguments)
+        manager = self.start([name, *WINDOW_MANAGER_ARGUMENTS.get(name, ())])
         wait_for(lambda: "window id" in self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK")
                  and "_NET_ACTIVE_WINDOW" in self.run("xprop", "-root", "_NET_SUPPORTED"),
                  message=lambda: f"{name} did not start: {manager.log}")

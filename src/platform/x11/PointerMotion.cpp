@@ -64,12 +64,13 @@ bool PointerMotion::nativeEventFilter(const QByteArray &eventType, void *message
 {
     if (!m_isWatching || eventType != "xcb_generic_event_t")
         return false;
-    if (!announcesMotion(*static_cast<const xcb_generic_event_t *>(message)))
+    const auto &event = *static_cast<const xcb_generic_event_t *>(message);
+    if (!announcesMotion(event))
         return false;
     // A moving pointer sends hundreds of these a second: one is enough until somebody looks again.
     m_isWatching = false;
     select(false);
-    Q_EMIT moved();
+    Q_EMIT moved(event.full_sequence);
     return false;
 }
 

@@ -25,8 +25,9 @@ public:
     void watch() const;
 
 Q_SIGNALS:
-    /// Sent once after watch(); clicks and turns of the wheel may count as motion.
-    void moved();
+    /// Sent once after watch(); clicks and turns of the wheel may count as motion. `sequence` is the number
+    /// of the request that the server had processed last before.
+    void moved(quint32 sequence);
 
 private:
     bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;

@@ -44,13 +44,19 @@ std::optional<QPointF> X11Desktop::pointerLocation() const
 {
     // Before the question, so that no movement falls between the two.
     m_motion.watch();
+    const auto pointer = queryPointer();
+    return pointer ? m_layout.pixelInCore(pointer->pixel) : std::nullopt;
+}
+
+std::optional<X11Desktop::Pointer> X11Desktop::queryPointer() const
+{
     const auto cookie = xcb_query_pointer(m_x11.xcb(), m_x11.root());
     xcb_query_pointer_reply_t *reply = xcb_query_pointer_reply(m_x11.xcb(), cookie, nullptr);
-    std::optional<QPoint> pixel;
+    std::optional<Pointer> pointer;
     if (reply && reply->same_screen)
-        pixel = QPoint(reply->root_x, reply->root_y);
+        pointer = Pointer{QPoint(reply->root_x, reply->root_y), reply->child, cookie.sequence};
     std::free(reply);
-    return pixel ? m_layout.pixelInCore(*pixel) : std::nullopt;
+    return pointer;
 }
 
 bool X11Desktop::nativeEventFilter(const QByteArray &eventType, void *message, qintptr *)

@@ -16,7 +16,7 @@ namespace randblatt {
 
 /// The desktop of an X server: exact to the pixel at every scale factor, with the work area of each monitor.
 /// To be made while the application object runs on the xcb platform.
-class X11Desktop final : public Desktop, private QAbstractNativeEventFilter
+class X11Desktop : public Desktop, private QAbstractNativeEventFilter
 {
     Q_OBJECT
 
@@ -32,8 +32,21 @@ public:
     /// For windows of this desktop.
     [[nodiscard]] const ScreenLayout &layout() const { return m_layout; }
 
-private:
+protected:
+    struct Pointer
+    {
+        QPoint pixel;
+        /// The root window's child below the pointer, or XCB_NONE.
+        xcb_window_t window = XCB_NONE;
+        /// The number of the request that asked for it.
+        quint32 sequence = 0;
+    };
+
+    [[nodiscard]] std::optional<Pointer> queryPointer() const;
+    [[nodiscard]] const PointerMotion &motion() const { return m_motion; }
     bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;
+
+private:
     void watch(const QScreen *screen);
     void refresh();
 

@@ -140,6 +140,8 @@ private:
             m_plain->setGeometry(QRectF(numbers[0], numbers[1], numbers[2], numbers[3]).toRect());
         } else if (command == "front"_L1) {
             m_plain->show();
+        } else if (command == "fullscreen"_L1) {
+            m_plain->showFullScreen();
         } else if (command == "strut"_L1) {
             QList<quint32> strut;
             for (const double number : numbers)

@@ -1,0 +1,69 @@
+"""The sidebar on GNOME, as a guest through XWayland: its X server knows the pointer only over X windows."""
+
+import sys
+import time
+import unittest
+
+from gnome_desktop import GnomeDesktop, missing_programs
+from test_sidebar import SHOWN, Sidebar, store
+from virtual_desktop import wait_for
+
+SKIPPED = 77
+
+
+class GnomeTest(unittest.TestCase):
+    def start(self, **preferences):
+        self.desktop = GnomeDesktop()
+        self.addCleanup(self.desktop.close)
+        self.typed = self.desktop.folder / "typed"
+        # A window of the compositor's own kind that fills the screen.
+        self.desktop.start(["foot", "--fullscreen", "sh", "-c", f"cat > {self.typed}"])
+        wait_for(self.typed.exists, message="no terminal")
+        store(self.desktop, **preferences)
+        self.sidebar = Sidebar(self.desktop)
+        self.sidebar.wait_peek_over()
+
+    def type_into_the_terminal(self, text):
+        self.desktop.type(text + "\n")
+        wait_for(lambda: self.typed.read_text().endswith(text + "\n"), message=lambda: self.typed.read_text())
+
+    def reveal(self, *place):
+        self.desktop.move(*place)
+        self.sidebar.wait_shown(SHOWN)
+
+    def leave(self, *place):
+        self.desktop.move(*place)
+        self.sidebar.wait_hidden()
+
+    def test_comes_and_goes_over_a_foreign_full_screen_window(self):
+        self.start()
+        for round in range(2):
+            self.reveal(0, 400)
+            # Not only mapped, but above: the pointer finds it.
+            self.desktop.move(200, 400)
+            wait_for(lambda: self.desktop.window_below_pointer() == self.sidebar.panel(),
+                     message="the panel lies below")
+            time.sleep(0.4)
+            self.assertIsNotNone(self.sidebar.panel())
+            self.desktop.type(f"Brot {round}\n")
+            wait_for(lambda: len(self.sidebar.tasks()) == round + 1, message=lambda: self.sidebar.program.log)
+            self.leave(900, 700)
+            self.type_into_the_terminal(f"zurueck {round}")
+        self.assertEqual(sorted(task["title"] for task in self.sidebar.tasks()), ["Brot 0", "Brot 1"])
+
+    def test_comes_when_the_pointer_is_pushed_into_a_corner(self):
+        self.start(triggerMode="corners", sidebarSide="right")
+        self.desktop.move(1439, 400)
+        time.sleep(0.5)
+        self.assertIsNone(self.sidebar.panel())
+        self.desktop.move(1400, 899)
+        wait_for(lambda: self.sidebar.frame() == (1020, *SHOWN[1:]), message=lambda: str(self.sidebar.frame()))
+        self.leave(900, 700)
+        self.type_into_the_terminal("zurueck")
+
+
+if __name__ == "__main__":
+    if missing_programs():
+        print("missing:", *missing_programs())
+        sys.exit(SKIPPED)
+    unittest.main()
