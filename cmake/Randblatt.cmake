@@ -13,12 +13,31 @@ if(QUILLBAR_SANITIZE)
     target_link_options(randblatt_options INTERFACE -fsanitize=${QUILLBAR_SANITIZE})
 endif()
 
+# Half of the time that a source takes goes into the headers of Qt's core. ccache does not get along with
+# precompiled headers, and saves more where it is.
+if(NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    file(CONFIGURE OUTPUT "${PROJECT_BINARY_DIR}/precompiled.cpp" CONTENT "")
+    add_library(randblatt_precompiled OBJECT "${PROJECT_BINARY_DIR}/precompiled.cpp")
+    set_target_properties(randblatt_precompiled PROPERTIES AUTOMOC OFF)
+    target_link_libraries(randblatt_precompiled PRIVATE randblatt_options Qt6::Core)
+    target_precompile_headers(randblatt_precompiled PRIVATE
+        <QtCore/QtCore> <algorithm> <chrono> <functional> <memory> <optional> <vector>)
+endif()
+
+# Gives a target that links randblatt_options and Qt6::Core the precompiled header.
+function(randblatt_precompile target)
+    if(TARGET randblatt_precompiled)
+        target_precompile_headers(${target} REUSE_FROM randblatt_precompiled)
+    endif()
+endfunction()
+
 # randblatt_library(<target> SOURCES … LINK … [PRIVATE_LINK …])
 # A plain C++ room.
 function(randblatt_library target)
     cmake_parse_arguments(ARG "" "" "SOURCES;LINK;PRIVATE_LINK" ${ARGN})
     add_library(${target} STATIC ${ARG_SOURCES})
     target_link_libraries(${target} PUBLIC randblatt_options ${ARG_LINK} PRIVATE ${ARG_PRIVATE_LINK})
+    randblatt_precompile(${target})
 endfunction()
 
 # randblatt_wayland_protocols(<target> <XML file> …)
@@ -64,6 +83,7 @@ function(randblatt_qml_module target)
         # Not as imports: those would be loaded with the module, also where a view makes no use of them.
         DEPENDENCIES ${ARG_DEPENDENCIES}
     )
+    randblatt_precompile(${target})
     set_property(GLOBAL APPEND PROPERTY RANDBLATT_QML_TARGETS ${target})
 endfunction()
 
