@@ -20,7 +20,6 @@
 #ifdef QUILLBAR_WAYLAND
 #include "platform/wayland/LayerShellDesktop.h"
 #include "platform/wayland/LayerShellPanelWindow.h"
-#include "platform/wayland/WaylandSession.h"
 #endif
 
 #include <QDBusConnection>
@@ -101,20 +100,6 @@ Backends::Backends() = default;
 Backends::~Backends() = default;
 Backends::Backends(Backends &&) noexcept = default;
 Backends &Backends::operator=(Backends &&) noexcept = default;
-
-void choosePlatform()
-{
-#ifdef QUILLBAR_WAYLAND
-    // Qt leaves the panel's surface to us only if it is told so before it starts.
-    qputenv("QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT", "1");
-    if (qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-        return;
-    if (offersLayerShell())
-        qputenv("QT_QPA_PLATFORM", "wayland");
-    else if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") && !qEnvironmentVariableIsEmpty("DISPLAY"))
-        qputenv("QT_QPA_PLATFORM", "xcb");
-#endif
-}
 
 Backends makeBackends()
 {

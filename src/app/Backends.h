@@ -39,10 +39,6 @@ struct Backends
     std::function<void(QWindow &)> activate = [](QWindow &) {};
 };
 
-/// Chooses the platform that Qt is to run on, unless the environment does; to be called before the
-/// application object is made.
-void choosePlatform();
-
 /// Chooses by the platform that Qt runs on; to be called once the application object exists.
 [[nodiscard]] Backends makeBackends();
 

@@ -1,4 +1,4 @@
-#include "app/Backends.h"
+#include "app/PlatformChoice.h"
 #include "app/RandblattApp.h"
 #include "app/WarmUp.h"
 #include "platform/freedesktop/SingleInstance.h"
@@ -7,6 +7,9 @@
 #include <QApplication>
 #include <QDBusConnection>
 #include <QUrl>
+
+#include <optional>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -18,8 +21,9 @@ int main(int argc, char **argv)
     QApplication::setDesktopFileName(u"com.randblatt.Quillbar"_s);
     // On a translucent window, text with colours at its edges would show them as fringes.
     qputenv("QSG_DISTANCEFIELD_ANTIALIASING", "gray");
-    randblatt::choosePlatform();
+    std::optional<randblatt::PlatformChoice> platform(std::in_place);
     QApplication application(argc, argv);
+    platform.reset();
     application.setQuitOnLastWindowClosed(false);
 
     // The name is ours before any window is made; a second start only tells the first about itself.

@@ -10,6 +10,17 @@
 
 namespace randblatt {
 
+/// Where the pointer's position is of interest; the borders belong to it.
+struct PointerArea
+{
+    QRectF rect;
+    /// Whether clicks there are meant for what lies below. Where one must be taken all the same, it is the
+    /// last, and from then on the pointer is not told there until the area was dropped and is named again.
+    bool yieldsToClicks = false;
+
+    friend bool operator==(const PointerArea &, const PointerArea &) = default;
+};
+
 /// What the desktop in front of the user offers: its screens, and where the pointer is. All geometry is in
 /// the core's coordinates (see Screen).
 class Desktop : public QObject
@@ -28,9 +39,9 @@ public:
     [[nodiscard]] virtual std::optional<QPointF> pointerLocation() const = 0;
     /// Whether pointerMoved() tells of every change of pointerLocation(), however it comes about.
     [[nodiscard]] virtual bool reportsPointerMotion() const { return false; }
-    /// Names the areas in which the pointer's position is of interest, their borders included, anew with
-    /// every call. A desktop that tells the position only where it was asked to may take the clicks there.
-    virtual void watchPointer(const QList<QRectF> &) {}
+    /// Names the areas in which the pointer's position is of interest, anew with every call. A desktop that
+    /// tells the position only there may take the clicks there.
+    virtual void watchPointer(const QList<PointerArea> &) {}
     /// Whether translucent windows are blended with what lies behind them.
     [[nodiscard]] virtual bool isComposited() const = 0;
 

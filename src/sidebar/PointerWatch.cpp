@@ -23,7 +23,7 @@ PointerWatch::PointerWatch(const AppSettings &settings, Desktop &desktop,
     connect(&m_desktop, &Desktop::screensChanged, this, &PointerWatch::follow);
     connect(&m_controller, &SidebarPanelController::isVisibleChanged, this, &PointerWatch::follow);
     // It may have gone to another screen.
-    connect(&m_controller, &SidebarPanelController::slidIn, this, &PointerWatch::follow);
+    connect(&m_controller, &SidebarPanelController::slideInStarted, this, &PointerWatch::follow);
     follow();
 }
 
@@ -32,23 +32,27 @@ void PointerWatch::follow()
     m_desktop.watchPointer(areas());
 }
 
-QList<QRectF> PointerWatch::areas() const
+QList<PointerArea> PointerWatch::areas() const
 {
-    QList<QRectF> areas;
+    QList<PointerArea> areas;
     // A panel that is always up does not heed the pointer.
     if (m_settings.alwaysVisible())
         return areas;
     const TriggerZone zone{m_settings.triggerMode(), m_settings.sidebarSide(), m_settings.cornerSize(),
                            m_settings.edgeThickness()};
     const QList<Screen> screens = m_desktop.screens();
+    const auto append = [&](const QList<QRectF> &rects, bool yieldsToClicks) {
+        for (const QRectF &rect : rects)
+            areas.append({rect, yieldsToClicks});
+    };
     for (const Screen &screen : screens)
-        areas.append(zone.areas(screen.frame));
+        append(zone.areas(screen.frame), false);
     if (const auto screen = m_controller.isVisible() ? m_controller.currentScreen() : std::nullopt) {
         const double width = limitedPanelWidth(m_settings.panelWidth(), screen->visibleFrame);
         const QRectF shown = panelGeometry(screen->visibleFrame, m_settings.sidebarSide(), width,
                                            m_settings.panelHeightFraction())
                                  .shown;
-        areas.append(around(shown, panelArea(screen->visibleFrame, m_settings.sidebarSide(), width)));
+        append(around(shown, panelArea(screen->visibleFrame, m_settings.sidebarSide(), width)), true);
     }
     return areas;
 }

@@ -2,12 +2,12 @@
 
 #include <QList>
 #include <QObject>
-#include <QRectF>
 
 namespace randblatt {
 
 class AppSettings;
 class Desktop;
+struct PointerArea;
 class SidebarPanelController;
 
 /// Tells the desktop where the edge trigger wants to know of the pointer: in the trigger zones of all screens
@@ -23,7 +23,7 @@ public:
 
 private:
     void follow();
-    [[nodiscard]] QList<QRectF> areas() const;
+    [[nodiscard]] QList<PointerArea> areas() const;
 
     const AppSettings &m_settings;
     Desktop &m_desktop;

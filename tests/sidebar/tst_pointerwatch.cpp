@@ -44,7 +44,7 @@ struct Fixture
     [[nodiscard]] bool isWatched(const QPointF &point) const
     {
         return std::any_of(desktop.watched.begin(), desktop.watched.end(),
-                           [&](const QRectF &area) { return area.contains(point); });
+                           [&](const PointerArea &area) { return area.rect.contains(point); });
     }
 };
 

@@ -23,7 +23,7 @@ public:
     bool composited = true;
     bool reportsMotion = false;
     /// What watchPointer() named last.
-    QList<QRectF> watched;
+    QList<PointerArea> watched;
 
     [[nodiscard]] QList<Screen> screens() const override { return connected; }
     [[nodiscard]] std::optional<Screen> mainScreen() const override
@@ -33,7 +33,7 @@ public:
     [[nodiscard]] std::optional<QPointF> pointerLocation() const override { return pointer; }
     [[nodiscard]] bool reportsPointerMotion() const override { return reportsMotion; }
     [[nodiscard]] bool isComposited() const override { return composited; }
-    void watchPointer(const QList<QRectF> &areas) override { watched = areas; }
+    void watchPointer(const QList<PointerArea> &areas) override { watched = areas; }
 
     /// 1440 × 900 points with a panel of 25 points at the top and one at the bottom.
     [[nodiscard]] static Screen primaryScreen()

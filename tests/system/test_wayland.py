@@ -1,11 +1,12 @@
 """The sidebar on a Wayland compositor with the layer shell: the built program on a headless sway."""
 
-import os
+import re
 import sys
 import time
 import unittest
+from pathlib import Path
 
-from test_sidebar import QUILLBAR, Sidebar, store
+from test_sidebar import Sidebar, store
 from virtual_desktop import wait_for
 from wayland_desktop import WaylandDesktop, missing_programs
 
@@ -113,6 +114,18 @@ class WaylandTest(unittest.TestCase):
         desktop.click(*ON_CARD)
         wait_for(lambda: len(terminal.text()) > len(before), message="the hidden panel swallows clicks")
 
+        # Beside the panel, where the pointer still keeps it up, a click is meant for what lies there.
+        desktop.move(0, 400)
+        sidebar.wait_up()
+        desktop.move(428, 400)
+        time.sleep(0.3)
+        self.assertTrue(sidebar.panel())
+        before = terminal.text()
+        desktop.click()
+        sidebar.wait_hidden()
+        desktop.click()
+        wait_for(lambda: len(terminal.text()) > len(before), message="the band around the panel swallows clicks")
+
     def test_reveals_in_the_corners_alone(self):
         desktop, launch = self.start({"triggerMode": "corners", "sidebarSide": "right", "cornerSize": 60.0})
         sidebar = launch()
@@ -140,6 +153,29 @@ class WaylandTest(unittest.TestCase):
             time.sleep(0.1)
         time.sleep(0.6)
         self.assertFalse(sidebar.panel())
+
+    def test_rests_while_the_pointer_is_elsewhere(self):
+        desktop, launch = self.start()
+        sidebar = launch()
+        sidebar.wait_peek_over()
+
+        def wakeups():
+            status = Path(f"/proc/{sidebar.program.pid}/status").read_text()
+            return int(re.search(r"\nvoluntary_ctxt_switches:\s+(\d+)", status).group(1))
+
+        def rests():
+            before = wakeups()
+            time.sleep(1)
+            return wakeups() == before
+        wait_for(rests, message="never at rest")
+        before = wakeups()
+        for step in range(40):
+            desktop.move(300 + 10 * step, 400)
+            time.sleep(0.05)
+        # The tick of 80 ms would have woken it 25 times.
+        self.assertLess(wakeups() - before, 5)
+        desktop.move(0, 400)
+        sidebar.wait_up()
 
     def test_follows_outputs_that_come_and_change(self):
         desktop, launch = self.start()

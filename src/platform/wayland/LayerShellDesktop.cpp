@@ -60,7 +60,7 @@ std::optional<QPointF> LayerShellDesktop::pointerLocation() const
     return strip == m_strips.end() ? std::nullopt : inCore(strip->screenID, strip->window->rect().topLeft());
 }
 
-void LayerShellDesktop::watchPointer(const QList<QRectF> &areas)
+void LayerShellDesktop::watchPointer(const QList<PointerArea> &areas)
 {
     if (m_areas == areas)
         return;
@@ -82,20 +82,30 @@ QScreen *LayerShellDesktop::handle(const QString &id) const
     return it == m_outputs.end() ? nullptr : it->handle.data();
 }
 
-void LayerShellDesktop::followPanel(QWindow *panel)
+void LayerShellDesktop::followPanel(QWindow &panel)
 {
-    m_panel = panel;
-    if (panel != nullptr)
-        m_pointer.follow(*panel);
+    if (m_panel != nullptr)
+        placePanel(*m_panel, m_panelScreenID, {});
+    m_panel = &panel;
+    m_pointer.follow(panel);
 }
 
-void LayerShellDesktop::placePanel(const QString &screenID, const QRect &rect)
+void LayerShellDesktop::dropPanel(const QWindow &panel)
 {
+    placePanel(panel, m_panelScreenID, {});
+    if (m_panel == &panel)
+        m_panel = nullptr;
+}
+
+void LayerShellDesktop::placePanel(const QWindow &panel, const QString &screenID, const QRect &rect)
+{
+    if (m_panel != &panel)
+        return;
     if (m_panelScreenID == screenID && m_panelRect == rect)
         return;
     m_panelScreenID = screenID;
     m_panelRect = rect;
-    if (rect.isEmpty() && m_panel != nullptr)
+    if (rect.isEmpty())
         m_pointer.forget(*m_panel);
     makeWayForPanel();
 }
@@ -149,8 +159,8 @@ void LayerShellDesktop::layStrips()
 {
     std::vector<Strip> strips;
     for (const Screen &screen : std::as_const(m_screens)) {
-        for (const QRectF &area : std::as_const(m_areas)) {
-            const QRect rect = pointsWithin(area, screen.frame);
+        for (const PointerArea &area : std::as_const(m_areas)) {
+            const QRect rect = pointsWithin(area.rect, screen.frame);
             const bool isCovered = std::any_of(strips.begin(), strips.end(), [&](const Strip &strip) {
                 return strip.screenID == screen.id && strip.window->rect().contains(rect);
             });
@@ -163,8 +173,11 @@ void LayerShellDesktop::layStrips()
                 strips.push_back(std::move(*lies));
                 continue;
             }
-            auto window = std::make_unique<PointerStrip>(m_connection, *handle(screen.id), rect);
+            auto window =
+                std::make_unique<PointerStrip>(m_connection, *handle(screen.id), rect, area.yieldsToClicks);
             m_pointer.follow(*window);
+            connect(window.get(), &PointerStrip::yielded, &m_pointer,
+                    [this, strip = window.get()] { m_pointer.forget(*strip); });
             strips.push_back({screen.id, std::move(window)});
         }
     }

@@ -36,17 +36,19 @@ public:
     [[nodiscard]] std::optional<QPointF> pointerLocation() const override;
     [[nodiscard]] bool isComposited() const override { return true; }
     [[nodiscard]] bool reportsPointerMotion() const override { return true; }
-    void watchPointer(const QList<QRectF> &areas) override;
+    void watchPointer(const QList<PointerArea> &areas) override;
 
     /// For the windows of this desktop.
     [[nodiscard]] const WaylandConnection &connection() const { return m_connection; }
     /// The screen as the desktop knows it, and as Qt does; none and null once it is gone.
     [[nodiscard]] std::optional<Screen> screen(const QString &id) const;
     [[nodiscard]] QScreen *handle(const QString &id) const;
-    /// Learns of the pointer over the panel, which is null once there is none.
-    void followPanel(QWindow *panel);
+    /// Learns of the pointer over the panel, until another takes its place or it is dropped.
+    void followPanel(QWindow &panel);
+    void dropPanel(const QWindow &panel);
     /// The panel is at `rect`, in points from the upper left corner of a screen; empty for a hidden one.
-    void placePanel(const QString &screenID, const QRect &rect);
+    /// Nothing for a panel that has lost its place to another.
+    void placePanel(const QWindow &panel, const QString &screenID, const QRect &rect);
 
 private:
     struct Output
@@ -67,7 +69,7 @@ private:
     QTimer m_refreshTimer;
     std::vector<Output> m_outputs;
     QList<Screen> m_screens;
-    QList<QRectF> m_areas;
+    QList<PointerArea> m_areas;
     struct Strip
     {
         QString screenID;

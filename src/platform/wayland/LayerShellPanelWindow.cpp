@@ -16,14 +16,14 @@ LayerShellPanelWindow::LayerShellPanelWindow(std::unique_ptr<QWindow> window, La
     , m_blur(desktop.connection())
 {
     m_window->installEventFilter(this);
-    m_desktop.followPanel(m_window.get());
+    m_desktop.followPanel(*m_window);
     connect(&m_desktop, &Desktop::pointerMoved, this, &LayerShellPanelWindow::followPointer);
 }
 
 LayerShellPanelWindow::~LayerShellPanelWindow()
 {
     LayerShellPanelWindow::orderOut();
-    m_desktop.followPanel(nullptr);
+    m_desktop.dropPanel(*m_window);
 }
 
 void LayerShellPanelWindow::setScreen(const Screen &screen)
@@ -68,7 +68,7 @@ void LayerShellPanelWindow::orderOut()
     m_blur.attach(nullptr);
     m_surface.setTakesKeyboard(false);
     m_surface.hide();
-    m_desktop.placePanel(m_screenID, {});
+    m_desktop.placePanel(*m_window, m_screenID, {});
 }
 
 void LayerShellPanelWindow::makeKey()
@@ -99,7 +99,7 @@ void LayerShellPanelWindow::place()
     // The compositor counts from the corner of what it leaves of the screen.
     m_surface.setRect(pointsOf(m_frame, screen->visibleFrame));
     if (m_surface.isShown())
-        m_desktop.placePanel(m_screenID, pointsOf(m_frame, screen->frame));
+        m_desktop.placePanel(*m_window, m_screenID, pointsOf(m_frame, screen->frame));
 }
 
 // Nobody else can take the keyboard from the panel: it gives it back when the user turns elsewhere.

@@ -4,8 +4,17 @@
 
 namespace randblatt {
 
-PointerStrip::PointerStrip(const WaylandConnection &connection, QScreen &screen, const QRect &rect)
+namespace {
+
+// An empty mask would be none.
+const QRect nothing(-1, -1, 1, 1);
+
+} // namespace
+
+PointerStrip::PointerStrip(const WaylandConnection &connection, QScreen &screen, const QRect &rect,
+                           bool yieldsToClicks)
     : m_rect(rect)
+    , m_yieldsToClicks(yieldsToClicks)
     , m_surface(connection, *this, LayerSurface::Origin::screen)
 {
     m_surface.show(screen, rect);
@@ -13,12 +22,19 @@ PointerStrip::PointerStrip(const WaylandConnection &connection, QScreen &screen,
 
 void PointerStrip::makeWayFor(const QRect &rect)
 {
-    const QRegion whole(QRect(QPoint(), m_rect.size()));
-    const QRegion left = whole - rect.translated(-m_rect.topLeft());
-    if (left == whole)
-        setMask({});
-    else
-        setMask(left.isEmpty() ? QRegion(-1, -1, 1, 1) : left); // An empty mask would be none.
+    const QRegion left = m_hasYielded
+                             ? QRegion()
+                             : QRegion(QRect(QPoint(), m_rect.size())) - rect.translated(-m_rect.topLeft());
+    setMask(left.isEmpty() ? nothing : left);
+}
+
+void PointerStrip::mouseReleaseEvent(QMouseEvent *)
+{
+    if (!m_yieldsToClicks || m_hasYielded)
+        return;
+    m_hasYielded = true;
+    setMask(nothing);
+    Q_EMIT yielded();
 }
 
 void PointerStrip::paintEvent(QPaintEvent *)

@@ -12,18 +12,27 @@ class PointerStrip : public QRasterWindow
     Q_OBJECT
 
 public:
-    /// `rect` is in points from the screen's upper left corner.
-    PointerStrip(const WaylandConnection &connection, QScreen &screen, const QRect &rect);
+    /// `rect` is in points from the screen's upper left corner. A strip that yields to clicks lets the
+    /// pointer through for good after the first.
+    PointerStrip(const WaylandConnection &connection, QScreen &screen, const QRect &rect,
+                 bool yieldsToClicks);
 
     [[nodiscard]] QRect rect() const { return m_rect; }
     /// Lets the pointer through where the strip lies over `rect`, in points of the screen.
     void makeWayFor(const QRect &rect);
 
+Q_SIGNALS:
+    /// A click was taken, the last one.
+    void yielded();
+
 protected:
     void paintEvent(QPaintEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
 
 private:
     QRect m_rect;
+    bool m_yieldsToClicks;
+    bool m_hasYielded = false;
     LayerSurface m_surface;
 };
 

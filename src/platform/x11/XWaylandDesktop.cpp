@@ -50,11 +50,15 @@ std::optional<QPointF> XWaylandDesktop::pointerLocation() const
     return m_lost ? std::nullopt : layout().pixelInCore(pointer->pixel);
 }
 
-void XWaylandDesktop::watchPointer(const QList<QRectF> &areas)
+void XWaylandDesktop::watchPointer(const QList<PointerArea> &areas)
 {
     std::vector<std::unique_ptr<TriggerStrip>> strips;
-    for (const QRectF &area : areas) {
-        const QRect native = layout().inNative(area);
+    for (const PointerArea &area : areas) {
+        // Only what lies at the screens' borders all the time: a strip that comes to lie below the pointer
+        // makes the server miss that it leaves.
+        if (area.yieldsToClicks)
+            continue;
+        const QRect native = layout().inNative(area.rect);
         for (const Monitor &monitor : layout().monitors()) {
             const QList<QRect> rects = triggerStrips(native, monitor.native);
             for (const QRect &rect : rects) {

@@ -21,7 +21,7 @@ public:
     [[nodiscard]] std::optional<QPointF> pointerLocation() const override;
     /// The server tells nothing when the pointer leaves for a window of the compositor's.
     [[nodiscard]] bool reportsPointerMotion() const override { return false; }
-    void watchPointer(const QList<QRectF> &areas) override;
+    void watchPointer(const QList<PointerArea> &areas) override;
 
 private:
     bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;
