@@ -33,8 +33,8 @@ public:
     virtual void orderOut() = 0;
     /// Gives the window the keyboard.
     virtual void makeKey() = 0;
-    /// Asks for a blur of what lies behind this part of the window, given in points from the window's upper
-    /// left corner; none for an empty region. Nothing happens where the desktop has no such blur.
+    /// The part of the window behind which the desktop is to be blurred, in points from the window's upper
+    /// left corner; empty for none. A wish that few desktops grant.
     virtual void setBlurRegion(const QRegion &) {}
 };
 

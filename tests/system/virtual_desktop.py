@@ -149,7 +149,7 @@ class VirtualDesktop:
         self.environment = {"PATH": os.environ.get("PATH", "/usr/bin:/bin"),
                             "LC_ALL": "C.UTF-8", "TZ": "Europe/Berlin", "QT_QPA_PLATFORM": "xcb",
                             "QT_FORCE_STDERR_LOGGING": "1", "LIBGL_ALWAYS_SOFTWARE": "1",
-                            "NO_AT_BRIDGE": "1"}
+                            "NO_AT_BRIDGE": "1", "ASAN_OPTIONS": os.environ.get("ASAN_OPTIONS", "")}
         for variable, relative in folders.items():
             path = self.folder / relative
             path.mkdir(parents=True, exist_ok=True, mode=0o700)

@@ -59,7 +59,8 @@ void BackgroundBlur::applyToKWin(wl_region *region)
 {
     // A missing region would mean the whole surface.
     if (region == nullptr) {
-        org_kde_kwin_blur_manager_unset(m_connection.kwinBlur(), m_surface);
+        if (m_kwinBlur != nullptr)
+            org_kde_kwin_blur_manager_unset(m_connection.kwinBlur(), m_surface);
         return;
     }
     if (m_kwinBlur == nullptr)
