@@ -15,6 +15,7 @@ except ImportError:
 
 REMOTE_DESKTOP = "org.gnome.Mutter.RemoteDesktop"
 RETURN = 0xff0d
+SHIFT = 0xffe1
 
 
 def missing_programs():
@@ -75,8 +76,9 @@ class GnomeDesktop(VirtualDesktop):
 
     def type(self, text):
         """Letters of the first 256 characters, and line breaks."""
-        for letter in text:
-            symbol = RETURN if letter == "\n" else ord(letter)
+        # XWayland swallows the first key that it gets from this keyboard.
+        symbols = [SHIFT] + [RETURN if letter == "\n" else ord(letter) for letter in text]
+        for symbol in symbols:
             for pressed in (True, False):
                 self._seat.NotifyKeyboardKeysym(dbus.UInt32(symbol), pressed)
                 time.sleep(0.015)

@@ -124,6 +124,19 @@ class OnOneMonitor(unittest.TestCase):
         wait_for(lambda: not self.desktop.is_mapped(panel.window))
         self.assertEqual(self.desktop.run("xdotool", "get_desktop").strip(), "1")
 
+    def test_asks_for_a_blur_of_its_cards_alone(self):
+        panel = Probe(self.desktop, env={"QT_SCALE_FACTOR": "2"})
+        panel.show(0, 20, 210, 400)
+        self.assertNotIn("=", self.blur(panel))
+        panel.ask("blur", 14, 36, 182, 300)
+        wait_for(lambda: self.blur(panel).endswith("= 28, 72, 364, 600"), message=lambda: self.blur(panel))
+        # An empty list would stand for the whole window.
+        panel.ask("blur", 0, 0, 0, 0)
+        wait_for(lambda: "=" not in self.blur(panel), message=lambda: self.blur(panel))
+
+    def blur(self, panel):
+        return self.desktop.run("xprop", "-id", panel.window, "_KDE_NET_WM_BLUR_BEHIND_REGION").strip()
+
     def test_frames_are_exact_also_beyond_the_edges(self):
         panel = Probe(self.desktop)
         # Before it is shown, as the slide begins …

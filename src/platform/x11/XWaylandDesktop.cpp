@@ -8,14 +8,24 @@ namespace randblatt {
 
 namespace {
 
-bool isLeave(const xcb_generic_event_t &event)
+constexpr int fixedPoint = 1 << 16;
+
+/// Where the pointer left a window of ours for none, in pixels; none for another event.
+std::optional<QPoint> placeOfLoss(const xcb_generic_event_t &event)
 {
     const int type = event.response_type & 0x7f;
-    if (type == XCB_LEAVE_NOTIFY)
-        return true;
-    // Qt's windows get the extension's events. Another extension's costs a question, no more.
-    return type == XCB_GE_GENERIC &&
-           reinterpret_cast<const xcb_ge_generic_event_t &>(event).event_type == XCB_INPUT_LEAVE;
+    if (type == XCB_LEAVE_NOTIFY) {
+        const auto &leave = reinterpret_cast<const xcb_leave_notify_event_t &>(event);
+        if (leave.detail == XCB_NOTIFY_DETAIL_ANCESTOR && leave.mode == XCB_NOTIFY_MODE_NORMAL)
+            return QPoint(leave.root_x, leave.root_y);
+    } else if (type == XCB_GE_GENERIC) {
+        // Qt's windows get the extension's events. No other that Qt asks for has this number.
+        const auto &leave = reinterpret_cast<const xcb_input_leave_event_t &>(event);
+        if (leave.event_type == XCB_INPUT_LEAVE && leave.detail == XCB_INPUT_NOTIFY_DETAIL_ANCESTOR &&
+            leave.mode == XCB_INPUT_NOTIFY_MODE_NORMAL)
+            return QPoint(leave.root_x / fixedPoint, leave.root_y / fixedPoint);
+    }
+    return std::nullopt;
 }
 
 } // namespace
@@ -33,12 +43,10 @@ std::optional<QPointF> XWaylandDesktop::pointerLocation() const
         return std::nullopt;
     // Over a window of the compositor's the server keeps the last position, but on no window. That it is on
     // one again is of no account without a movement: a window may have come to lie there.
-    if (pointer->window == XCB_NONE) {
-        m_lost = pointer;
-        motion().watch();
-    } else if (m_lost && m_lost->pixel != pointer->pixel) {
+    if (pointer->window == XCB_NONE)
+        lose(*pointer);
+    else if (m_lost && m_lost->pixel != pointer->pixel)
         m_lost.reset();
-    }
     return m_lost ? std::nullopt : layout().pixelInCore(pointer->pixel);
 }
 
@@ -46,7 +54,8 @@ void XWaylandDesktop::watchPointer(const QList<PointerArea> &areas)
 {
     std::vector<std::unique_ptr<TriggerStrip>> strips;
     for (const PointerArea &area : areas) {
-        // A strip cannot let a click through.
+        // Only what lies at the screens' borders all the time: a strip that comes to lie below the pointer
+        // makes the server miss that it leaves.
         if (area.yieldsToClicks)
             continue;
         const QRect native = layout().inNative(area.rect);
@@ -66,10 +75,19 @@ void XWaylandDesktop::watchPointer(const QList<PointerArea> &areas)
 
 bool XWaylandDesktop::nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result)
 {
-    // At once, before a window that comes or goes gives the lost pointer another place.
-    if (eventType == "xcb_generic_event_t" && isLeave(*static_cast<const xcb_generic_event_t *>(message)))
-        static_cast<void>(pointerLocation());
+    if (eventType == "xcb_generic_event_t") {
+        const auto &event = *static_cast<const xcb_generic_event_t *>(message);
+        // Later questions may be too late: a window that comes gives the lost pointer another place.
+        if (const auto pixel = placeOfLoss(event))
+            lose({*pixel, XCB_NONE, event.full_sequence});
+    }
     return X11Desktop::nativeEventFilter(eventType, message, result);
+}
+
+void XWaylandDesktop::lose(const Pointer &pointer) const
+{
+    m_lost = pointer;
+    motion().watch();
 }
 
 void XWaylandDesktop::comeBack(quint32 sequence)

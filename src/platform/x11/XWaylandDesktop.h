@@ -25,6 +25,7 @@ public:
 
 private:
     bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;
+    void lose(const Pointer &pointer) const;
     void comeBack(quint32 sequence);
 
     std::vector<std::unique_ptr<TriggerStrip>> m_strips;

@@ -132,6 +132,8 @@ private:
             m_panel->orderOut();
         else if (command == "key"_L1)
             m_panel->makeKey();
+        else if (command == "blur"_L1)
+            m_panel->setBlurRegion(QRegion(QRectF(numbers[0], numbers[1], numbers[2], numbers[3]).toRect()));
     }
 
     void runPlain(const QString &command, const QList<double> &numbers)
