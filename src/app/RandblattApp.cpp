@@ -78,8 +78,9 @@ void RandblattApp::start()
 {
     m_views.finishImports();
     m_warmUp.finishGraphics();
-    preloadModules();
     m_delegate.applicationDidFinishLaunching();
+    // While the first frame is drawn; the cards' contents come with the second.
+    preloadModules();
     const auto followTray = [this] {
         if (m_backends.tray->isAvailable())
             m_statusBar.showStatusItem();

@@ -25,6 +25,7 @@ int main(int argc, char **argv)
     QApplication application(argc, argv);
     platform.reset();
     application.setQuitOnLastWindowClosed(false);
+    randblatt::WarmUp warmUp;
 
     // The name is ours before any window is made; a second start only tells the first about itself.
     randblatt::SingleInstance instance(QDBusConnection::sessionBus());
@@ -35,7 +36,6 @@ int main(int argc, char **argv)
     if (!instance.acquire(urls))
         return 0;
 
-    randblatt::WarmUp warmUp;
     const randblatt::TerminationSignals termination;
     QObject::connect(&termination, &randblatt::TerminationSignals::terminationRequested, &application,
                      &QCoreApplication::quit);
