@@ -6,6 +6,8 @@ packages_build=(
     g++ cmake ninja-build pkg-config
     qt6-base-dev qt6-base-private-dev qt6-declarative-dev qt6-declarative-dev-tools qt6-svg-dev
     qt6-shadertools-dev qt6-shader-baker
+    # Draws the icon in the sizes that desktops want.
+    librsvg2-bin
     libsqlite3-dev libical-dev libxcb1-dev libxcb-randr0-dev libxcb-sync-dev libxcb-xfixes0-dev
     libxcb-xinput-dev
     libwayland-dev wayland-protocols plasma-wayland-protocols
@@ -15,13 +17,16 @@ packages_build=(
     qt6-webengine-dev? qt6-webchannel-dev?
 )
 
-packages_runtime=(
+# What the linked libraries don't tell, of each package that scripts/package.sh makes.
+packages_runtime_quillbar=(
     qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript
     qml6-module-qtquick qml6-module-qtquick-window qml6-module-qtquick-layouts
     qml6-module-qtquick-templates qml6-module-qtquick-controls qml6-module-qtquick-dialogs
-    qt6-translations-l10n qt6-svg-plugins? libgl1-mesa-dri qt6-wayland libqt6webenginecore6-bin?
+    qt6-translations-l10n qt6-svg-plugins? libgl1-mesa-dri qt6-wayland
     xdg-utils desktop-file-utils
 )
+packages_runtime_webplayer=(libqt6webenginecore6-bin?)
+packages_runtime=("${packages_runtime_quillbar[@]}" "${packages_runtime_webplayer[@]}")
 
 packages_virtual_desktop=(
     xvfb openbox picom xdotool maim hsetroot x11-utils x11-xserver-utils x11-xkb-utils xterm
@@ -37,7 +42,12 @@ packages_servers=(evolution-data-server?)
 packages_benchmarks=(libbenchmark-dev)
 
 # The window managers are there for the system tests, which leave out those that are missing.
-packages_checks=(clang-format lld? xfwm4? mutter? xwayland? python3-dbus?)
+packages_checks=(clang-format lld? appstream xfwm4? mutter? xwayland? python3-dbus?)
+
+packages_packaging=(dpkg-dev file)
+
+# For the bare systems in which the packages are tried.
+packages_trial=(debootstrap lintian)
 
 # Prints those of the given packages that are not installed.
 missing_packages() {
@@ -52,12 +62,14 @@ missing_packages() {
     done
 }
 
-# Prints the given packages without those optional ones that the package lists don't have.
+# Prints the given packages without those optional ones that are neither installed nor in the package lists.
 available_packages() {
     local package
     for package in "$@"; do
         if [[ $package != *\? ]]; then
             echo "$package"
+        elif [[ -z $(missing_packages "${package%\?}") ]]; then
+            echo "${package%\?}"
         elif [[ -n $(apt-cache madison "${package%\?}" 2>/dev/null) ]]; then
             echo "${package%\?}"
         fi

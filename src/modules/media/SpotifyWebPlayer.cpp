@@ -59,7 +59,7 @@ SpotifyWebPlayer::~SpotifyWebPlayer()
 QString SpotifyWebPlayer::defaultHelper()
 {
     const QString folder = QCoreApplication::applicationDirPath();
-    const QString installed = folder + "/../libexec/quillbar-webplayer"_L1;
+    const QString installed = folder + "/" QUILLBAR_HELPER_FOLDER "/quillbar-webplayer"_L1;
     return QFileInfo::exists(installed) ? installed : folder + "/quillbar-webplayer"_L1;
 }
 
