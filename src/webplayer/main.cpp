@@ -28,8 +28,9 @@ int main(int argc, char **argv)
 {
     // The page is never shown, so it needs no display.
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    qputenv("QTWEBENGINE_CHROMIUM_FLAGS", "--disable-gpu --autoplay-policy=no-user-gesture-required " +
-                                              qgetenv("QTWEBENGINE_CHROMIUM_FLAGS"));
+    const QByteArray flags =
+        "--disable-gpu --autoplay-policy=no-user-gesture-required " + qgetenv("QTWEBENGINE_CHROMIUM_FLAGS");
+    qputenv("QTWEBENGINE_CHROMIUM_FLAGS", flags);
     // An application that is gone is noticed by the end of the input.
     std::signal(SIGPIPE, SIG_IGN);
     const QGuiApplication application(argc, argv);
