@@ -60,8 +60,11 @@ void EditedDocument::follow()
 
 void EditedDocument::take(const QString &text)
 {
+    // What comes back of the user's own is compared as it is, at every key.
+    if (!m_document || text == m_text)
+        return;
     const QString wanted = withLineFeeds(text);
-    if (!m_document || wanted == m_text)
+    if (wanted == m_text)
         return;
     const auto begins = std::mismatch(m_text.cbegin(), m_text.cend(), wanted.cbegin(), wanted.cend());
     const auto start = begins.first - m_text.cbegin();
