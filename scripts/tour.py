@@ -214,7 +214,7 @@ class Tour:
         self.settle(1)
         self.desktop.run("gdbus", "call", "--session", "--dest", "com.randblatt.Quillbar", "--object-path",
                          "/com/randblatt/Quillbar", "--method", "org.freedesktop.Application.ActivateAction",
-                         "settings", "[]", "{}")
+                         "settings", "@av []", "@a{sv} {}")
         wait_for(lambda: self.desktop.windows("^Einstellungen"), message="no settings")
         for tab in ("allgemein", "module", "design", "spotify"):
             self.settle()

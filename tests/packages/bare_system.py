@@ -110,7 +110,7 @@ def show_panel(system, picture):
             wait_for(lambda: desktop.windows(WELCOME), timeout=60, message=lambda: "no welcome\n" + program.log)
             desktop.key("Escape")
             wait_for(lambda: not desktop.windows(WELCOME), message=lambda: "the welcome stays\n" + program.log)
-            desktop.run("gdbus", "call", *APPLICATION, "show", "[]", "{}")
+            desktop.run("gdbus", "call", *APPLICATION, "show", "@av []", "@a{sv} {}")
             wait_for(lambda: desktop.windows("^Quillbar$"), message=lambda: "no panel\n" + program.log)
             panel = desktop.windows("^Quillbar$")[0]
             wait_for(lambda: desktop.geometry(panel)[0] == 0, message=lambda: f"at {desktop.geometry(panel)}")

@@ -144,7 +144,7 @@ class SidebarTest(unittest.TestCase):
         self.assertEqual(sidebar.program.wait(), 0)
 
     def call(self, desktop, action):
-        desktop.run("gdbus", "call", *APPLICATION, "org.freedesktop.Application.ActivateAction", action, "[]", "{}")
+        desktop.run("gdbus", "call", *APPLICATION, "org.freedesktop.Application.ActivateAction", action, "@av []", "@a{sv} {}")
 
     def test_lives_on_the_right_of_two_screens(self):
         desktop = self.desktop(screens=[(1440, 900), (1280, 800)])

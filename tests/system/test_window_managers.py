@@ -70,7 +70,7 @@ class Walk(unittest.TestCase):
     def test_brings_open_settings_to_the_front(self):
         for _ in range(2):
             self.desktop.run("gdbus", "call", *APPLICATION, "org.freedesktop.Application.ActivateAction", "settings",
-                             "[]", "{}")
+                             "@av []", "@a{sv} {}")
             window = wait_for(lambda: self.desktop.windows(SETTINGS), message=lambda: self.sidebar.program.log)[0]
             wait_for(lambda: self.desktop.active_window() == window, message="the settings have no keyboard")
             stacking = self.desktop.stacking()

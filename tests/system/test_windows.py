@@ -69,7 +69,7 @@ class WindowsTest(unittest.TestCase):
         sidebar.wait_shown(SHOWN)
         for _ in range(2):
             desktop.run("gdbus", "call", *APPLICATION, "org.freedesktop.Application.ActivateAction", "settings",
-                        "[]", "{}")
+                        "@av []", "@a{sv} {}")
             window = self.wait_window(desktop, sidebar, SETTINGS)
 
         # The last slider but one is the panel's width: its end is 720 points.
@@ -80,7 +80,7 @@ class WindowsTest(unittest.TestCase):
         wait_for(lambda: not desktop.windows(SETTINGS), message="the settings stay")
         sidebar.wait_shown((0, 0, 720, 886))
 
-        desktop.run("gdbus", "call", *APPLICATION, "org.freedesktop.Application.ActivateAction", "settings", "[]", "{}")
+        desktop.run("gdbus", "call", *APPLICATION, "org.freedesktop.Application.ActivateAction", "settings", "@av []", "@a{sv} {}")
         self.assertEqual(desktop.geometry(self.wait_window(desktop, sidebar, SETTINGS))[2:], size)
 
 
