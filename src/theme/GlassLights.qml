@@ -1,4 +1,5 @@
 import QtQuick
+import Randblatt.Theme
 
 // Four large soft discs of light behind the glass, one near each corner, that drift slowly to and fro.
 Item {
@@ -37,21 +38,22 @@ Item {
         }
     }
 
-    Repeater {
-        model: 5
+    LightsShader {
+        shader: CardShader.InnerLights
+        part: CardShader.Interior
+    }
 
-        CardShader {
-            required property int index
-            readonly property color color: root.color
-            readonly property real intensity: root.shownIntensity
-            readonly property real blur: root.shownBlur
-            readonly property real drift: root.place
+    LightsShader {
+        shader: CardShader.Lights
+    }
 
-            name: drawn === CardShader.Interior ? "lights_inner" : "lights"
-            corner: root.corner
-            drawn: index
-            inside: Math.ceil(0.3 * root.corner) + 1
-        }
+    component LightsShader: CardShader {
+        anchors.fill: parent
+        corner: root.corner
+        inside: Math.ceil(0.3 * root.corner) + 1
+        // Blur, intensity, drift.
+        parameters: Qt.vector4d(root.shownBlur, root.shownIntensity, root.place, 0)
+        firstColor: root.color
     }
 
     component DriftAnimation: NumberAnimation {

@@ -1,4 +1,5 @@
 import QtQuick
+import Randblatt.Theme
 
 // A pane of glass: colours over one another and white light on them.
 Item {
@@ -21,37 +22,28 @@ Item {
                        below.b + (upper.b - below.b) * share, opacity)
     }
 
-    Repeater {
+    CardShader {
         id: edge
 
+        anchors.fill: parent
+        shader: CardShader.Pane
+        corner: root.corner
         // As far as the rim's light reaches.
-        readonly property real depth: Math.ceil(0.3 * root.corner) + 14
-
-        model: 4
-
-        CardShader {
-            required property int index
-            readonly property color color: root.color
-            readonly property real sheen: root.sheen
-            readonly property real rim: root.rim
-
-            name: "pane"
-            corner: root.corner
-            drawn: index
-            inside: edge.depth
-        }
+        inside: Math.ceil(0.3 * root.corner) + 14
+        parameters: Qt.vector4d(root.sheen, root.rim, 0, 0)
+        firstColor: root.color
     }
 
     // The rest is plain, and by far the larger part.
     Rectangle {
         anchors.fill: parent
-        anchors.margins: edge.depth
+        anchors.margins: edge.inside
         visible: width > 0 && height > 0
 
         gradient: Gradient {
             GradientStop {
                 position: 0
-                color: root.over(Qt.rgba(1, 1, 1, root.sheen * (1 - 2 * edge.depth / Math.max(root.height, 1))),
+                color: root.over(Qt.rgba(1, 1, 1, root.sheen * (1 - 2 * edge.inside / Math.max(root.height, 1))),
                                  root.color)
             }
 

@@ -36,20 +36,12 @@ T.AbstractButton {
     }
 
     background: Item {
-        // Rings that together fade as a blurred disc does; they need no shader.
-        Repeater {
-            model: root.glowRadius
-
-            Rectangle {
-                required property int index
-
-                anchors.centerIn: parent
-                width: root.diameter + 2 * (root.glowRadius - index)
-                height: width
-                radius: width / 2
-                // An opacity each would make each a batch of its own.
-                color: Qt.alpha(root.accent, 0.6 * 2 * (index + 1) / (root.glowRadius * (root.glowRadius + 1)))
-            }
+        // A picture and no shader: it goes into one draw call with the symbols.
+        Symbol {
+            anchors.centerIn: parent
+            name: "glow"
+            size: root.diameter + 2 * root.glowRadius
+            color: Qt.alpha(root.accent, 0.6)
         }
 
         Rectangle {

@@ -1,21 +1,14 @@
 #version 440
 #extension GL_GOOGLE_include_directive : require
-#include "shape.glsl"
+#include "card.glsl"
 
-layout(location = 0) in vec2 qt_TexCoord0;
+layout(location = 0) in vec2 point;
 layout(location = 0) out vec4 fragColor;
-layout(std140, binding = 0) uniform buf {
-    mat4 qt_Matrix;
-    float qt_Opacity;
-    float corner;
-    float pixel;
-    vec2 area;
-    vec4 piece;
-    float blur;
-    float intensity;
-    float drift;
-    vec4 color;
-};
+
+#define blur parameters.x
+#define intensity parameters.y
+#define drift parameters.z
+#define color firstColor
 
 // What a disc lets through of what lies under it; `sharpness` is the slope of its edge.
 float through(vec2 fromCentre, float radius, float opacity, float sharpness)
@@ -27,7 +20,6 @@ float through(vec2 fromCentre, float radius, float opacity, float sharpness)
 
 void main()
 {
-    vec2 point = piece.xy + qt_TexCoord0 * piece.zw;
     float radius = 0.45 * max(area.x, area.y);
     // A Gaussian blur spreads an edge over about 1.9 times its radius, to both sides.
     float sharpness = 0.5 / max(1.88 * blur, 0.5 * pixel);
@@ -36,7 +28,7 @@ void main()
         * through(point - area * vec2(0.95, 0.10) - swing * vec2(-14.0, 16.0), radius, 0.85, sharpness)
         * through(point - area * vec2(0.08, 0.96) - swing * vec2(16.0, -14.0), radius, 0.85, sharpness)
         * through(point - area * vec2(0.96, 0.95) - swing * vec2(-14.0, -12.0), 0.9 * radius, 0.75, sharpness);
-    float light = (1.0 - dark) * intensity * qt_Opacity;
+    float light = (1.0 - dark) * intensity * opacity;
 #ifndef INNER
     light *= cardCoverage(cardEdge(point, area, corner).distance, pixel);
 #endif

@@ -1,20 +1,13 @@
 #version 440
 #extension GL_GOOGLE_include_directive : require
-#include "shape.glsl"
+#include "card.glsl"
 
-layout(location = 0) in vec2 qt_TexCoord0;
+layout(location = 0) in vec2 point;
 layout(location = 0) out vec4 fragColor;
-layout(std140, binding = 0) uniform buf {
-    mat4 qt_Matrix;
-    float qt_Opacity;
-    float corner;
-    float pixel;
-    vec2 area;
-    vec4 piece;
-    float sheen;
-    float rim;
-    vec4 color;
-};
+
+#define sheen parameters.x
+#define rim parameters.y
+#define color firstColor
 
 const vec2 lightDirection = vec2(-0.55, -0.835);
 const float rimDepth = 14.0;
@@ -33,8 +26,7 @@ float rimLight(CardEdge edge)
 
 void main()
 {
-    vec2 point = piece.xy + qt_TexCoord0 * piece.zw;
     CardEdge edge = cardEdge(point, area, corner);
     float light = sheen * clamp(1.0 - 2.0 * point.y / area.y, 0.0, 1.0) + rim * rimLight(edge);
-    fragColor = (color * (1.0 - light) + light) * (cardCoverage(edge.distance, pixel) * qt_Opacity);
+    fragColor = (color * (1.0 - light) + light) * (cardCoverage(edge.distance, pixel) * opacity);
 }

@@ -1,22 +1,15 @@
 #version 440
 #extension GL_GOOGLE_include_directive : require
-#include "shape.glsl"
+#include "card.glsl"
 
-layout(location = 0) in vec2 qt_TexCoord0;
+layout(location = 0) in vec2 point;
 layout(location = 0) out vec4 fragColor;
-layout(std140, binding = 0) uniform buf {
-    mat4 qt_Matrix;
-    float qt_Opacity;
-    float corner;
-    float pixel;
-    vec2 area;
-    vec4 piece;
-    float lowerOffset;
-    float glowRadius;
-    float lowerRadius;
-    vec4 glow;
-    vec4 lower;
-};
+
+#define lowerOffset parameters.x
+#define glowRadius parameters.y
+#define lowerRadius parameters.z
+#define glow firstColor
+#define lower secondColor
 
 // The blurred rectangle: each edge fades over the radius on both of its sides.
 float shade(vec2 point, float radius)
@@ -29,10 +22,9 @@ float shade(vec2 point, float radius)
 
 void main()
 {
-    vec2 point = piece.xy + qt_TexCoord0 * piece.zw;
     vec4 upper = glow * shade(point, glowRadius);
     vec4 below = lower * shade(point - vec2(0.0, lowerOffset), lowerRadius);
     // Cut out under the card, so that the glass stays clear.
     float outside = 1.0 - cardCoverage(cardEdge(point, area, corner).distance, pixel);
-    fragColor = (upper + below * (1.0 - upper.a)) * (outside * qt_Opacity);
+    fragColor = (upper + below * (1.0 - upper.a)) * (outside * opacity);
 }

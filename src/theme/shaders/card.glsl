@@ -1,4 +1,20 @@
-// The card shape: a rectangle whose corners ease into the straight edges, so that their curvature has no step.
+// What the card's shaders share: what they are given, and the card's shape.
+
+layout(std140, binding = 0) uniform buf {
+    mat4 matrix;
+    // The card's size in points; places are measured from its top left corner.
+    vec2 area;
+    float corner;
+    // Edge length of a device pixel in points.
+    float pixel;
+    float opacity;
+    vec4 parameters;
+    vec4 firstColor;
+    vec4 secondColor;
+    vec4 thirdColor;
+};
+
+// The shape: a rectangle whose corners ease into the straight edges, so that their curvature has no step.
 // Each corner is a superellipse of the fourth degree, which needs no powers but square roots; its diagonal meets
 // that of a circle of radius `corner`.
 
