@@ -59,17 +59,22 @@ def proportional_memory(pid):
     return int(re.search(r"^Pss:\s+(\d+) kB", rollup, re.M).group(1)) / 1024
 
 
-def start_to_first_frame(desktop, executable):
-    """Seconds until the program says that its first frame is shown, and its memory then in MiB."""
+def resident_memory(pid):
+    """MiB; unlike the proportional figure it does not change with what other programs share."""
+    status = Path(f"/proc/{pid}/status").read_text()
+    return int(re.search(r"^VmRSS:\s+(\d+) kB", status, re.M).group(1)) / 1024
+
+
+def start_to_first_frame(desktop, executable, memory_of=proportional_memory):
+    """Seconds until the program says that its first frame is shown, and its memory once it has settled, in MiB."""
     begin = time.monotonic()
     program = desktop.start([executable], env={"QT_LOGGING_RULES": "quillbar.panel.debug=true",
                                                "QT_MESSAGE_PATTERN": "%{time boot} %{message}"})
     # By the program's own clock, which is this one: asking for the log again and again would blur the figure.
     shown = wait_for(lambda: re.search(rf"([\d.]+) {FIRST_FRAME}", program.log), message=lambda: program.log)
     seconds = float(shown.group(1)) - begin
-    # Until it has settled.
     time.sleep(4.0)
-    memory = proportional_memory(program.pid)
+    memory = memory_of(program.pid)
     program.terminate()
     return seconds, memory
 
@@ -139,9 +144,9 @@ def compare_media_memory(desktop, folder, runs=5):
     for _ in range(runs):
         for name, enabled in modules.items():
             store(desktop, enabledModuleIDs=enabled, mediaSource="system")
-            figures[name].append(start_to_first_frame(desktop, str(folder / "quillbar"))[1])
+            figures[name].append(start_to_first_frame(desktop, str(folder / "quillbar"), resident_memory)[1])
     memory = {name: statistics.median(values) for name, values in figures.items()}
-    print(f"proportional memory with the media card: {memory['with']:.1f} MiB, without {memory['without']:.1f} MiB")
+    print(f"resident memory with the media card: {memory['with']:.1f} MiB, without {memory['without']:.1f} MiB")
 
 
 def scroll_many_tracks(desktop, folder, count=10_000):

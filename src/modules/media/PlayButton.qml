@@ -36,7 +36,7 @@ T.AbstractButton {
     }
 
     background: Item {
-        // A picture and no shader: it goes into one draw call with the symbols.
+        // Pictures, which go into one draw call with the symbol.
         Symbol {
             anchors.centerIn: parent
             name: "glow"
@@ -44,11 +44,11 @@ T.AbstractButton {
             color: Qt.alpha(root.accent, 0.6)
         }
 
-        Rectangle {
+        Symbol {
             anchors.centerIn: parent
-            width: root.diameter
-            height: width
-            radius: width / 2
+            name: "circle.fill"
+            // The disc takes 20 of the symbol's 24 units.
+            size: root.diameter * 1.2
             color: root.hovered ? Qt.lighter(root.accent, 1.06) : root.accent
         }
 
