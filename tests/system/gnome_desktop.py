@@ -86,3 +86,7 @@ class GnomeDesktop(VirtualDesktop):
     def window_below_pointer(self):
         """The id of the X window that the pointer is over: the root window over what is none."""
         return int(re.search(r"window:(\d+)", self.run("xdotool", "getmouselocation")).group(1))
+
+    def keyboard_window(self):
+        """The id of the X window that has the keyboard."""
+        return int(self.run("xdotool", "getwindowfocus"))

@@ -35,7 +35,9 @@ class Sidebar:
         wait_for(lambda: self.frame() == frame, message=lambda: f"{self.frame()} instead of {frame}\n{self.program.log}")
 
     def wait_hidden(self):
-        wait_for(lambda: self.panel() is None, message=lambda: f"still there: {self.frame()}\n{self.program.log}")
+        # Twice: a search may find nothing because another window has just gone.
+        wait_for(lambda: self.panel() is None and self.panel() is None,
+                 message=lambda: f"still there: {self.frame()}\n{self.program.log}")
 
     def wait_peek_over(self):
         wait_for(self.panel, message=lambda: "no peek\n" + self.program.log)
