@@ -29,8 +29,11 @@ static_assert(typeNames.size() == std::variant_size_v<PreferenceValue>);
 constexpr auto quietBeforeCheckpoint = 1s;
 constexpr int schemaVersion = 1;
 
-// The page size suits values of 8 bytes as well as a scratch pad of 100 kB. Checkpoints are ours (see
-// checkpoint()); the built-in one is only the limit for a write-ahead log that never gets its quiet second.
+// How long a write may wait for the end of a checkpoint.
+constexpr int busyMilliseconds = 1000;
+
+// The page size suits values of 8 bytes as well as a scratch pad of 100 kB. Checkpoints are ours; the
+// built-in one is only the limit for a write-ahead log that never gets its quiet second.
 constexpr auto setupStatements = R"(
     PRAGMA page_size = 16384;
     PRAGMA journal_mode = WAL;
@@ -172,7 +175,12 @@ Preferences::Preferences(const QString &path)
 {
     m_checkpointTimer.setSingleShot(true);
     m_checkpointTimer.setInterval(quietBeforeCheckpoint);
-    QObject::connect(&m_checkpointTimer, &QTimer::timeout, &m_checkpointTimer, [this] { checkpoint(); });
+    QObject::connect(&m_checkpointTimer, &QTimer::timeout, &m_checkpointTimer, [this] {
+        if (m_checkpoint)
+            m_checkpoint->start();
+    });
+    if (onDisk())
+        m_checkpoint.emplace(QFile::encodeName(path));
     open();
 }
 
@@ -181,8 +189,8 @@ Preferences::~Preferences()
     const auto unwritten = m_unwritten;
     for (auto it = unwritten.cbegin(); it != unwritten.cend(); ++it)
         store(it.key(), it.value());
-    if (m_checkpointTimer.isActive())
-        checkpoint();
+    m_checkpoint.reset();
+    // The last connection to be closed makes a checkpoint.
     close();
 }
 
@@ -273,11 +281,10 @@ void Preferences::prepareFolder() const
 
 void Preferences::open()
 {
-    const bool onDisk = m_path != inMemory();
-    if (onDisk)
+    if (onDisk())
         prepareFolder();
     int result = tryOpen(Access::readWrite);
-    if (onDisk && isUnreadable(result)) {
+    if (onDisk() && isUnreadable(result)) {
         setAside();
         result = tryOpen(Access::readWrite);
     }
@@ -286,7 +293,7 @@ void Preferences::open()
     qCWarning(lcPreferences, "Einstellungen unter %ls nicht beschreibbar: %s", qUtf16Printable(m_path),
               sqlite3_errstr(result));
     // In a folder that cannot be written the stored values are still there to be read.
-    if (!onDisk || (tryOpen(Access::readOnly) != SQLITE_OK && tryOpen(Access::immutable) != SQLITE_OK))
+    if (!onDisk() || (tryOpen(Access::readOnly) != SQLITE_OK && tryOpen(Access::immutable) != SQLITE_OK))
         close();
 }
 
@@ -306,6 +313,7 @@ int Preferences::tryOpen(Access access)
     int result = sqlite3_open_v2(name.constData(), &database, flags, nullptr);
     m_database.reset(database);
     if (result == SQLITE_OK && access == Access::readWrite) {
+        sqlite3_busy_timeout(database, busyMilliseconds);
         result = sqlite3_exec(database, setupStatements, nullptr, nullptr, nullptr);
         if (result == SQLITE_OK && userVersion(database) < schemaVersion)
             result = sqlite3_exec(database, "PRAGMA user_version = 1", nullptr, nullptr, nullptr);
@@ -342,11 +350,9 @@ void Preferences::setAside() const
     prepareFolder();
 }
 
-void Preferences::checkpoint()
+bool Preferences::onDisk() const
 {
-    // With synchronous=NORMAL a checkpoint first syncs the log, then the database.
-    if (m_upsert)
-        sqlite3_wal_checkpoint_v2(m_database.get(), nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr);
+    return m_path != inMemory();
 }
 
 } // namespace randblatt

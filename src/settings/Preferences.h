@@ -1,5 +1,7 @@
 #pragma once
 
+#include "settings/LogCheckpoint.h"
+
 #include <QByteArray>
 #include <QHash>
 #include <QJsonArray>
@@ -72,6 +74,7 @@ private:
     using Database = std::unique_ptr<sqlite3, CloseDatabase>;
     using Statement = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
 
+    [[nodiscard]] bool onDisk() const;
     void prepareFolder() const;
     void open();
     int tryOpen(Access access);
@@ -80,7 +83,6 @@ private:
     /// Stores `value`, or removes the row where there is none; keeps in memory what cannot be written.
     bool store(const QString &key, const std::optional<PreferenceValue> &value);
     bool write(const QString &key, const std::optional<PreferenceValue> &value);
-    void checkpoint();
 
     QString m_path;
     Database m_database;
@@ -89,6 +91,8 @@ private:
     Statement m_delete;
     QHash<QString, std::optional<PreferenceValue>> m_unwritten;
     QTimer m_checkpointTimer;
+    /// None where the preferences are in memory.
+    std::optional<LogCheckpoint> m_checkpoint;
 };
 
 } // namespace randblatt
