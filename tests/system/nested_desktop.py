@@ -5,8 +5,6 @@ import re
 import shutil
 from pathlib import Path
 
-from PIL import Image
-
 from virtual_desktop import VirtualDesktop, wait_for
 from wayland_desktop import start_sway
 
@@ -92,9 +90,3 @@ class NestedDesktop(VirtualDesktop):
 
     def at_screen(self, *arguments):
         return self.run(*arguments, env=self._outside)
-
-    def pixel(self, x, y):
-        target = self.folder / "pixel.png"
-        self.at_screen("maim", "--hidecursor", "-g", f"1x1+{x}+{y}", target)
-        with Image.open(target) as image:
-            return image.convert("RGB").getpixel((0, 0))

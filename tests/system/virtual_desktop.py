@@ -213,8 +213,9 @@ class VirtualDesktop:
     def start_compositor(self):
         return self.start(["picom", "--backend", "xrender", "--config", "/dev/null"])
 
-    def set_wallpaper(self, colour):
-        self.run("hsetroot", "-solid", colour)
+    def set_wallpaper(self, what):
+        """A colour, or the path of a picture."""
+        self.run("hsetroot", "-cover" if isinstance(what, Path) else "-solid", what)
 
     # --- programs
 
@@ -340,6 +341,29 @@ class VirtualDesktop:
         self.at_screen("maim", "--hidecursor", target)
         with Image.open(target) as image:
             return image.convert("RGB")
+
+    def pixel(self, x, y):
+        """The colour at a place of the screen, as three numbers up to 255."""
+        target = self.folder / "pixel.png"
+        self.at_screen("maim", "--hidecursor", "-g", f"1x1+{x}+{y}", target)
+        with Image.open(target) as image:
+            return image.convert("RGB").getpixel((0, 0))
+
+    def store(self, **preferences):
+        """Writes preferences as an earlier run of the program would have left them."""
+        folder = self.data_home / "quillbar"
+        folder.mkdir(exist_ok=True)
+        database = sqlite3.connect(folder / "preferences.sqlite")
+        database.execute("CREATE TABLE IF NOT EXISTS preferences (key TEXT PRIMARY KEY NOT NULL, type TEXT NOT NULL, "
+                         "value ANY NOT NULL) STRICT, WITHOUT ROWID")
+        kinds = {str: ("string", str), bool: ("boolean", bool), float: ("double", float), bytes: ("data", bytes),
+                 list: ("array", json.dumps), dict: ("data", lambda value: json.dumps(value).encode())}
+        for key, value in preferences.items():
+            kind, encode = kinds[type(value)]
+            database.execute("INSERT OR REPLACE INTO preferences VALUES (?, ?, ?)", (key, kind, encode(value)))
+        database.execute("PRAGMA user_version = 1")
+        database.commit()
+        database.close()
 
     def preferences(self, data_home=None):
         """The stored preferences by key, with the values' types as they were stored."""
