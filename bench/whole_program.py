@@ -9,7 +9,6 @@ Prints one line per figure. The numbers say what this machine did in this run; n
 import json
 import os
 import re
-import sqlite3
 import statistics
 import subprocess
 import sys
@@ -24,21 +23,6 @@ from virtual_desktop import VirtualDesktop, wait_for  # noqa: E402
 FIRST_FRAME = "Bild gezeigt"
 STARTS = 9
 TICKS_PER_SECOND = os.sysconf("SC_CLK_TCK")
-
-
-def store(desktop, **preferences):
-    folder = desktop.data_home / "quillbar"
-    folder.mkdir(exist_ok=True)
-    database = sqlite3.connect(folder / "preferences.sqlite")
-    database.execute("CREATE TABLE IF NOT EXISTS preferences (key TEXT PRIMARY KEY NOT NULL, type TEXT NOT NULL, "
-                     "value ANY NOT NULL) STRICT, WITHOUT ROWID")
-    kinds = {str: "string", bool: "boolean", float: "double", bytes: "data", list: "array"}
-    for key, value in preferences.items():
-        stored = json.dumps(value) if isinstance(value, list) else value
-        database.execute("INSERT OR REPLACE INTO preferences VALUES (?, ?, ?)", (key, kinds[type(value)], stored))
-    database.execute("PRAGMA user_version = 1")
-    database.commit()
-    database.close()
 
 
 def cpu_seconds(pid):
@@ -129,9 +113,9 @@ def measure_slide(desktop, panel):
 def open_many_tasks(desktop, folder, count=10_000):
     tasks = [{"id": str(uuid.uuid4()).upper(), "title": f"Aufgabe {number}", "status": "backlog",
               "createdAt": 784111777.5, "order": number} for number in range(1, count + 1)]
-    store(desktop, **{"todoItems.v1": json.dumps(tasks).encode()})
+    desktop.store(**{"todoItems.v1": json.dumps(tasks).encode()})
     seconds = [start_to_first_frame(desktop, str(folder / "quillbar"))[0] for _ in range(5)]
-    store(desktop, **{"todoItems.v1": b"[]"})
+    desktop.store(**{"todoItems.v1": b"[]"})
     empty = [start_to_first_frame(desktop, str(folder / "quillbar"))[0] for _ in range(5)]
     print(f"start to first frame with {count} tasks: {statistics.median(seconds) * 1000:.0f} ms, without "
           f"{statistics.median(empty) * 1000:.0f} ms")
@@ -143,7 +127,7 @@ def compare_media_memory(desktop, folder, runs=5):
     figures = {name: [] for name in modules}
     for _ in range(runs):
         for name, enabled in modules.items():
-            store(desktop, enabledModuleIDs=enabled, mediaSource="system")
+            desktop.store(enabledModuleIDs=enabled, mediaSource="system")
             figures[name].append(start_to_first_frame(desktop, str(folder / "quillbar"), resident_memory)[1])
     memory = {name: statistics.median(values) for name, values in figures.items()}
     print(f"resident memory with the media card: {memory['with']:.1f} MiB, without {memory['without']:.1f} MiB")
@@ -151,7 +135,7 @@ def compare_media_memory(desktop, folder, runs=5):
 
 def scroll_many_tracks(desktop, folder, count=10_000):
     service = MusicService(desktop, folder / "spotify-stand-in", "--tracks", str(count))
-    store(desktop, enabledModuleIDs=["spotify"], mediaSource="spotify", alwaysVisible=True, sp_refresh="refresh-0")
+    desktop.store(enabledModuleIDs=["spotify"], mediaSource="spotify", alwaysVisible=True, sp_refresh="refresh-0")
     program = desktop.start([str(folder / "quillbar")], env={
         **service.environment(), "QT_LOGGING_RULES": "qt.scenegraph.time.renderloop.debug=true"})
     service.wait_for("GET /v1/me/playlists")
@@ -175,7 +159,7 @@ def scroll_many_tracks(desktop, folder, count=10_000):
 def main():
     folder = Path(sys.argv[1])
     with VirtualDesktop(compositor=True) as desktop:
-        store(desktop, hasOnboarded=True)
+        desktop.store(hasOnboarded=True)
         compare_starts(desktop, folder)
         measure_rest(desktop, folder)
         open_many_tasks(desktop, folder)

@@ -4,8 +4,6 @@
 Usage: tour.py <folder of the executables> <folder for the screenshots>
 """
 
-import json
-import sqlite3
 import sys
 import time
 from datetime import datetime, timedelta
@@ -15,6 +13,7 @@ from PIL import Image, ImageDraw, ImageFilter
 
 sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "tests/system"))
 from music_service import MusicService, install_browser  # noqa: E402
+from tour_desktops import visit_desktops  # noqa: E402
 from virtual_desktop import VirtualDesktop, wait_for  # noqa: E402
 
 SCREEN = (1440, 900)
@@ -55,6 +54,12 @@ def write_calendar(path):
     path.write_bytes("\r\n".join([*lines, "END:VCALENDAR", ""]).encode())
 
 
+def choose_fonts(desktop):
+    fonts = desktop.config_home / "fontconfig"
+    fonts.mkdir(exist_ok=True)
+    (fonts / "fonts.conf").write_text(FONTS)
+
+
 def paint_wallpaper(path):
     """A colourful picture with soft light in it, so that glass has something to show."""
     small = (SCREEN[0] // 8, SCREEN[1] // 8)
@@ -86,25 +91,22 @@ class Tour:
         for old in self.target.glob("*.png"):
             old.unlink()
         self.desktop = VirtualDesktop(screens=[SCREEN], compositor=True)
-        fonts = self.desktop.config_home / "fontconfig"
-        fonts.mkdir()
-        (fonts / "fonts.conf").write_text(FONTS)
+        choose_fonts(self.desktop)
         self.picture = self.desktop.folder / "wallpaper.png"
         paint_wallpaper(self.picture)
-        self.wallpaper(self.picture)
+        self.desktop.set_wallpaper(self.picture)
         self.program = None
         self.count = 0
 
     # --- what a person does
 
-    def wallpaper(self, what):
-        kind = "-cover" if isinstance(what, Path) else "-solid"
-        self.desktop.run("hsetroot", kind, what)
-
     def shot(self, name):
         self.count += 1
-        path = self.target / f"{self.count:02}-{name}.png"
-        self.desktop.screenshot(path)
+        self.keep(f"{self.count:02}-{name}", self.desktop)
+
+    def keep(self, name, desktop):
+        path = self.target / f"{name}.png"
+        desktop.screenshot(path)
         print(path, flush=True)
 
     def settle(self, seconds=0.5):
@@ -126,15 +128,7 @@ class Tour:
     def configure(self, env=None, **preferences):
         """Changes stored preferences while the program is not running."""
         self.stop()
-        kinds = {str: "string", bool: "boolean", float: "double", list: "array", dict: "data"}
-        path = self.desktop.data_home / "quillbar/preferences.sqlite"
-        database = sqlite3.connect(path)
-        for key, value in preferences.items():
-            stored = json.dumps(value) if isinstance(value, list) else value
-            stored = json.dumps(value).encode() if isinstance(value, dict) else stored
-            database.execute("INSERT OR REPLACE INTO preferences VALUES (?, ?, ?)", (key, kinds[type(value)], stored))
-        database.commit()
-        database.close()
+        self.desktop.store(**preferences)
         self.start(env)
 
     def reveal(self, side="left"):
@@ -197,13 +191,13 @@ class Tour:
         self.shot("milchglas-rechts")
         self.leave()
         for name, colour in (("weiss", "#ffffff"), ("schwarz", "#000000")):
-            self.wallpaper(colour)
+            self.desktop.set_wallpaper(colour)
             self.configure(globalTheme={**FROSTED, "frosted": False, "tintStrength": 0.0, "darkness": 0.7,
                                         "lightsIntensity": 0.0}, sidebarSide="left")
             self.reveal()
             self.shot(f"standard-auf-{name}")
             self.leave()
-        self.wallpaper(self.picture)
+        self.desktop.set_wallpaper(self.picture)
         self.configure(globalTheme=BRIGHT)
         self.reveal()
         self.shot("dunkler-text")
@@ -314,7 +308,7 @@ class Tour:
     def music(self):
         """The media card in all its states; the service and the browser are stand-ins."""
         click = self.desktop.click
-        self.wallpaper(self.picture)
+        self.desktop.set_wallpaper(self.picture)
         self.configure(globalTheme=BRIGHT | {"darkness": 0.7, "tintStrength": 0.0, "frosted": False, "textWhite": True},
                        enabledModuleIDs=["spotify"], mediaSource="system", alwaysVisible=True)
         self.settle(1.5)
@@ -396,10 +390,13 @@ class Tour:
         self.shot("galerie")
         program.terminate()
 
+    def desktops(self):
+        visit_desktops(self.picture, choose_fonts, self.executables / "quillbar", self.keep)
+
     def run(self):
         try:
             for station in (self.first_start, self.board, self.quick_settings, self.task_list, self.looks,
-                            self.settings, self.notes, self.calendar, self.empty, self.music, self.gallery):
+                            self.settings, self.notes, self.calendar, self.empty, self.music, self.gallery, self.desktops):
                 station()
         finally:
             self.desktop.close()

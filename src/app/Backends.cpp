@@ -91,6 +91,13 @@ void useWayland(Backends &backends)
         return std::make_unique<LayerShellPanelWindow>(std::move(window), *wayland, fade);
     };
     backends.desktop = std::move(desktop);
+    backends.activate = [](QWindow &window) {
+        // Nobody may bring forward what lies below another program's window, but what comes anew is in front.
+        if (window.isExposed() && !window.isActive()) {
+            window.setVisible(false);
+            window.setVisible(true);
+        }
+    };
 }
 #endif
 

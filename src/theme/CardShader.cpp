@@ -150,6 +150,7 @@ CardShader::CardShader(QQuickItem *parent)
 {
     setFlag(ItemHasContents);
     connect(this, &CardShader::changed, this, &QQuickItem::update);
+    connect(this, &CardShader::cornerChanged, this, &QQuickItem::update);
 }
 
 void CardShader::geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry)

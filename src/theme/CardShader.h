@@ -18,7 +18,7 @@ class CardShader : public QQuickItem
     Q_PROPERTY(Shader shader MEMBER m_shader NOTIFY changed FINAL REQUIRED)
     Q_PROPERTY(Part part MEMBER m_part NOTIFY changed FINAL)
     /// The card's corner radius in points.
-    Q_PROPERTY(qreal corner MEMBER m_corner NOTIFY changed FINAL REQUIRED)
+    Q_PROPERTY(qreal corner MEMBER m_corner NOTIFY cornerChanged FINAL REQUIRED)
     /// How far the frame reaches beyond the card's edge, and how far inside it, in points.
     Q_PROPERTY(qreal outside MEMBER m_outside NOTIFY changed FINAL)
     Q_PROPERTY(qreal inside MEMBER m_inside NOTIFY changed FINAL)
@@ -45,6 +45,8 @@ public:
 
 Q_SIGNALS:
     void changed();
+    /// On its own: other properties follow from it.
+    void cornerChanged();
 
 protected:
     QSGNode *updatePaintNode(QSGNode *oldNode, UpdatePaintNodeData *data) override;

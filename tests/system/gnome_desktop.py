@@ -35,7 +35,6 @@ class GnomeDesktop(VirtualDesktop):
 
     def _start_server(self):
         del self.environment["QT_QPA_PLATFORM"]
-        super()._start_bus()
         width, height = self.screens[0]
         self._server = self.start(["mutter", "--headless", "--wayland", "--virtual-monitor", f"{width}x{height}",
                                    "--wayland-display", "wayland-test"], env={"GSETTINGS_BACKEND": "memory"})
@@ -47,9 +46,6 @@ class GnomeDesktop(VirtualDesktop):
         self.environment |= {"DISPLAY": number.group(1), "WAYLAND_DISPLAY": "wayland-test",
                              "XAUTHORITY": str(authority)}
         self._start_seat()
-
-    def _start_bus(self):
-        pass
 
     def _start_seat(self):
         bus = dbus.bus.BusConnection(self.environment["DBUS_SESSION_BUS_ADDRESS"])

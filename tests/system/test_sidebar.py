@@ -3,7 +3,6 @@
 import json
 import os
 import signal
-import sqlite3
 import time
 import unittest
 
@@ -49,18 +48,7 @@ class Sidebar:
 
 def store(desktop, **preferences):
     """Writes preferences as an earlier run would have left them."""
-    folder = desktop.data_home / "quillbar"
-    folder.mkdir(exist_ok=True)
-    database = sqlite3.connect(folder / "preferences.sqlite")
-    database.execute("CREATE TABLE IF NOT EXISTS preferences (key TEXT PRIMARY KEY NOT NULL, type TEXT NOT NULL, "
-                     "value ANY NOT NULL) STRICT, WITHOUT ROWID")
-    kinds = {str: "string", bool: "boolean", float: "double", bytes: "data", list: "array"}
-    for key, value in {"hasOnboarded": True, **preferences}.items():
-        stored = json.dumps(value) if isinstance(value, list) else value
-        database.execute("INSERT INTO preferences VALUES (?, ?, ?)", (key, kinds[type(value)], stored))
-    database.execute("PRAGMA user_version = 1")
-    database.commit()
-    database.close()
+    desktop.store(hasOnboarded=True, **preferences)
 
 
 # The panel on a screen of 1440 × 900 pixels without docks.

@@ -19,11 +19,13 @@ ON_CARD = (200, 600)
 class WaylandSidebar(Sidebar):
     """The program on a Wayland desktop. Nobody tells where its surfaces are: they are seen in the picture."""
 
+    background = WALLPAPER
+
     def panel(self):
         return self.is_up_at(*ON_CARD)
 
     def is_up_at(self, x, y):
-        return self.desktop.pixel(x, y) != WALLPAPER or None
+        return self.desktop.pixel(x, y) != self.background or None
 
     def wait_up(self, x=ON_CARD[0], y=ON_CARD[1]):
         wait_for(lambda: self.is_up_at(x, y), message=lambda: "no panel\n" + self.program.log)
@@ -227,6 +229,7 @@ class WaylandTest(unittest.TestCase):
         for bar, top, bottom in (("top", 30, 900), ("bottom", 0, 870)):
             with self.subTest(bar=bar):
                 desktop, launch = self.start({"alwaysVisible": True}, bar=bar)
+                wait_for(lambda: desktop.pixel(700, 15 if top else 885) != WALLPAPER, message="no bar")
                 before = desktop.screenshot()
                 sidebar = launch()
                 sidebar.wait_up()

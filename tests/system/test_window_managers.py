@@ -27,6 +27,7 @@ class Walk(unittest.TestCase):
         self.other.wait_until_active()
         store(self.desktop, triggerMode="both")
         self.sidebar = Sidebar(self.desktop)
+        self.addCleanup(lambda: self.assertNotIn(".qml:", self.sidebar.program.log))
         self.sidebar.wait_peek_over()
 
     def reveal(self, *place):

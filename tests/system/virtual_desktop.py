@@ -115,8 +115,8 @@ class VirtualDesktop:
         self._window_manager = window_manager
         try:
             self._prepare_folders()
-            self._start_server()
             self._start_bus()
+            self._start_server()
             if window_manager:
                 self.start_window_manager(window_manager)
             if compositor:
@@ -213,24 +213,28 @@ class VirtualDesktop:
     def start_compositor(self):
         return self.start(["picom", "--backend", "xrender", "--config", "/dev/null"])
 
-    def set_wallpaper(self, colour):
-        self.run("hsetroot", "-solid", colour)
+    def set_wallpaper(self, what):
+        """A colour, or the path of a picture."""
+        self.run("hsetroot", "-cover" if isinstance(what, Path) else "-solid", what)
 
     # --- programs
 
-    def start(self, arguments, env=None, **popen):
-        """Starts a program on this desktop; it ends with the desktop at the latest."""
+    def start(self, arguments, env=None, only=None, **popen):
+        """Starts a program on this desktop; it ends with the desktop at the latest.
+
+        env: variables beside those of the desktop; only: variables in their place.
+        """
         if isinstance(arguments, (str, Path)):
             arguments = [str(arguments)]
         self._count += 1
         log_path = self.folder / f"{self._count}-{Path(arguments[0]).name}.log"
-        program = Program(arguments, {**self.environment, **(env or {})}, log_path, **popen)
+        program = Program(arguments, only or {**self.environment, **(env or {})}, log_path, **popen)
         self._programs.append(program)
         return program
 
-    def run(self, *arguments, check=True):
-        """Runs a command to its end and returns its standard output."""
-        done = subprocess.run([str(argument) for argument in arguments], env=self.environment,
+    def run(self, *arguments, check=True, env=None):
+        """Runs a command to its end and returns its standard output. env: other variables than the desktop's."""
+        done = subprocess.run([str(argument) for argument in arguments], env=env or self.environment,
                               capture_output=True, timeout=30, check=False)
         if check and done.returncode != 0:
             raise RuntimeError(f"{' '.join(map(str, arguments))}: {done.stderr.decode(errors='replace')}")
@@ -280,8 +284,12 @@ class VirtualDesktop:
 
     # --- pointer and keyboard
 
+    def at_screen(self, *arguments):
+        """Runs a tool on the X server whose screen a person would be in front of."""
+        return self.run(*arguments)
+
     def move(self, x, y):
-        self.run("xdotool", "mousemove", x, y)
+        self.at_screen("xdotool", "mousemove", x, y)
 
     def move_smoothly(self, x, y, seconds=0.25):
         """Moves the pointer on a straight line, as a hand does, at 60 steps a second."""
@@ -291,16 +299,16 @@ class VirtualDesktop:
         for step in range(1, steps + 1):
             arguments += ["mousemove", round(start_x + (x - start_x) * step / steps),
                           round(start_y + (y - start_y) * step / steps), "sleep", f"{seconds / steps:.4f}"]
-        self.run("xdotool", *arguments)
+        self.at_screen("xdotool", *arguments)
 
     def pointer(self):
-        text = self.run("xdotool", "getmouselocation")
+        text = self.at_screen("xdotool", "getmouselocation")
         return tuple(int(number) for number in re.match(r"x:(\d+) y:(\d+)", text).groups())
 
     def click(self, x=None, y=None, button=1, repeat=1):
         if x is not None:
             self.move(x, y)
-        self.run("xdotool", "click", "--repeat", repeat, "--delay", 60, button)
+        self.at_screen("xdotool", "click", "--repeat", repeat, "--delay", 60, button)
 
     def right_click(self, x=None, y=None):
         self.click(x, y, button=3)
@@ -314,25 +322,48 @@ class VirtualDesktop:
 
     def drag(self, start, end, seconds=0.3):
         self.move(*start)
-        self.run("xdotool", "mousedown", 1)
+        self.at_screen("xdotool", "mousedown", 1)
         self.move_smoothly(*end, seconds=seconds)
-        self.run("xdotool", "mouseup", 1)
+        self.at_screen("xdotool", "mouseup", 1)
 
     def key(self, *combinations):
         """Presses keys, one after another, as "Return" or "ctrl+comma"."""
-        self.run("xdotool", "key", "--delay", 20, *combinations)
+        self.at_screen("xdotool", "key", "--delay", 20, *combinations)
 
     def type(self, text):
-        self.run("xdotool", "type", "--delay", 15, "--", text)
+        self.at_screen("xdotool", "type", "--delay", 15, "--", text)
 
     # --- what there is to see
 
     def screenshot(self, path=None):
         """The whole X screen; kept at path, if one is given."""
         target = Path(path) if path else self.folder / "screenshot.png"
-        self.run("maim", "--hidecursor", target)
+        self.at_screen("maim", "--hidecursor", target)
         with Image.open(target) as image:
             return image.convert("RGB")
+
+    def pixel(self, x, y):
+        """The colour at a place of the screen, as three numbers up to 255."""
+        target = self.folder / "pixel.png"
+        self.at_screen("maim", "--hidecursor", "-g", f"1x1+{x}+{y}", target)
+        with Image.open(target) as image:
+            return image.convert("RGB").getpixel((0, 0))
+
+    def store(self, **preferences):
+        """Writes preferences as an earlier run of the program would have left them."""
+        folder = self.data_home / "quillbar"
+        folder.mkdir(exist_ok=True)
+        database = sqlite3.connect(folder / "preferences.sqlite")
+        database.execute("CREATE TABLE IF NOT EXISTS preferences (key TEXT PRIMARY KEY NOT NULL, type TEXT NOT NULL, "
+                         "value ANY NOT NULL) STRICT, WITHOUT ROWID")
+        kinds = {str: ("string", str), bool: ("boolean", bool), float: ("double", float), bytes: ("data", bytes),
+                 list: ("array", json.dumps), dict: ("data", lambda value: json.dumps(value).encode())}
+        for key, value in preferences.items():
+            kind, encode = kinds[type(value)]
+            database.execute("INSERT OR REPLACE INTO preferences VALUES (?, ?, ?)", (key, kind, encode(value)))
+        database.execute("PRAGMA user_version = 1")
+        database.commit()
+        database.close()
 
     def preferences(self, data_home=None):
         """The stored preferences by key, with the values' types as they were stored."""

@@ -7,7 +7,7 @@ import subprocess
 
 from PIL import Image
 
-from virtual_desktop import Program, VirtualDesktop, wait_for
+from virtual_desktop import VirtualDesktop, wait_for
 
 VIRTUAL_SEAT = os.environ.get("VIRTUAL_SEAT", "")
 NEEDED = ("sway", "swaybg", "swaymsg", "grim", "foot")
@@ -19,6 +19,26 @@ BUTTONS = {1: 0x110, 2: 0x112, 3: 0x111}
 def missing_programs():
     """The programs that such a desktop needs and that are not there."""
     return [name for name in NEEDED if shutil.which(name) is None]
+
+
+def start_sway(desktop, configuration, environment):
+    """Starts sway with these lines of configuration; as another user if need be: it refuses the superuser.
+
+    Returns the program, and the folder of that user, where sway's sockets are.
+    """
+    desktop.folder.chmod(0o711)
+    home = desktop.folder / "compositor"
+    home.mkdir(mode=0o700)
+    file = home / "config"
+    file.write_text("\n".join(configuration) + "\n")
+    user = {}
+    if os.geteuid() == 0:
+        user = {"user": "nobody", "group": "nogroup", "extra_groups": []}
+        shutil.chown(home, "nobody", "nogroup")
+        shutil.chown(file, "nobody", "nogroup")
+    needed = {"PATH": desktop.environment["PATH"], "LC_ALL": "C.UTF-8", "HOME": str(home),
+              "XDG_RUNTIME_DIR": str(home), "WLR_RENDERER": "pixman", "WLR_LIBINPUT_NO_DEVICES": "1"}
+    return desktop.start(["sway", "-c", str(file)], only=needed | environment, **user), home
 
 
 class WaylandDesktop(VirtualDesktop):
@@ -38,36 +58,18 @@ class WaylandDesktop(VirtualDesktop):
 
     # --- start
 
-    def _prepare_folders(self):
-        super()._prepare_folders()
-        del self.environment["QT_QPA_PLATFORM"]
-        # The compositor runs as another user.
-        self.folder.chmod(0o711)
-        self.compositor_home = self.folder / "compositor"
-        self.compositor_home.mkdir(mode=0o700)
-
     def _start_server(self):
-        configuration = self.compositor_home / "config"
-        configuration.write_text(self._configuration())
-        environment = {"PATH": self.environment["PATH"], "LC_ALL": "C.UTF-8", "HOME": str(self.compositor_home),
-                       "XDG_RUNTIME_DIR": str(self.compositor_home), "WLR_RENDERER": "pixman",
-                       "WLR_LIBINPUT_NO_DEVICES": "1"}
+        del self.environment["QT_QPA_PLATFORM"]
         if self._host:
-            environment |= {"WLR_BACKENDS": "wayland", "WLR_WL_OUTPUTS": str(len(self.screens)),
-                            "WAYLAND_DISPLAY": self._host.environment["WAYLAND_DISPLAY"]}
+            environment = {"WLR_BACKENDS": "wayland", "WLR_WL_OUTPUTS": str(len(self.screens)),
+                           "WAYLAND_DISPLAY": self._host.environment["WAYLAND_DISPLAY"]}
         else:
-            environment |= {"WLR_BACKENDS": "headless", "WLR_HEADLESS_OUTPUTS": str(len(self.screens))}
-        # Sway does not start for the superuser.
-        user = {"user": "nobody", "group": "nogroup", "extra_groups": []} if os.geteuid() == 0 else {}
-        if user:
-            shutil.chown(self.compositor_home, "nobody", "nogroup")
-            shutil.chown(configuration, "nobody", "nogroup")
-        self._server = Program(["sway", "-c", str(configuration)], environment, self.folder / "0-sway.log", **user)
-        self._programs.append(self._server)
+            environment = {"WLR_BACKENDS": "headless", "WLR_HEADLESS_OUTPUTS": str(len(self.screens))}
+        self._server, home = start_sway(self, self._configuration(), environment)
 
         def socket(pattern):
             assert self._server.is_running(), self._server.log
-            return next(iter(self.compositor_home.glob(pattern)), None)
+            return next(iter(home.glob(pattern)), None)
 
         self.environment["SWAYSOCK"] = str(wait_for(lambda: socket("sway-ipc.*.sock"), message="no sway"))
         self.environment["WAYLAND_DISPLAY"] = str(wait_for(lambda: socket("wayland-*[0-9]"), message="no socket"))
@@ -87,7 +89,7 @@ class WaylandDesktop(VirtualDesktop):
             left += width
         if self._bar:
             lines.append(f"bar {{\n position {self._bar}\n height 30\n status_command sleep 1000\n}}")
-        return "\n".join(lines) + "\n"
+        return lines
 
     def set_wallpaper(self, colour):
         self.swaymsg("output", "*", "bg", colour, "solid_color")

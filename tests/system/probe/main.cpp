@@ -1,5 +1,6 @@
 // A window for the system tests, driven by lines on standard input and answering with lines of JSON on
-// standard output. Without arguments it is a panel; with "plain" an ordinary window of another application.
+// standard output. Without arguments it is a panel; with "plain" an ordinary window of another application,
+// which may be one on a Wayland desktop.
 
 #include "platform/x11/X11Desktop.h"
 #include "platform/x11/X11PanelWindow.h"
@@ -15,6 +16,7 @@
 
 #include <cstdio>
 #include <iostream>
+#include <optional>
 #include <string>
 
 #include <unistd.h>
@@ -76,6 +78,8 @@ public:
     explicit Probe(bool isPlain)
         : m_isPlain(isPlain)
     {
+        if (QGuiApplication::platformName() == "xcb"_L1)
+            m_desktop.emplace();
         auto window = std::make_unique<ProbeWindow>(isPlain ? Qt::blue : Qt::red);
         m_window = window.get();
         if (isPlain) {
@@ -84,13 +88,15 @@ public:
             m_plain->create();
         } else {
             m_window->setTitle(u"Probe panel"_s);
-            m_panel = std::make_unique<X11PanelWindow>(std::move(window), m_desktop);
+            m_panel = std::make_unique<X11PanelWindow>(std::move(window), m_desktop.value());
         }
-        QObject::connect(&m_desktop, &Desktop::screensChanged, m_window, [this] {
-            print({{u"event"_s, u"screens"_s}, {u"screens"_s, json(m_desktop.screens())}});
+        if (!m_desktop)
+            return;
+        QObject::connect(&*m_desktop, &Desktop::screensChanged, m_window, [this] {
+            print({{u"event"_s, u"screens"_s}, {u"screens"_s, json(m_desktop->screens())}});
         });
-        QObject::connect(&m_desktop, &Desktop::compositedChanged, m_window, [this] {
-            print({{u"event"_s, u"composited"_s}, {u"composited"_s, m_desktop.isComposited()}});
+        QObject::connect(&*m_desktop, &Desktop::compositedChanged, m_window, [this] {
+            print({{u"event"_s, u"composited"_s}, {u"composited"_s, m_desktop->isComposited()}});
         });
     }
 
@@ -106,17 +112,20 @@ public:
             runPlain(command, numbers);
         else
             runPanel(command, numbers);
-        const auto pointer = m_desktop.pointerLocation();
-        print({{u"command"_s, command},
-               {u"window"_s, static_cast<qint64>(m_window->winId())},
-               {u"active"_s, m_window->isActive()},
-               {u"exposed"_s, m_window->isExposed()},
-               {u"size"_s, QJsonArray{m_window->width(), m_window->height()}},
-               {u"typed"_s, m_window->typed},
-               {u"clicks"_s, m_window->clicks},
-               {u"composited"_s, m_desktop.isComposited()},
-               {u"pointer"_s, pointer ? QJsonValue(QJsonArray{pointer->x(), pointer->y()}) : QJsonValue()},
-               {u"screens"_s, json(m_desktop.screens())}});
+        QJsonObject answer{{u"command"_s, command},
+                           {u"window"_s, static_cast<qint64>(m_window->winId())},
+                           {u"active"_s, m_window->isActive()},
+                           {u"exposed"_s, m_window->isExposed()},
+                           {u"size"_s, QJsonArray{m_window->width(), m_window->height()}},
+                           {u"typed"_s, m_window->typed},
+                           {u"clicks"_s, m_window->clicks}};
+        if (m_desktop) {
+            const auto pointer = m_desktop->pointerLocation();
+            answer[u"composited"] = m_desktop->isComposited();
+            answer[u"pointer"] = pointer ? QJsonValue(QJsonArray{pointer->x(), pointer->y()}) : QJsonValue();
+            answer[u"screens"] = json(m_desktop->screens());
+        }
+        print(answer);
     }
 
 private:
@@ -155,7 +164,8 @@ private:
         }
     }
 
-    X11Desktop m_desktop;
+    /// None on a Wayland desktop.
+    std::optional<X11Desktop> m_desktop;
     std::unique_ptr<X11PanelWindow> m_panel;
     std::unique_ptr<QWindow> m_plain;
     ProbeWindow *m_window;
