@@ -18,6 +18,8 @@ LayerShellPanelWindow::LayerShellPanelWindow(std::unique_ptr<QWindow> window, La
     m_window->installEventFilter(this);
     m_desktop.followPanel(*m_window);
     connect(&m_desktop, &Desktop::pointerMoved, this, &LayerShellPanelWindow::followPointer);
+    connect(&m_desktop.connection(), &WaylandConnection::blurChanged, this,
+            &LayerShellPanelWindow::attachBlur);
 }
 
 LayerShellPanelWindow::~LayerShellPanelWindow()
@@ -59,7 +61,7 @@ void LayerShellPanelWindow::orderFront()
     if (m_surface.isShown() || !screen || handle == nullptr)
         return;
     m_surface.show(*handle, pointsOf(m_frame, screen->visibleFrame), [this] { orderOut(); });
-    m_blur.attach(WaylandConnection::surface(*m_window));
+    attachBlur();
     place();
 }
 
@@ -81,7 +83,8 @@ void LayerShellPanelWindow::makeKey()
 void LayerShellPanelWindow::setBlurRegion(const QRegion &region)
 {
     m_blur.setRegion(region);
-    m_window->requestUpdate();
+    // The view may have nothing new to draw.
+    m_surface.commit();
 }
 
 bool LayerShellPanelWindow::eventFilter(QObject *, QEvent *event)
@@ -89,6 +92,12 @@ bool LayerShellPanelWindow::eventFilter(QObject *, QEvent *event)
     if (event->type() == QEvent::MouseButtonPress && !m_surface.takesKeyboard())
         makeKey();
     return false;
+}
+
+void LayerShellPanelWindow::attachBlur()
+{
+    m_blur.attach(m_surface.isShown() ? WaylandConnection::surface(*m_window) : nullptr);
+    m_surface.commit();
 }
 
 void LayerShellPanelWindow::place()
