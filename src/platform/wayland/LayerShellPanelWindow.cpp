@@ -5,7 +5,21 @@
 
 #include <QEvent>
 
+#include <algorithm>
+
 namespace randblatt {
+
+namespace {
+
+/// Moves a rectangle so that something of it lies right of the edge that it is measured from. A compositor
+/// may count what is left of there off the surface's width, and end the program that has nothing left.
+QRect touchingEdge(QRect rect)
+{
+    rect.moveLeft(std::max(rect.left(), 1 - rect.width()));
+    return rect;
+}
+
+} // namespace
 
 LayerShellPanelWindow::LayerShellPanelWindow(std::unique_ptr<QWindow> window, LayerShellDesktop &desktop,
                                              Fade fade)
@@ -60,7 +74,7 @@ void LayerShellPanelWindow::orderFront()
     QScreen *handle = m_desktop.handle(m_screenID);
     if (m_surface.isShown() || !screen || handle == nullptr)
         return;
-    m_surface.show(*handle, pointsOf(m_frame, screen->visibleFrame), [this] { orderOut(); });
+    m_surface.show(*handle, touchingEdge(pointsOf(m_frame, screen->visibleFrame)), [this] { orderOut(); });
     attachBlur();
     place();
 }
@@ -106,9 +120,12 @@ void LayerShellPanelWindow::place()
     if (!screen)
         return;
     // The compositor counts from the corner of what it leaves of the screen.
-    m_surface.setRect(pointsOf(m_frame, screen->visibleFrame));
+    const QRect wanted = pointsOf(m_frame, screen->visibleFrame);
+    const QRect rect = touchingEdge(wanted);
+    m_surface.setRect(rect);
     if (m_surface.isShown())
-        m_desktop.placePanel(*m_window, m_screenID, pointsOf(m_frame, screen->frame));
+        m_desktop.placePanel(*m_window, m_screenID,
+                             pointsOf(m_frame, screen->frame).translated(rect.topLeft() - wanted.topLeft()));
 }
 
 // Nobody else can take the keyboard from the panel: it gives it back when the user turns elsewhere.

@@ -40,7 +40,8 @@ struct Placement
 {
     uint32_t anchor = 0;
     QPoint margin;
-    QSize size;
+    /// What is 0, the anchors decide.
+    QSize size{0, 0};
     bool takesKeyboard = false;
 };
 

@@ -42,6 +42,8 @@ void commitLayer(Layer &layer)
     layer.state->check(next.size.height() > 0 || isBetween(next.anchor, ZWLR_LAYER_SURFACE_V1_ANCHOR_TOP,
                                                            ZWLR_LAYER_SURFACE_V1_ANCHOR_BOTTOM),
                        "a layer surface without a height");
+    layer.state->check(next.size.width() == 0 || next.size.width() + next.margin.x() > 0,
+                       "a layer surface that its margin leaves nothing of");
     layer.state->check(layer.isConfigured || layer.surface->buffer == nullptr,
                        "a picture before the first configure was acknowledged");
     const bool isFirst = !layer.isConfigured && layer.unanswered.empty();
