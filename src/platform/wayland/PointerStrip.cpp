@@ -24,6 +24,8 @@ void PointerStrip::makeWayFor(const QRect &rect)
 {
     const QRegion left = QRegion(QRect(QPoint(), m_rect.size())) - rect.translated(-m_rect.topLeft());
     setMask(left.isEmpty() ? nothing : left);
+    // There is nothing to paint that would make it take effect.
+    m_surface.commit();
 }
 
 void PointerStrip::mouseReleaseEvent(QMouseEvent *)

@@ -4,6 +4,7 @@
 
 #include <blur-server-protocol.h>
 #include <ext-background-effect-v1-server-protocol.h>
+#include <xdg-shell-server-protocol.h>
 #define namespace name_space
 #include <wlr-layer-shell-unstable-v1-server-protocol.h>
 #undef namespace
@@ -48,6 +49,7 @@ StandInCompositor::StandInCompositor()
     wl_display_init_shm(m_state->display);
     wl_global_create(m_state->display, &wl_compositor_interface, 4, m_state.get(), bindCompositor);
     wl_global_create(m_state->display, &zwlr_layer_shell_v1_interface, 3, m_state.get(), bindLayerShell);
+    wl_global_create(m_state->display, &xdg_wm_base_interface, 1, m_state.get(), bindWindowShell);
     m_thread = std::thread([this] { run(); });
 }
 
@@ -158,12 +160,13 @@ void StandInCompositor::configurePanels(const QSize &size)
     }
 }
 
-std::optional<StandInCompositor::Panel> StandInCompositor::panel() const
+std::optional<StandInCompositor::Panel> StandInCompositor::panel(int width) const
 {
     const std::scoped_lock lock(m_mutex);
     std::optional<Panel> found;
     for (const Layer *layer : m_state->layers) {
-        if (!layer->isPanel || layer->isClosed || layer->surface == nullptr)
+        if (!layer->isPanel || layer->isClosed || layer->surface == nullptr ||
+            layer->current.size.width() != width)
             continue;
         if (found)
             return std::nullopt;
@@ -180,7 +183,8 @@ std::optional<StandInCompositor::Panel> StandInCompositor::panel() const
                       surface.picture,
                       layer->current.takesKeyboard,
                       m_state->canBlur ? surface.effectRegion.value_or(QRegion()) & whole : QRegion(),
-                      byKWin & whole};
+                      byKWin & whole,
+                      surface.input.value_or(whole) & whole};
     }
     return found;
 }

@@ -25,7 +25,7 @@ struct State;
 class StandInCompositor
 {
 public:
-    /// A surface of the layer shell as it was committed last.
+    /// A surface of the layer shell as it was committed last: the panel or a strip.
     struct Panel
     {
         /// Another for every surface.
@@ -39,6 +39,8 @@ public:
         /// What is blurred behind it, by each of the protocols.
         QRegion effectBlur;
         QRegion kwinBlur;
+        /// Where it takes the pointer.
+        QRegion input;
     };
     /// What is told first of an output that goes.
     enum class Farewell { surfacesFirst, outputFirst, outputAlone };
@@ -64,8 +66,8 @@ public:
     /// Wishes that the panels had another size.
     void configurePanels(const QSize &size);
 
-    /// The panel that is there; none also while there is more than one.
-    [[nodiscard]] std::optional<Panel> panel() const;
+    /// The surface of this width that is there, if there is just one.
+    [[nodiscard]] std::optional<Panel> panel(int width) const;
     /// The objects that ask for blur and were not destroyed.
     [[nodiscard]] int blurObjects() const;
     /// What the client did against the rules since this was asked last, one a line.

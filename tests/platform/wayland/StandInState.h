@@ -69,6 +69,8 @@ struct Surface
     bool isAttached = false;
     QSize picture = {};
     std::vector<wl_resource *> frames = {};
+    std::optional<QRegion> pendingInput = {};
+    std::optional<QRegion> input = {};
     Blur *effect = nullptr;
     std::optional<QRegion> pendingEffect = {};
     std::optional<QRegion> effectRegion = {};
@@ -119,6 +121,8 @@ void deleteData(wl_resource *resource)
 
 void bindCompositor(wl_client *client, void *state, uint32_t version, uint32_t id);
 void bindLayerShell(wl_client *client, void *state, uint32_t version, uint32_t id);
+/// Without windows to place, which Qt does not come up without.
+void bindWindowShell(wl_client *client, void *state, uint32_t version, uint32_t id);
 void bindEffects(wl_client *client, void *state, uint32_t version, uint32_t id);
 void bindKWinBlur(wl_client *client, void *state, uint32_t version, uint32_t id);
 /// Wishes that a layer had this size.

@@ -76,6 +76,7 @@ void commit(wl_client *, wl_resource *resource)
         commitLayer(*surface.layer);
     if (std::exchange(surface.isAttached, false))
         showPicture(surface);
+    surface.input = surface.pendingInput;
     surface.effectRegion = surface.pendingEffect;
     if (std::exchange(surface.hasOtherKWinBlur, false))
         surface.kwinRegion = surface.kwinBlur == nullptr ? std::nullopt : surface.kwinBlur->current;
@@ -99,7 +100,9 @@ const auto surfaceRequests = [] {
         of<Surface>(surface)->frames.push_back(wl_resource_create(client, &wl_callback_interface, 1, id));
     };
     requests.set_opaque_region = [](wl_client *, wl_resource *, wl_resource *) {};
-    requests.set_input_region = [](wl_client *, wl_resource *, wl_resource *) {};
+    requests.set_input_region = [](wl_client *, wl_resource *surface, wl_resource *region) {
+        of<Surface>(surface)->pendingInput = copy(region);
+    };
     requests.commit = commit;
     requests.set_buffer_transform = [](wl_client *, wl_resource *, int32_t) {};
     requests.set_buffer_scale = [](wl_client *, wl_resource *, int32_t) {};

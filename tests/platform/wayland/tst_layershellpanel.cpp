@@ -67,7 +67,7 @@ private Q_SLOTS:
         m_compositor.withdrawBackgroundEffects();
         m_compositor.withdrawKWinBlur();
         QTRY_COMPARE(m_compositor.blurObjects(), 0);
-        QTRY_VERIFY(!m_compositor.panel());
+        QTRY_VERIFY(!panel());
         QCOMPARE(m_compositor.takeFaults(), QString());
     }
 
@@ -93,13 +93,13 @@ private Q_SLOTS:
         f.panel.setBlurRegion(twoCards);
         QTRY_COMPARE(blur(), twoCards);
 
-        const int before = m_compositor.panel()->id;
+        const int before = panel()->id;
         f.panel.orderOut();
-        QTRY_VERIFY(!m_compositor.panel());
+        QTRY_VERIFY(!panel());
         QCOMPARE(m_compositor.blurObjects(), 0);
         f.panel.orderFront();
         QTRY_COMPARE(blur(), twoCards);
-        QVERIFY(m_compositor.panel()->id != before);
+        QVERIFY(panel()->id != before);
     }
 
     void prefersTheProtocolOfAll()
@@ -109,11 +109,11 @@ private Q_SLOTS:
         Fixture f;
         f.panel.setBlurRegion(twoCards);
         f.panel.orderFront();
-        QTRY_COMPARE(m_compositor.panel()->effectBlur, twoCards);
-        QCOMPARE(m_compositor.panel()->kwinBlur, QRegion());
+        QTRY_COMPARE(panel()->effectBlur, twoCards);
+        QCOMPARE(panel()->kwinBlur, QRegion());
         // It is there for other effects as well.
         m_compositor.offerBackgroundEffects(false);
-        QTRY_COMPARE(m_compositor.panel()->kwinBlur, twoCards);
+        QTRY_COMPARE(panel()->kwinBlur, twoCards);
     }
 
     void followsWhatTheCompositorCanDo_data() { blursBehindTheCards_data(); }
@@ -144,7 +144,7 @@ private Q_SLOTS:
         offer(true);
         QTRY_COMPARE(blur(), oneCard);
         f.panel.orderOut();
-        QTRY_VERIFY(!m_compositor.panel());
+        QTRY_VERIFY(!panel());
         offer(false);
         QTRY_VERIFY(!f.desktop.connection().backgroundEffects() && !f.desktop.connection().kwinBlur());
         offer(true);
@@ -179,8 +179,28 @@ private Q_SLOTS:
         m_compositor.configurePanels({300, 200});
         m_compositor.configurePanels({});
         f.panel.setFrame(QRectF(QPointF(10, 14), panelSize));
-        QTRY_COMPARE(m_compositor.panel()->margin, QPoint(10, 0));
+        QTRY_COMPARE(panel()->margin, QPoint(10, 0));
         QVERIFY(isShown());
+    }
+
+    void letsThePointerReachTheEdgeAgain()
+    {
+        Fixture f;
+        const QSize strip(3, 900);
+        f.desktop.watchPointer({{QRectF(-10, -10, 12, 1000)}});
+        const auto reach = [&] {
+            const auto found = m_compositor.panel(strip.width());
+            return found ? found->input : QRegion();
+        };
+        const QRegion whole(QRect(QPoint(), strip));
+        QTRY_COMPARE(reach(), whole);
+        f.panel.setFrame(QRectF(QPointF(-444, 14), panelSize));
+        f.panel.orderFront();
+        f.panel.setFrame(QRectF(QPointF(0, 14), panelSize));
+        QTRY_COMPARE(reach(), whole - QRect(QPoint(), panelSize));
+        f.panel.setFrame(QRectF(QPointF(-444, 14), panelSize));
+        f.panel.orderOut();
+        QTRY_COMPARE(reach(), whole);
     }
 
     void leavesWithItsScreen_data()
@@ -207,15 +227,15 @@ private Q_SLOTS:
         FakeLoginItem loginItem;
         AppSettings settings{preferences, loginItem};
         SidebarPanelController controller(settings, desktop, [&](const QSizeF &) {
-            auto panel = std::make_unique<LayerShellPanelWindow>(std::make_unique<QQuickWindow>(), desktop,
-                                                                 [](double) {});
-            panel->setBlurRegion(twoCards);
-            return panel;
+            auto made = std::make_unique<LayerShellPanelWindow>(std::make_unique<QQuickWindow>(), desktop,
+                                                                [](double) {});
+            made->setBlurRegion(twoCards);
+            return made;
         });
         const Screen first = *desktop.mainScreen();
         controller.show(first);
         QTRY_COMPARE(blur(), twoCards);
-        const int gone = m_compositor.panel()->output;
+        const int gone = panel()->output;
         m_compositor.unplug(gone, farewell);
         QTRY_VERIFY(!desktop.screens().contains(first));
         QVERIFY(!controller.isVisible());
@@ -226,21 +246,23 @@ private Q_SLOTS:
         QTRY_VERIFY(desktop.mainScreen());
         controller.show(*desktop.mainScreen());
         QTRY_COMPARE(blur(), twoCards);
-        QCOMPARE(m_compositor.panel()->output, other);
+        QCOMPARE(panel()->output, other);
     }
 
 private:
+    [[nodiscard]] std::optional<StandInCompositor::Panel> panel() const
+    {
+        return m_compositor.panel(panelSize.width());
+    }
     [[nodiscard]] QRegion blur() const
     {
-        const auto panel = m_compositor.panel();
-        if (!panel)
-            return QRegion();
-        return panel->effectBlur | panel->kwinBlur;
+        const auto shown = panel();
+        return shown ? shown->effectBlur | shown->kwinBlur : QRegion();
     }
     [[nodiscard]] bool isShown() const
     {
-        const auto panel = m_compositor.panel();
-        return panel && panel->size == panelSize && panel->picture == panelSize;
+        const auto shown = panel();
+        return shown && shown->size == panelSize && shown->picture == panelSize;
     }
 
     StandInCompositor &m_compositor;
