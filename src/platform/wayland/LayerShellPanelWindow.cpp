@@ -84,7 +84,7 @@ void LayerShellPanelWindow::orderOut()
     m_blur.attach(nullptr);
     m_surface.setTakesKeyboard(false);
     m_surface.hide();
-    m_desktop.placePanel(*m_window, m_screenID, {});
+    m_desktop.placePanel(*m_window, m_screenID, {}, {});
 }
 
 void LayerShellPanelWindow::makeKey()
@@ -123,9 +123,12 @@ void LayerShellPanelWindow::place()
     const QRect wanted = pointsOf(m_frame, screen->visibleFrame);
     const QRect rect = touchingEdge(wanted);
     m_surface.setRect(rect);
-    if (m_surface.isShown())
-        m_desktop.placePanel(*m_window, m_screenID,
-                             pointsOf(m_frame, screen->frame).translated(rect.topLeft() - wanted.topLeft()));
+    if (!m_surface.isShown())
+        return;
+    // Where it only touches the edge it may not be there yet: the pointer would be over nothing.
+    const QRect opening = pointsOf(m_frame, screen->frame);
+    m_desktop.placePanel(*m_window, m_screenID, opening.translated(rect.topLeft() - wanted.topLeft()),
+                         opening);
 }
 
 // Nobody else can take the keyboard from the panel: it gives it back when the user turns elsewhere.

@@ -196,6 +196,9 @@ private Q_SLOTS:
         QTRY_COMPARE(reach(), whole);
         f.panel.setFrame(QRectF(QPointF(-444, 14), panelSize));
         f.panel.orderFront();
+        // Not before the panel is there to be entered.
+        f.desktop.connection().waitForAnswers();
+        QCOMPARE(reach(), whole);
         f.panel.setFrame(QRectF(QPointF(0, 14), panelSize));
         QTRY_COMPARE(reach(), whole - QRect(QPoint(), panelSize));
         f.panel.setFrame(QRectF(QPointF(-444, 14), panelSize));
