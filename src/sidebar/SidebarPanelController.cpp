@@ -123,9 +123,11 @@ std::optional<Screen> SidebarPanelController::currentScreen() const
 void SidebarPanelController::start(Slide slide, int milliseconds, const QEasingCurve &easing)
 {
     m_animation.stop();
-    m_slide = std::move(slide);
+    // With another duration or curve the animation is elsewhere at once, where it was left the last time.
+    m_slide = {};
     m_animation.setDuration(milliseconds);
     m_animation.setEasingCurve(easing);
+    m_slide = std::move(slide);
     m_animation.start();
 }
 

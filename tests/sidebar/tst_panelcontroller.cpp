@@ -75,8 +75,11 @@ private Q_SLOTS:
         QCOMPARE(f.record->frames.last(), hiddenFrame);
         QCOMPARE(f.record->alpha, 0.0);
 
+        const auto framesBefore = f.record->frames.size();
         f.showWholly();
         QCOMPARE(f.record->made, 1);
+        for (auto i = framesBefore; i < f.record->frames.size(); ++i)
+            QVERIFY(f.record->frames.at(i).x() >= f.record->frames.at(i - 1).x());
     }
 
     void turnsBackInTheMiddleOfTheWayOut()

@@ -22,10 +22,8 @@ void BackgroundBlur::attach(wl_surface *surface)
 {
     if (m_effect != nullptr)
         ext_background_effect_surface_v1_destroy(m_effect);
-    if (m_kwinBlur != nullptr)
-        org_kde_kwin_blur_release(m_kwinBlur);
     m_effect = nullptr;
-    m_kwinBlur = nullptr;
+    releaseKWinBlur();
     m_surface = surface;
     if (m_surface == nullptr)
         return;
@@ -57,16 +55,25 @@ void BackgroundBlur::apply()
 
 void BackgroundBlur::applyToKWin(wl_region *region)
 {
+    const bool hadBlur = m_kwinBlur != nullptr;
+    // KWin looks at what a surface has only once it is given another object.
+    releaseKWinBlur();
     // A missing region would mean the whole surface.
     if (region == nullptr) {
-        if (m_kwinBlur != nullptr)
+        if (hadBlur)
             org_kde_kwin_blur_manager_unset(m_connection.kwinBlur(), m_surface);
         return;
     }
-    if (m_kwinBlur == nullptr)
-        m_kwinBlur = org_kde_kwin_blur_manager_create(m_connection.kwinBlur(), m_surface);
+    m_kwinBlur = org_kde_kwin_blur_manager_create(m_connection.kwinBlur(), m_surface);
     org_kde_kwin_blur_set_region(m_kwinBlur, region);
     org_kde_kwin_blur_commit(m_kwinBlur);
+}
+
+void BackgroundBlur::releaseKWinBlur()
+{
+    if (m_kwinBlur != nullptr)
+        org_kde_kwin_blur_release(m_kwinBlur);
+    m_kwinBlur = nullptr;
 }
 
 } // namespace randblatt

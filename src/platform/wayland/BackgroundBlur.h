@@ -20,7 +20,8 @@ public:
     BackgroundBlur(const BackgroundBlur &) = delete;
     BackgroundBlur &operator=(const BackgroundBlur &) = delete;
 
-    /// Takes a surface that was just made, or none, in place of the one before, which may be gone already.
+    /// Takes a surface, or none, in place of the one before, which may be gone already; to be done anew when
+    /// the compositor begins or ends to offer blur. Takes effect when the surface is committed next.
     void attach(wl_surface *surface);
     /// Takes effect when the surface is committed next. Empty is no blur.
     void setRegion(const QRegion &region);
@@ -28,6 +29,7 @@ public:
 private:
     void apply();
     void applyToKWin(wl_region *region);
+    void releaseKWinBlur();
 
     const WaylandConnection &m_connection;
     QRegion m_region;

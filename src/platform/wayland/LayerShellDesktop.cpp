@@ -85,26 +85,28 @@ QScreen *LayerShellDesktop::handle(const QString &id) const
 void LayerShellDesktop::followPanel(QWindow &panel)
 {
     if (m_panel != nullptr)
-        placePanel(*m_panel, m_panelScreenID, {});
+        placePanel(*m_panel, m_panelScreenID, {}, {});
     m_panel = &panel;
     m_pointer.follow(panel);
 }
 
 void LayerShellDesktop::dropPanel(const QWindow &panel)
 {
-    placePanel(panel, m_panelScreenID, {});
+    placePanel(panel, m_panelScreenID, {}, {});
     if (m_panel == &panel)
         m_panel = nullptr;
 }
 
-void LayerShellDesktop::placePanel(const QWindow &panel, const QString &screenID, const QRect &rect)
+void LayerShellDesktop::placePanel(const QWindow &panel, const QString &screenID, const QRect &rect,
+                                   const QRect &opening)
 {
     if (m_panel != &panel)
         return;
-    if (m_panelScreenID == screenID && m_panelRect == rect)
+    if (m_panelScreenID == screenID && m_panelRect == rect && m_opening == opening)
         return;
     m_panelScreenID = screenID;
     m_panelRect = rect;
+    m_opening = opening;
     if (rect.isEmpty())
         m_pointer.forget(*m_panel);
     makeWayForPanel();
@@ -189,7 +191,7 @@ void LayerShellDesktop::layStrips()
 void LayerShellDesktop::makeWayForPanel()
 {
     for (const Strip &strip : m_strips)
-        strip.window->makeWayFor(strip.screenID == m_panelScreenID ? m_panelRect : QRect());
+        strip.window->makeWayFor(strip.screenID == m_panelScreenID ? m_opening : QRect());
 }
 
 } // namespace randblatt

@@ -47,8 +47,9 @@ public:
     void followPanel(QWindow &panel);
     void dropPanel(const QWindow &panel);
     /// The panel is at `rect`, in points from the upper left corner of a screen; empty for a hidden one.
-    /// Nothing for a panel that has lost its place to another.
-    void placePanel(const QWindow &panel, const QString &screenID, const QRect &rect);
+    /// The strips let the pointer through in `opening`. Nothing for a panel that has lost its place to
+    /// another.
+    void placePanel(const QWindow &panel, const QString &screenID, const QRect &rect, const QRect &opening);
 
 private:
     struct Output
@@ -79,6 +80,7 @@ private:
     const QWindow *m_panel = nullptr;
     QString m_panelScreenID;
     QRect m_panelRect;
+    QRect m_opening;
 };
 
 } // namespace randblatt

@@ -5,7 +5,21 @@
 
 #include <QEvent>
 
+#include <algorithm>
+
 namespace randblatt {
+
+namespace {
+
+/// Moves a rectangle so that something of it lies right of the edge that it is measured from. A compositor
+/// may count what is left of there off the surface's width, and end the program that has nothing left.
+QRect touchingEdge(QRect rect)
+{
+    rect.moveLeft(std::max(rect.left(), 1 - rect.width()));
+    return rect;
+}
+
+} // namespace
 
 LayerShellPanelWindow::LayerShellPanelWindow(std::unique_ptr<QWindow> window, LayerShellDesktop &desktop,
                                              Fade fade)
@@ -18,6 +32,8 @@ LayerShellPanelWindow::LayerShellPanelWindow(std::unique_ptr<QWindow> window, La
     m_window->installEventFilter(this);
     m_desktop.followPanel(*m_window);
     connect(&m_desktop, &Desktop::pointerMoved, this, &LayerShellPanelWindow::followPointer);
+    connect(&m_desktop.connection(), &WaylandConnection::blurChanged, this,
+            &LayerShellPanelWindow::attachBlur);
 }
 
 LayerShellPanelWindow::~LayerShellPanelWindow()
@@ -58,8 +74,8 @@ void LayerShellPanelWindow::orderFront()
     QScreen *handle = m_desktop.handle(m_screenID);
     if (m_surface.isShown() || !screen || handle == nullptr)
         return;
-    m_surface.show(*handle, pointsOf(m_frame, screen->visibleFrame), [this] { orderOut(); });
-    m_blur.attach(WaylandConnection::surface(*m_window));
+    m_surface.show(*handle, touchingEdge(pointsOf(m_frame, screen->visibleFrame)), [this] { orderOut(); });
+    attachBlur();
     place();
 }
 
@@ -68,7 +84,7 @@ void LayerShellPanelWindow::orderOut()
     m_blur.attach(nullptr);
     m_surface.setTakesKeyboard(false);
     m_surface.hide();
-    m_desktop.placePanel(*m_window, m_screenID, {});
+    m_desktop.placePanel(*m_window, m_screenID, {}, {});
 }
 
 void LayerShellPanelWindow::makeKey()
@@ -81,7 +97,8 @@ void LayerShellPanelWindow::makeKey()
 void LayerShellPanelWindow::setBlurRegion(const QRegion &region)
 {
     m_blur.setRegion(region);
-    m_window->requestUpdate();
+    // The view may have nothing new to draw.
+    m_surface.commit();
 }
 
 bool LayerShellPanelWindow::eventFilter(QObject *, QEvent *event)
@@ -91,15 +108,27 @@ bool LayerShellPanelWindow::eventFilter(QObject *, QEvent *event)
     return false;
 }
 
+void LayerShellPanelWindow::attachBlur()
+{
+    m_blur.attach(m_surface.isShown() ? WaylandConnection::surface(*m_window) : nullptr);
+    m_surface.commit();
+}
+
 void LayerShellPanelWindow::place()
 {
     const auto screen = m_desktop.screen(m_screenID);
     if (!screen)
         return;
     // The compositor counts from the corner of what it leaves of the screen.
-    m_surface.setRect(pointsOf(m_frame, screen->visibleFrame));
-    if (m_surface.isShown())
-        m_desktop.placePanel(*m_window, m_screenID, pointsOf(m_frame, screen->frame));
+    const QRect wanted = pointsOf(m_frame, screen->visibleFrame);
+    const QRect rect = touchingEdge(wanted);
+    m_surface.setRect(rect);
+    if (!m_surface.isShown())
+        return;
+    // Where it only touches the edge it may not be there yet: the pointer would be over nothing.
+    const QRect opening = pointsOf(m_frame, screen->frame);
+    m_desktop.placePanel(*m_window, m_screenID, opening.translated(rect.topLeft() - wanted.topLeft()),
+                         opening);
 }
 
 // Nobody else can take the keyboard from the panel: it gives it back when the user turns elsewhere.

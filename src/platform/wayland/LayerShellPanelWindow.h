@@ -42,6 +42,7 @@ public:
 
 private:
     bool eventFilter(QObject *watched, QEvent *event) override;
+    void attachBlur();
     void place();
     void followPointer();
 

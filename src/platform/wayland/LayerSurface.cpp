@@ -105,9 +105,10 @@ void LayerSurface::configured(void *, zwlr_layer_surface_v1 *surface, uint32_t s
 void LayerSurface::closedByCompositor(void *data, zwlr_layer_surface_v1 *)
 {
     auto *self = static_cast<LayerSurface *>(data);
-    self->hide();
+    // Who asked for it puts away first what belongs to the surface.
     if (self->m_closed)
         self->m_closed();
+    self->hide();
 }
 
 void LayerSurface::place() const
@@ -119,6 +120,8 @@ void LayerSurface::place() const
 
 void LayerSurface::commit() const
 {
+    if (m_surface == nullptr)
+        return;
     if (wl_surface *surface = WaylandConnection::surface(m_window)) {
         wl_surface_commit(surface);
         m_connection.flush();

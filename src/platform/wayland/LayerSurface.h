@@ -34,6 +34,8 @@ public:
     /// Whether the surface has the keyboard, to the exclusion of all others; nobody else can take it then.
     void setTakesKeyboard(bool takes);
     void hide();
+    /// Makes what was asked for the surface in the meantime take effect, without a new picture.
+    void commit() const;
 
     [[nodiscard]] bool isShown() const { return m_surface != nullptr; }
     [[nodiscard]] bool takesKeyboard() const { return m_takesKeyboard; }
@@ -43,7 +45,6 @@ private:
                            uint32_t height);
     static void closedByCompositor(void *data, zwlr_layer_surface_v1 *surface);
     void place() const;
-    void commit() const;
 
     const WaylandConnection &m_connection;
     QWindow &m_window;

@@ -22,18 +22,18 @@ PointerStrip::PointerStrip(const WaylandConnection &connection, QScreen &screen,
 
 void PointerStrip::makeWayFor(const QRect &rect)
 {
-    const QRegion left = m_hasYielded
-                             ? QRegion()
-                             : QRegion(QRect(QPoint(), m_rect.size())) - rect.translated(-m_rect.topLeft());
+    const QRegion left = QRegion(QRect(QPoint(), m_rect.size())) - rect.translated(-m_rect.topLeft());
     setMask(left.isEmpty() ? nothing : left);
+    // There is nothing to paint that would make it take effect.
+    m_surface.commit();
 }
 
 void PointerStrip::mouseReleaseEvent(QMouseEvent *)
 {
-    if (!m_yieldsToClicks || m_hasYielded)
+    if (!m_yieldsToClicks)
         return;
-    m_hasYielded = true;
-    setMask(nothing);
+    // A mask would not do: some compositors look for what is below the pointer only once it moves.
+    m_surface.hide();
     Q_EMIT yielded();
 }
 

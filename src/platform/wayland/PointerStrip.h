@@ -32,7 +32,6 @@ protected:
 private:
     QRect m_rect;
     bool m_yieldsToClicks;
-    bool m_hasYielded = false;
     LayerSurface m_surface;
 };
 

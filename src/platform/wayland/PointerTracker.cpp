@@ -4,14 +4,25 @@
 #include <QMouseEvent>
 #include <QWindow>
 
+#include <chrono>
+
 namespace randblatt {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// On its way from one window to the next the pointer is nowhere in between. With some compositors also while
+// they look for what is below it, when a window has come up there.
+constexpr auto betweenWindows = 20ms;
+
+} // namespace
 
 PointerTracker::PointerTracker(QObject *parent)
     : QObject(parent)
 {
-    // On its way from one window to the next the pointer is nowhere in between.
     m_leaving.setSingleShot(true);
-    m_leaving.setInterval(0);
+    m_leaving.setInterval(betweenWindows);
     connect(&m_leaving, &QTimer::timeout, this, &PointerTracker::leave);
 }
 

@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace randblatt {
 
@@ -40,7 +41,7 @@ WaylandConnection::WaylandConnection()
 {
     static constexpr wl_registry_listener registryListener{
         &WaylandConnection::announced,
-        [](void *, wl_registry *, uint32_t) {},
+        &WaylandConnection::withdrawn,
     };
     auto *display = static_cast<wl_display *>(wl_proxy_create_wrapper(m_display));
     wl_proxy_set_queue(reinterpret_cast<wl_proxy *>(display), m_queue);
@@ -54,24 +55,17 @@ WaylandConnection::WaylandConnection()
         };
         xdg_wm_base_add_listener(m_windowShell, &listener, nullptr);
     }
-    if (m_backgroundEffects != nullptr) {
-        static constexpr ext_background_effect_manager_v1_listener listener{
-            [](void *data, ext_background_effect_manager_v1 *, uint32_t flags) {
-                *static_cast<bool *>(data) = (flags & EXT_BACKGROUND_EFFECT_MANAGER_V1_CAPABILITY_BLUR) != 0;
-            },
-        };
-        ext_background_effect_manager_v1_add_listener(m_backgroundEffects, &listener, &m_canBlur);
+    if (m_backgroundEffects.object != nullptr) {
         waitForAnswers();
-        releaseEvents(reinterpret_cast<wl_proxy *>(m_backgroundEffects));
+        releaseEvents(reinterpret_cast<wl_proxy *>(m_backgroundEffects.object));
     }
+    releaseEvents(reinterpret_cast<wl_proxy *>(m_registry));
 }
 
 WaylandConnection::~WaylandConnection()
 {
-    if (m_kwinBlur != nullptr)
-        org_kde_kwin_blur_manager_destroy(m_kwinBlur);
-    if (m_backgroundEffects != nullptr)
-        ext_background_effect_manager_v1_destroy(m_backgroundEffects);
+    dropKWinBlur();
+    dropBackgroundEffects();
     if (m_windowShell != nullptr)
         xdg_wm_base_destroy(m_windowShell);
     if (m_layerShell != nullptr)
@@ -92,8 +86,57 @@ void WaylandConnection::announced(void *data, wl_registry *registry, uint32_t na
     bind(self->m_compositor, wl_compositor_interface, compositorVersion);
     bind(self->m_layerShell, zwlr_layer_shell_v1_interface, layerShellVersion);
     bind(self->m_windowShell, xdg_wm_base_interface, 1);
-    bind(self->m_backgroundEffects, ext_background_effect_manager_v1_interface, 1);
-    bind(self->m_kwinBlur, org_kde_kwin_blur_manager_interface, 1);
+    const auto bindPassing = [&](auto &passing, const wl_interface &known) {
+        if (passing.object != nullptr)
+            return false;
+        bind(passing.object, known, 1);
+        passing.name = name;
+        return passing.object != nullptr;
+    };
+    // What it can do, it tells next.
+    if (bindPassing(self->m_backgroundEffects, ext_background_effect_manager_v1_interface)) {
+        static constexpr ext_background_effect_manager_v1_listener listener{
+            &WaylandConnection::toldCapabilities};
+        ext_background_effect_manager_v1_add_listener(self->m_backgroundEffects.object, &listener, self);
+    }
+    if (bindPassing(self->m_kwinBlur, org_kde_kwin_blur_manager_interface))
+        Q_EMIT self->blurChanged();
+}
+
+void WaylandConnection::withdrawn(void *data, wl_registry *, uint32_t name)
+{
+    auto *self = static_cast<WaylandConnection *>(data);
+    const auto is = [name](const auto &passing) { return passing.object != nullptr && passing.name == name; };
+    if (is(self->m_backgroundEffects))
+        self->dropBackgroundEffects();
+    else if (is(self->m_kwinBlur))
+        self->dropKWinBlur();
+    else
+        return;
+    Q_EMIT self->blurChanged();
+}
+
+void WaylandConnection::toldCapabilities(void *data, ext_background_effect_manager_v1 *, uint32_t flags)
+{
+    auto *self = static_cast<WaylandConnection *>(data);
+    const bool canBlur = (flags & EXT_BACKGROUND_EFFECT_MANAGER_V1_CAPABILITY_BLUR) != 0;
+    if (std::exchange(self->m_canBlur, canBlur) != canBlur)
+        Q_EMIT self->blurChanged();
+}
+
+void WaylandConnection::dropBackgroundEffects()
+{
+    if (m_backgroundEffects.object != nullptr)
+        ext_background_effect_manager_v1_destroy(m_backgroundEffects.object);
+    m_backgroundEffects = {};
+    m_canBlur = false;
+}
+
+void WaylandConnection::dropKWinBlur()
+{
+    if (m_kwinBlur.object != nullptr)
+        org_kde_kwin_blur_manager_destroy(m_kwinBlur.object);
+    m_kwinBlur = {};
 }
 
 wl_surface *WaylandConnection::surface(QWindow &window)
