@@ -27,7 +27,7 @@ LETTER = """
 
 # By the names of their pictures: Wayland's compositors, then X11's window managers.
 NESTED = {"sway": "sway", "kde": "kwin_wayland", "gnome": "mutter"}
-MANAGERS = {"gnome-x11": "mutter", "xfce": "xfwm4", "openbox": "openbox"}
+MANAGERS = {"gnome-x11": "mutter", "xfce": "xfwm4", "i3": "i3", "openbox": "openbox"}
 
 
 def missing_programs(name):
@@ -37,15 +37,18 @@ def missing_programs(name):
     return [] if shutil.which(MANAGERS[name]) else [MANAGERS[name]]
 
 
+def start_desktop(name, wallpaper):
+    if name in NESTED:
+        return nested_desktop.NestedDesktop(NESTED[name], wallpaper=wallpaper)
+    return VirtualDesktop(window_manager=MANAGERS[name], wallpaper=wallpaper)
+
+
 class Walk:
     """The program beside another window on one of the desktops."""
 
-    def __init__(self, name, wallpaper, prepare, executable):
+    def __init__(self, name, desktop, executable):
         self.name = name
-        self.desktop = (nested_desktop.NestedDesktop(NESTED[name], wallpaper=wallpaper) if name in NESTED
-                        else VirtualDesktop(window_manager=MANAGERS[name], wallpaper=wallpaper))
-        self.close = self.desktop.close
-        prepare(self.desktop)
+        self.desktop = desktop
         letter = self.desktop.folder / "letter.txt"
         letter.write_text(LETTER, encoding="utf-8")
         empty = self.desktop.screenshot()
@@ -104,8 +107,13 @@ def visit_desktops(wallpaper, prepare, executable, shot):
             if missing:
                 print(f"desktop-{name}: ausgelassen, es fehlt {', '.join(missing)}", flush=True)
                 continue
-            walks.append(Walk(name, wallpaper, prepare, executable))
-            stack.callback(walks[-1].close)
+            try:
+                desktop = stack.enter_context(start_desktop(name, wallpaper))
+            except (AssertionError, RuntimeError) as error:
+                print(f"desktop-{name}: ausgelassen, startet hier nicht: {error}", flush=True)
+                continue
+            prepare(desktop)
+            walks.append(Walk(name, desktop, executable))
         for walk in walks:
             for name in walk.pictures():
                 shot(f"desktop-{name}", walk.desktop)

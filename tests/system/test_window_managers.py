@@ -77,7 +77,8 @@ class Walk(unittest.TestCase):
             stacking = self.desktop.stacking()
             self.assertGreater(stacking.index(window), stacking.index(self.other.window))
             # The user goes on to the other window and does something there, of which Quillbar knows nothing.
-            self.desktop.click(1280, 250)
+            left, top, width, height = self.desktop.geometry(self.other.window)
+            self.desktop.click(left + width // 2, top + height // 2)
             self.other.wait_until_active()
             typed = self.other.state("typed") + "a"
             self.desktop.type("a")

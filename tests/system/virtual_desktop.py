@@ -21,7 +21,12 @@ POLL_INTERVAL = 0.02
 DEFAULT_TIMEOUT = 10.0
 
 WINDOW_MANAGER_ARGUMENTS = {"openbox": ["--sm-disable"], "mutter": ["--x11", "--sm-disable"],
-                            "xfwm4": ["--sm-client-disable"]}
+                            "xfwm4": ["--sm-client-disable"], "i3": ["-c", "{folder}/i3.conf"]}
+
+# With none, i3 asks for one.
+I3_CONFIGURATION = """# i3 config file (v4)
+font pango:monospace 8
+"""
 
 BUS_CONFIGURATION = """<busconfig>
   <type>session</type>
@@ -204,7 +209,9 @@ class VirtualDesktop:
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.process.stdout.readline().decode().strip()
 
     def start_window_manager(self, name):
-        manager = self.start([name, *WINDOW_MANAGER_ARGUMENTS.get(name, ())])
+        (self.folder / "i3.conf").write_text(I3_CONFIGURATION)
+        manager = self.start([name, *(argument.format(folder=self.folder)
+                                      for argument in WINDOW_MANAGER_ARGUMENTS.get(name, ()))])
         wait_for(lambda: "window id" in self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK")
                  and "_NET_ACTIVE_WINDOW" in self.run("xprop", "-root", "_NET_SUPPORTED"),
                  message=lambda: f"{name} did not start: {manager.log}")
