@@ -1,5 +1,6 @@
 """The panel window and the desktop's geometry on a real X server with a real window manager."""
 
+import shutil
 import unittest
 
 from panel_probe import Probe
@@ -203,6 +204,24 @@ class OnOneMonitor(unittest.TestCase):
         dock.quit()
         wait_for(lambda: panel.state("screens")[0]["visibleFrame"] == [0, 0, 1440, 900])
         self.assertEqual(len(panel.events), 3, panel.events)
+
+
+class WithI3(unittest.TestCase):
+    @unittest.skipUnless(shutil.which("i3"), "i3 is not installed")
+    def test_work_area_follows_a_dock_that_no_list_names(self):
+        desktop = VirtualDesktop(window_manager="i3")
+        self.addCleanup(desktop.close)
+        panel = Probe(desktop)
+        dock = Probe(desktop, plain=True)
+        desktop.run("xprop", "-id", dock.window, "-f", "_NET_WM_WINDOW_TYPE", "32a", "-set", "_NET_WM_WINDOW_TYPE",
+                    "_NET_WM_WINDOW_TYPE_DOCK")
+        dock.ask("strut", 0, 0, 30, 0, 0, 0, 0, 0, 0, 1439, 0, 0)
+        dock.show(0, 0, 1440, 30)
+        self.assertNotIn(dock.window, desktop.stacking())
+        # The next change of the windows is soon enough.
+        panel.show(0, 14, 420, 856)
+        wait_for(lambda: panel.state("screens")[0]["visibleFrame"] == [0, 0, 1440, 870],
+                 message=lambda: panel.state("screens"))
 
 
 class OnTwoMonitors(unittest.TestCase):

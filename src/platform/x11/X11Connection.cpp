@@ -67,6 +67,29 @@ bool X11Connection::isOwn(xcb_window_t window) const
     return (window & ~setup->resource_id_mask) == setup->resource_id_base;
 }
 
+QList<xcb_window_t> X11Connection::children(const QList<xcb_window_t> &parents) const
+{
+    QList<xcb_query_tree_cookie_t> cookies;
+    for (const xcb_window_t parent : parents)
+        cookies.append(xcb_query_tree(m_xcb, parent));
+    QList<xcb_window_t> found;
+    for (const auto cookie : std::as_const(cookies)) {
+        const Owned<xcb_query_tree_reply_t> reply(xcb_query_tree_reply(m_xcb, cookie, nullptr));
+        if (!reply)
+            continue;
+        const xcb_window_t *windows = xcb_query_tree_children(reply.get());
+        found.append(QList<xcb_window_t>(windows, windows + xcb_query_tree_children_length(reply.get())));
+    }
+    return found;
+}
+
+bool X11Connection::isMapped(xcb_window_t window) const
+{
+    const Owned<xcb_get_window_attributes_reply_t> reply(
+        xcb_get_window_attributes_reply(m_xcb, xcb_get_window_attributes(m_xcb, window), nullptr));
+    return reply && reply->map_state != XCB_MAP_STATE_UNMAPPED;
+}
+
 QList<quint32> X11Connection::numbers(xcb_window_t window, xcb_atom_t property) const
 {
     return numbers(QList{window}, property).first();

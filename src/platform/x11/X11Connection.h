@@ -27,6 +27,11 @@ public:
     /// Whether a window was made by this process.
     [[nodiscard]] bool isOwn(xcb_window_t window) const;
 
+    /// The windows that lie in these, in one round trip.
+    [[nodiscard]] QList<xcb_window_t> children(const QList<xcb_window_t> &parents) const;
+    /// Whether a window is there to be seen, unless its parent is not.
+    [[nodiscard]] bool isMapped(xcb_window_t window) const;
+
     /// A property of 32-bit numbers; empty where it is missing or of another format.
     [[nodiscard]] QList<quint32> numbers(xcb_window_t window, xcb_atom_t property) const;
     /// The same of several windows in one round trip.

@@ -44,15 +44,24 @@ quint32 X11WorkAreas::currentDesktop() const
     return m_x11.numbers(m_x11.root(), m_x11.atom("_NET_CURRENT_DESKTOP")).value(0);
 }
 
+QList<xcb_window_t> X11WorkAreas::windowTree() const
+{
+    const QList<xcb_window_t> frames = m_x11.children({m_x11.root()});
+    return frames + m_x11.children(frames);
+}
+
 QList<Strut> X11WorkAreas::struts(const QSize &root) const
 {
-    const QList<quint32> clients = m_x11.numbers(m_x11.root(), m_x11.atom("_NET_CLIENT_LIST"));
+    // A window manager that keeps no account of the work area need not list docks either: i3 does not.
+    const bool isListed = m_x11.isSupported("_NET_WORKAREA");
+    const QList<xcb_window_t> clients =
+        isListed ? m_x11.numbers(m_x11.root(), m_x11.atom("_NET_CLIENT_LIST")) : windowTree();
     const QList<QList<quint32>> partial = m_x11.numbers(clients, m_strutPartial);
     const QList<QList<quint32>> whole = m_x11.numbers(clients, m_strut);
     QList<Strut> found;
     for (qsizetype i = 0; i < clients.size(); ++i) {
         const auto strut = strutFromProperty(partial[i].isEmpty() ? whole[i] : partial[i], root);
-        if (!strut)
+        if (!strut || (!isListed && !m_x11.isMapped(clients[i])))
             continue;
         found.append(*strut);
         // A dock that grows or shrinks does not always change a property of the root window.

@@ -18,6 +18,8 @@ public:
 
 private:
     [[nodiscard]] quint32 currentDesktop() const;
+    /// All windows that lie on the screen, or in a frame on it.
+    [[nodiscard]] QList<xcb_window_t> windowTree() const;
     [[nodiscard]] QList<Strut> struts(const QSize &root) const;
 
     const X11Connection &m_x11;
