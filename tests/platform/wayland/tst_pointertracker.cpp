@@ -76,6 +76,12 @@ private Q_SLOTS:
         leave(panel);
         QCoreApplication::processEvents();
         QCOMPARE(tracker.window(), &strip);
+        // In one go or not.
+        leave(strip);
+        QCoreApplication::processEvents();
+        enter(panel, {2, 2});
+        QCoreApplication::processEvents();
+        QCOMPARE(tracker.window(), &panel);
         QVERIFY(!wasNowhere);
     }
 
