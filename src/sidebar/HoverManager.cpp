@@ -72,6 +72,7 @@ void HoverManager::wakeOnChanges()
     connect(&m_uiState, &SidebarUIState::keepOpenChanged, this, &HoverManager::wake);
     connect(&m_controller, &SidebarPanelController::isVisibleChanged, this, &HoverManager::wake);
     connect(&m_controller, &SidebarPanelController::slideInStarted, this, &HoverManager::wake);
+    connect(&m_controller, &SidebarPanelController::slidIn, this, &HoverManager::wake);
     for (const auto signal : {&AppSettings::alwaysVisibleChanged, &AppSettings::triggerModeChanged,
                               &AppSettings::sidebarSideChanged, &AppSettings::cornerSizeChanged,
                               &AppSettings::edgeThicknessChanged, &AppSettings::panelWidthChanged})
@@ -115,11 +116,15 @@ void HoverManager::checkHide()
 {
     if (m_uiState.keepOpen() || !m_controller.currentScreen())
         return;
-    if (isAtPanel(readPointer())) {
+    const auto point = readPointer();
+    if (isAtPanel(point)) {
         m_heldUntil.reset();
         return;
     }
     if (m_heldUntil && m_clock() < *m_heldUntil)
+        return;
+    // The desktop may know of the pointer only where the panel has arrived.
+    if (!point && m_controller.isAnimatingIn())
         return;
     m_heldUntil.reset();
     m_controller.hide();

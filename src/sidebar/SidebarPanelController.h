@@ -43,6 +43,10 @@ public:
     /// From the start of a show to the end of the slide out.
     [[nodiscard]] bool isVisible() const { return m_isVisible; }
     [[nodiscard]] bool isAnimatingOut() const { return m_isAnimatingOut; }
+    [[nodiscard]] bool isAnimatingIn() const
+    {
+        return m_animation.state() == QAbstractAnimation::Running && !m_isAnimatingOut;
+    }
     /// The screen on which the panel was last shown, as it is now; none before the first show and when that
     /// screen has been unplugged.
     [[nodiscard]] std::optional<Screen> currentScreen() const;

@@ -212,6 +212,17 @@ private Q_SLOTS:
         QVERIFY(f.isUp());
     }
 
+    void letsThePanelArriveBelowAPointerThatIsUnknown()
+    {
+        Fixture f;
+        f.tick(onTheEdge, 3);
+        f.tick(std::nullopt, 5);
+        QVERIFY(f.isUp());
+        QTRY_VERIFY(!f.controller.isAnimatingIn());
+        f.tick(std::nullopt);
+        QVERIFY(!f.isUp());
+    }
+
     void keepsClosedWhatWasClosedUnderThePointer()
     {
         Fixture f;
