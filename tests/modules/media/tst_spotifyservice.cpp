@@ -233,6 +233,23 @@ private Q_SLOTS:
                  u"device_id=own"_s);
     }
 
+    void aPollFromBeforeAPauseDoesNotUndoIt()
+    {
+        Fixture f;
+        f.service->setDeviceID(u"own"_s);
+        f.server.nowPlaying = playing();
+        f.service->refreshNowPlaying();
+        QTRY_VERIFY(f.service->isPlaying());
+        const QByteArray late = QJsonDocument(playing()).toJson();
+        f.server.fault(poll, {.body = late, .delayMilliseconds = 200});
+        f.service->refreshNowPlaying();
+        QTRY_COMPARE(f.server.count(poll), 2);
+        f.service->togglePlayPause();
+        QTRY_VERIFY(!f.service->isPlaying());
+        QTest::qWait(300);
+        QVERIFY(!f.service->isPlaying());
+    }
+
     void explainsRefusedCommands_data()
     {
         QTest::addColumn<bool>("isPlay");
