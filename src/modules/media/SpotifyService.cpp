@@ -379,6 +379,7 @@ void SpotifyService::reset()
     ++m_tracksTurn;
     m_shown = {};
     setNowPlaying({});
+    m_messageHold.setRemainingTime(0);
     setStatusMessage({});
     setUserID({});
     m_tracks->clear();

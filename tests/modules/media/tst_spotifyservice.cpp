@@ -509,6 +509,14 @@ private Q_SLOTS:
         QVERIFY(f.service->trackName().isEmpty());
         QCOMPARE(f.service->playlists()->count(), 0);
         QVERIFY(!f.service->loadingPlaylists());
+
+        f.service->next();
+        QTRY_COMPARE(f.service->statusMessage(), noDevice);
+        f.service->reset();
+        f.server.nowPlaying = QJsonValue::Null;
+        f.service->refreshNowPlaying();
+        // At once, and not only when the failure's message would have had its time.
+        QTRY_COMPARE_WITH_TIMEOUT(f.service->statusMessage(), u"Verbinde Gerät…"_s, 2000);
     }
 };
 
