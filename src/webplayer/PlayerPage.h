@@ -7,6 +7,8 @@
 #include <QWebEnginePage>
 #include <QWebEngineProfile>
 
+#include <memory>
+
 namespace randblatt {
 
 /// The page's message handler "spotify".

@@ -7,6 +7,7 @@
 #include <array>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 
 #include <unistd.h>
 

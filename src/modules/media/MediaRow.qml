@@ -93,9 +93,10 @@ T.AbstractButton {
                 accent: root.appearance.accent
             }
         }
-    }
 
-    HoverHandler {
-        cursorShape: Qt.PointingHandCursor
+        // Not on the button itself: with a handler it would take the right mouse button as well.
+        HoverHandler {
+            cursorShape: Qt.PointingHandCursor
+        }
     }
 }

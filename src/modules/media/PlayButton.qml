@@ -58,9 +58,10 @@ T.AbstractButton {
             anchors.margins: -4
             accent: root.ringColor
         }
-    }
 
-    HoverHandler {
-        cursorShape: Qt.PointingHandCursor
+        // Not on the button itself: with a handler it would take the right mouse button as well.
+        HoverHandler {
+            cursorShape: Qt.PointingHandCursor
+        }
     }
 }

@@ -113,6 +113,7 @@ FocusScope {
                 leading: likedTile
                 trailing: chevron
                 Keys.onReturnPressed: clicked()
+                Keys.onEnterPressed: clicked()
                 onClicked: root.opened(root.service.likedPlaylist)
 
                 FocusRing {

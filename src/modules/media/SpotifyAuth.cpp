@@ -176,6 +176,9 @@ void SpotifyAuth::exchange(const QString &code)
                   {"code_verifier", verifier}},
                  [this](bool success) {
                      m_isRefreshRefused = false;
+                     // A refresh that began meanwhile would put the replaced tokens back.
+                     if (success)
+                         ++m_account;
                      setLastError(success ? QString() : u"Anmeldung fehlgeschlagen."_s);
                      answerWaiting(success ? m_preferences.get<QString>(accessKey) : std::nullopt);
                      if (success)

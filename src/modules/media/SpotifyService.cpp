@@ -295,8 +295,11 @@ void SpotifyService::togglePlayPause()
     command("PUT", u"/me/player/pause"_s, std::nullopt, [this](const SpotifyReply &reply) {
         explain(reply);
         // The next poll is up to 4 seconds away, and a second press until then is meant to resume.
-        if (reply.isSuccess())
-            setPlaying(false);
+        if (!reply.isSuccess())
+            return;
+        // A poll from before the pause would show the track as playing again.
+        ++m_pollTurn;
+        setPlaying(false);
     });
 }
 
@@ -376,6 +379,7 @@ void SpotifyService::reset()
     ++m_tracksTurn;
     m_shown = {};
     setNowPlaying({});
+    m_messageHold.setRemainingTime(0);
     setStatusMessage({});
     setUserID({});
     m_tracks->clear();

@@ -209,6 +209,27 @@ private Q_SLOTS:
         QCOMPARE(f.server.violations, QStringList());
     }
 
+    void keepsTheTokensOfASignInThatOvertakesARefresh()
+    {
+        Fixture f(0);
+        f.server.fault(
+            u"POST /api/token"_s,
+            {.body = R"({"access_token":"new","refresh_token":"new-refresh"})", .delayMilliseconds = 50});
+        f.server.fault(
+            u"POST /api/token"_s,
+            {.body = R"({"access_token":"old","refresh_token":"old-refresh"})", .delayMilliseconds = 200});
+        f.auth->signIn();
+        f.session.redirect(u"randblatt://callback?code=c"_s);
+        QTRY_COMPARE(f.server.count(u"POST /api/token"_s), 1);
+        Tokens tokens;
+        f.auth->validAccessToken(&tokens.context, tokens.take());
+        QTRY_COMPARE(tokens.got, QStringList(u"new"_s));
+        QTRY_COMPARE(f.server.count(u"POST /api/token"_s), 2);
+        QTest::qWait(300);
+        QCOMPARE(f.stored(u"sp_access"_s), u"new"_s);
+        QCOMPARE(f.stored(u"sp_refresh"_s), u"new-refresh"_s);
+    }
+
     void aFailedRefreshChangesNothing()
     {
         Fixture f(0);

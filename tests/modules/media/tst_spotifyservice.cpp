@@ -233,6 +233,23 @@ private Q_SLOTS:
                  u"device_id=own"_s);
     }
 
+    void aPollFromBeforeAPauseDoesNotUndoIt()
+    {
+        Fixture f;
+        f.service->setDeviceID(u"own"_s);
+        f.server.nowPlaying = playing();
+        f.service->refreshNowPlaying();
+        QTRY_VERIFY(f.service->isPlaying());
+        const QByteArray late = QJsonDocument(playing()).toJson();
+        f.server.fault(poll, {.body = late, .delayMilliseconds = 200});
+        f.service->refreshNowPlaying();
+        QTRY_COMPARE(f.server.count(poll), 2);
+        f.service->togglePlayPause();
+        QTRY_VERIFY(!f.service->isPlaying());
+        QTest::qWait(300);
+        QVERIFY(!f.service->isPlaying());
+    }
+
     void explainsRefusedCommands_data()
     {
         QTest::addColumn<bool>("isPlay");
@@ -492,6 +509,14 @@ private Q_SLOTS:
         QVERIFY(f.service->trackName().isEmpty());
         QCOMPARE(f.service->playlists()->count(), 0);
         QVERIFY(!f.service->loadingPlaylists());
+
+        f.service->next();
+        QTRY_COMPARE(f.service->statusMessage(), noDevice);
+        f.service->reset();
+        f.server.nowPlaying = QJsonValue::Null;
+        f.service->refreshNowPlaying();
+        // At once, and not only when the failure's message would have had its time.
+        QTRY_COMPARE_WITH_TIMEOUT(f.service->statusMessage(), u"Verbinde Gerät…"_s, 2000);
     }
 };
 

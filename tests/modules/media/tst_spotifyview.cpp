@@ -165,6 +165,21 @@ private Q_SLOTS:
         QCOMPARE(f.server.violations, QStringList());
     }
 
+    void leavesRightClicksToTheCard()
+    {
+        MediaFixture f;
+        f.server.playlists = {SpotifyServer::playlist(u"mine"_s, u"Meine"_s, 1)};
+        CardView view(*f.module, cardSize);
+        f.module->service()->setDeviceID(u"own"_s);
+        QTRY_COMPARE(view.findAll(u"playlistRow"_s).size(), 1);
+        view.click(view.find(u"playPauseButton"_s), Qt::RightButton);
+        view.click(view.findAll(u"playlistRow"_s).at(0), Qt::RightButton);
+        QVERIFY(view.findAll(u"backButton"_s).isEmpty());
+        view.click(view.findAll(u"playlistRow"_s).at(0));
+        QTRY_COMPARE(f.server.count(u"GET /v1/playlists/mine/tracks"_s), 1);
+        QCOMPARE(f.server.count(u"PUT /v1/me/player/play"_s), 0);
+    }
+
     void worksWithTheKeyboard()
     {
         MediaFixture f;
