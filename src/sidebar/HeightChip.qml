@@ -39,9 +39,10 @@ T.AbstractButton {
             visible: root.visualFocus
             accent: root.accent
         }
-    }
 
-    HoverHandler {
-        cursorShape: Qt.PointingHandCursor
+        // Not on the button itself: with a handler it would take the right mouse button as well.
+        HoverHandler {
+            cursorShape: Qt.PointingHandCursor
+        }
     }
 }
