@@ -54,7 +54,8 @@ class NestedDesktop(VirtualDesktop):
 
     def _start_sway(self, width, height, session):
         lines = [f"output X11-1 resolution {width}x{height}", "input * xkb_layout de", "default_border none",
-                 "for_window [title=.*] floating enable", # Sway's user is another one, whom its X server would serve alone.
+                 "for_window [title=.*] floating enable",
+                 # Sway's user is another one, whom its X server would serve alone.
                  f"exec xhost +local: && {session}"]
         return start_sway(self, lines, {"WLR_BACKENDS": "x11", "DISPLAY": self.environment["DISPLAY"]})
 
