@@ -44,12 +44,18 @@ constexpr auto setupStatements = R"(
         type  TEXT NOT NULL,
         value ANY NOT NULL
     ) STRICT, WITHOUT ROWID;
+    CREATE TABLE IF NOT EXISTS drafts (
+        key   TEXT PRIMARY KEY NOT NULL,
+        type  TEXT NOT NULL,
+        value ANY NOT NULL
+    ) STRICT, WITHOUT ROWID;
 )";
-constexpr auto selectStatement = "SELECT type, value FROM preferences WHERE key = ?1";
+constexpr std::array tableNames{"preferences", "drafts"};
+constexpr auto selectStatement = "SELECT type, value FROM %1 WHERE key = ?1"_L1;
 constexpr auto upsertStatement =
-    "INSERT INTO preferences (key, type, value) VALUES (?1, ?2, ?3) "
-    "ON CONFLICT (key) DO UPDATE SET type = excluded.type, value = excluded.value";
-constexpr auto deleteStatement = "DELETE FROM preferences WHERE key = ?1";
+    "INSERT INTO %1 (key, type, value) VALUES (?1, ?2, ?3) "
+    "ON CONFLICT (key) DO UPDATE SET type = excluded.type, value = excluded.value"_L1;
+constexpr auto deleteStatement = "DELETE FROM %1 WHERE key = ?1"_L1;
 
 QByteArray json(const QJsonDocument &document)
 {
@@ -207,49 +213,69 @@ QString Preferences::inMemory()
 
 std::optional<PreferenceValue> Preferences::value(const QString &key) const
 {
-    if (const auto it = m_unwritten.constFind(key); it != m_unwritten.cend())
-        return *it;
-    if (!m_select)
-        return std::nullopt;
-    const QByteArray name = key.toUtf8();
-    const StatementUse use(m_select.get());
-    bindText(m_select.get(), 1, name);
-    if (sqlite3_step(m_select.get()) != SQLITE_ROW)
-        return std::nullopt;
-    return readRow(m_select.get());
+    return read({Table::preferences, key});
 }
 
 bool Preferences::setValue(const QString &key, const PreferenceValue &value)
 {
-    return store(key, value);
+    return store({Table::preferences, key}, value);
 }
 
 bool Preferences::remove(const QString &key)
 {
-    return store(key, std::nullopt);
+    return store({Table::preferences, key}, std::nullopt);
 }
 
-bool Preferences::store(const QString &key, const std::optional<PreferenceValue> &value)
+QJsonObject Preferences::draft(const QString &key) const
 {
-    if (write(key, value)) {
-        m_unwritten.remove(key);
+    const auto stored = read({Table::drafts, key});
+    return stored && std::holds_alternative<QJsonObject>(*stored) ? std::get<QJsonObject>(*stored)
+                                                                  : QJsonObject();
+}
+
+bool Preferences::setDraft(const QString &key, const QJsonObject &draft)
+{
+    return store({Table::drafts, key},
+                 draft.isEmpty() ? std::nullopt : std::optional<PreferenceValue>(draft));
+}
+
+std::optional<PreferenceValue> Preferences::read(const Place &place) const
+{
+    if (const auto it = m_unwritten.constFind(place); it != m_unwritten.cend())
+        return *it;
+    sqlite3_stmt *select = statements(place.table).select.get();
+    if (select == nullptr)
+        return std::nullopt;
+    const QByteArray name = place.key.toUtf8();
+    const StatementUse use(select);
+    bindText(select, 1, name);
+    if (sqlite3_step(select) != SQLITE_ROW)
+        return std::nullopt;
+    return readRow(select);
+}
+
+bool Preferences::store(const Place &place, const std::optional<PreferenceValue> &value)
+{
+    if (write(place, value)) {
+        m_unwritten.remove(place);
         m_checkpointTimer.start();
         return true;
     }
-    m_unwritten.insert(key, value);
+    m_unwritten.insert(place, value);
     return false;
 }
 
-bool Preferences::write(const QString &key, const std::optional<PreferenceValue> &value)
+bool Preferences::write(const Place &place, const std::optional<PreferenceValue> &value)
 {
-    if (!m_upsert)
+    const QString &key = place.key;
+    if (!statements(place.table).upsert)
         open();
-    if (!m_upsert) {
+    if (!statements(place.table).upsert) {
         qCWarning(lcPreferences, "Einstellung „%ls“ nicht gespeichert: Speicher nicht verfügbar",
                   qUtf16Printable(key));
         return false;
     }
-    sqlite3_stmt *statement = value ? m_upsert.get() : m_delete.get();
+    sqlite3_stmt *statement = (value ? statements(place.table).upsert : statements(place.table).remove).get();
     const QByteArray name = key.toUtf8();
     Binder binder{statement, 3};
     const StatementUse use(statement);
@@ -318,25 +344,38 @@ int Preferences::tryOpen(Access access)
         if (result == SQLITE_OK && userVersion(database) < schemaVersion)
             result = sqlite3_exec(database, "PRAGMA user_version = 1", nullptr, nullptr, nullptr);
     }
-    const auto prepare = [&](const char *sql, Statement &target) {
+    return result == SQLITE_OK ? prepare(access) : result;
+}
+
+int Preferences::prepare(Access access)
+{
+    int result = SQLITE_OK;
+    const auto prepareOne = [&](QLatin1StringView sql, size_t table, Statement &target) {
+        const QByteArray text = QString(sql).arg(QLatin1StringView(tableNames.at(table))).toLatin1();
         sqlite3_stmt *statement = nullptr;
         if (result == SQLITE_OK)
-            result = sqlite3_prepare_v3(database, sql, -1, SQLITE_PREPARE_PERSISTENT, &statement, nullptr);
+            result = sqlite3_prepare_v3(m_database.get(), text.constData(), -1, SQLITE_PREPARE_PERSISTENT,
+                                        &statement, nullptr);
         target.reset(statement);
     };
-    prepare(selectStatement, m_select);
-    if (access == Access::readWrite) {
-        prepare(deleteStatement, m_delete);
-        prepare(upsertStatement, m_upsert);
+    for (size_t table = 0; table < m_statements.size(); ++table) {
+        Statements &statements = m_statements.at(table);
+        prepareOne(selectStatement, table, statements.select);
+        if (access != Access::readWrite) {
+            // A file of an earlier version that cannot be written has no drafts.
+            if (table > 0)
+                result = SQLITE_OK;
+            continue;
+        }
+        prepareOne(deleteStatement, table, statements.remove);
+        prepareOne(upsertStatement, table, statements.upsert);
     }
     return result;
 }
 
 void Preferences::close()
 {
-    m_select.reset();
-    m_upsert.reset();
-    m_delete.reset();
+    m_statements = {};
     m_database.reset();
 }
 

@@ -9,6 +9,7 @@
 #include <QString>
 #include <QTimer>
 
+#include <array>
 #include <memory>
 #include <optional>
 #include <variant>
@@ -22,7 +23,8 @@ namespace randblatt {
 /// dictionary and data, in this order; a number that was stored as a string is a string.
 using PreferenceValue = std::variant<QString, bool, double, QJsonArray, QJsonObject, QByteArray>;
 
-/// The user's preferences: typed values by key, in a SQLite file that only the user can read.
+/// The user's preferences: typed values by key, and drafts of what is being typed, in a SQLite file that only
+/// the user can read.
 ///
 /// A value is on disk, safe from the end of the process, when setValue() returns; it is safe from a power
 /// failure after a second without writes. A file that SQLite cannot read is set aside under a dated name. A
@@ -61,7 +63,14 @@ public:
     /// none all the same.
     bool remove(const QString &key);
 
+    /// What is being typed, under a key of its own: drafts have a table to themselves, and the same promise
+    /// as values. Empty where there is none, or where it cannot be read.
+    [[nodiscard]] QJsonObject draft(const QString &key) const;
+    /// Stores a draft, or takes it away where `draft` is empty; whether that is on disk.
+    bool setDraft(const QString &key, const QJsonObject &draft);
+
 private:
+    enum class Table { preferences, drafts };
     enum class Access { readWrite, readOnly, immutable };
     struct CloseDatabase
     {
@@ -73,23 +82,47 @@ private:
     };
     using Database = std::unique_ptr<sqlite3, CloseDatabase>;
     using Statement = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
+    struct Statements
+    {
+        Statement select;
+        Statement upsert;
+        Statement remove;
+    };
+    /// A row's table and key.
+    struct Place
+    {
+        Table table;
+        QString key;
+
+        friend bool operator==(const Place &, const Place &) = default;
+        friend size_t qHash(const Place &place, size_t seed)
+        {
+            return qHashMulti(seed, static_cast<int>(place.table), place.key);
+        }
+    };
 
     [[nodiscard]] bool onDisk() const;
     void prepareFolder() const;
     void open();
     int tryOpen(Access access);
+    int prepare(Access access);
     void close();
     void setAside() const;
+    [[nodiscard]] Statements &statements(Table table) { return m_statements.at(static_cast<size_t>(table)); }
+    [[nodiscard]] const Statements &statements(Table table) const
+    {
+        return m_statements.at(static_cast<size_t>(table));
+    }
+    [[nodiscard]] std::optional<PreferenceValue> read(const Place &place) const;
     /// Stores `value`, or removes the row where there is none; keeps in memory what cannot be written.
-    bool store(const QString &key, const std::optional<PreferenceValue> &value);
-    bool write(const QString &key, const std::optional<PreferenceValue> &value);
+    bool store(const Place &place, const std::optional<PreferenceValue> &value);
+    bool write(const Place &place, const std::optional<PreferenceValue> &value);
 
     QString m_path;
     Database m_database;
-    Statement m_select;
-    Statement m_upsert;
-    Statement m_delete;
-    QHash<QString, std::optional<PreferenceValue>> m_unwritten;
+    /// By table.
+    std::array<Statements, 2> m_statements;
+    QHash<Place, std::optional<PreferenceValue>> m_unwritten;
     QTimer m_checkpointTimer;
     /// None where the preferences are in memory.
     std::optional<LogCheckpoint> m_checkpoint;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "settings/UndoHistory.h"
+
 #include <QObject>
 #include <QUrl>
 #include <QVariantMap>
@@ -31,9 +33,14 @@ class SidebarModule : public QObject
     Q_PROPERTY(QString id READ id CONSTANT FINAL)
     Q_PROPERTY(QString title READ title CONSTANT FINAL)
     Q_PROPERTY(QString systemImage READ systemImage CONSTANT FINAL)
+    Q_PROPERTY(randblatt::UndoHistory *undoHistory READ undoHistory CONSTANT FINAL)
 
 public:
-    using QObject::QObject;
+    explicit SidebarModule(QObject *parent = nullptr)
+        : QObject(parent)
+        , m_undoHistory(new UndoHistory(this))
+    {
+    }
 
     /// Names the module in the settings; never changes from one version to the next.
     [[nodiscard]] virtual QString id() const = 0;
@@ -45,6 +52,13 @@ public:
     [[nodiscard]] Q_INVOKABLE virtual randblatt::ViewDescription makeView() const = 0;
     /// What the module adds to its card's quick settings; empty for a module without a menu. White on dark.
     [[nodiscard]] Q_INVOKABLE virtual randblatt::ViewDescription makeQuickMenu() const { return {}; }
+
+    /// The ways back that the module offers. The card shows the latest for a while, and takes changes back by
+    /// key.
+    [[nodiscard]] UndoHistory *undoHistory() const { return m_undoHistory; }
+
+private:
+    UndoHistory *m_undoHistory;
 };
 
 } // namespace randblatt

@@ -47,6 +47,15 @@ FocusScope {
         quick.takeFocus(Qt.TabFocusReason)
     }
 
+    // Takes the card's latest deletion or overwriting back. The keyboard stays in the card.
+    function undo(): bool {
+        const hadFocus = root.activeFocus
+        const undone = root.module.undoHistory.undo()
+        if (hadFocus && !root.activeFocus)
+            viewLoader.forceActiveFocus(Qt.OtherFocusReason)
+        return undone
+    }
+
     function limitedTextScale(scale: real): real {
         const limited = Math.max(Math.min(scale, 1.6), 0.7)
         return Math.abs(limited - 1) >= 0.001 ? limited : 1
@@ -124,11 +133,29 @@ FocusScope {
                 anchors.topMargin: 8
                 anchors.left: parent.left
                 anchors.right: parent.right
-                anchors.bottom: parent.bottom
+                anchors.bottom: undoBar.active ? undoBar.top : parent.bottom
                 focus: true
                 Component.onCompleted: {
                     const view = root.module.makeView()
                     setSource(view.source, Object.assign({ appearance: root.appearance }, view.properties))
+                }
+            }
+
+            // Below the view, which makes room for it: nothing is covered.
+            Loader {
+                id: undoBar
+
+                anchors.left: parent.left
+                anchors.right: parent.right
+                anchors.bottom: parent.bottom
+                anchors.margins: Metrics.gap
+                active: root.module.undoHistory.offer !== ""
+                sourceComponent: UndoBar {
+                    objectName: "undoBar"
+                    appearance: root.appearance
+                    message: root.module.undoHistory.offer
+                    onUndone: root.undo()
+                    onHeld: hold => root.module.undoHistory.holdOffer(hold)
                 }
             }
         }

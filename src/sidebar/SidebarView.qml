@@ -1,5 +1,6 @@
 import QtQuick
 
+import Randblatt.Controls
 import Randblatt.Settings
 import Randblatt.Sidebar
 
@@ -60,6 +61,21 @@ FocusScope {
         uiState.keepOpen = open
     }
 
+    // Takes back the latest change of the card that has the keyboard, or, if it has none, the latest of all.
+    function undo(): bool {
+        let latest = null
+        for (let i = 0; i < cards.count; ++i) {
+            const card = cards.itemAt(i) as ModuleWindow
+            if (card === null)
+                continue
+            if (card.activeFocus && card.module.undoHistory.canUndo)
+                return card.undo()
+            if (latest === null || card.module.undoHistory.latest() > latest.module.undoHistory.latest())
+                latest = card
+        }
+        return latest !== null && latest.undo()
+    }
+
     // The first text field or editor that takes what is typed while nothing has the keyboard.
     function typingTarget(): Item {
         for (let i = 0; i < cards.count; ++i) {
@@ -106,6 +122,11 @@ FocusScope {
         function onFrameSwapped(): void {
             root.hasShownAFrame = true
         }
+    }
+
+    UndoKey {
+        window: root.Window.window
+        onPressed: root.undo()
     }
 
     Shortcut {

@@ -215,6 +215,46 @@ private Q_SLOTS:
         QCOMPARE(f.view.findAll(u"field"_s).first()->property("text").toString(), u"Öl kaufen"_s);
     }
 
+    void takesTheLatestChangeBackInTheCardWithTheKeyboard()
+    {
+        Fixture f;
+        QStringList undone;
+        const auto push = [&](int card, const QString &what) {
+            f.registry.enabledModules().at(card)->undoHistory()->push(what,
+                                                                      [&, what] { undone.append(what); });
+        };
+        push(0, u"Gelöscht"_s);
+        push(1, u"Umbenannt"_s);
+        push(0, u"Verschoben"_s);
+        QTRY_COMPARE(f.view.findAll(u"undoBar"_s).size(), 2);
+        f.view.click(f.view.findAll(u"undoButton"_s).first());
+        QCOMPARE(undone, QStringList{u"Verschoben"_s});
+        QTRY_COMPARE(f.view.findAll(u"undoBar"_s).size(), 1);
+
+        f.view.findAll(u"field"_s).first()->forceActiveFocus();
+        f.view.press(Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(undone.last(), u"Gelöscht"_s);
+        push(2, u"Geleert"_s);
+        f.view.press(Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(undone.last(), u"Geleert"_s);
+        QCOMPARE(undone.size(), 3);
+    }
+
+    void leavesTheUndoKeyToAFieldThatHasSomethingToUndo()
+    {
+        Fixture f;
+        bool undone = false;
+        f.registry.enabledModules().first()->undoHistory()->push(u"Gelöscht"_s, [&] { undone = true; });
+        QQuickItem *field = f.view.findAll(u"field"_s).first();
+        f.view.click(field);
+        f.view.type(u"ab"_s);
+        f.view.press(Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(field->property("text").toString(), QString());
+        QVERIFY(!undone);
+        f.view.press(Qt::Key_Z, Qt::ControlModifier);
+        QVERIFY(undone);
+    }
+
     void scrollsWhatIsTallerThanThePanel()
     {
         Fixture f;

@@ -1,6 +1,8 @@
 import QtQuick
 import QtQuick.Templates as T
 
+import Randblatt.Controls
+
 // A single-line text field without a frame of its own, for a card.
 T.TextField {
     id: root
@@ -16,6 +18,7 @@ T.TextField {
     selectionColor: appearance.accent
     selectedTextColor: "white"
     selectByMouse: true
+    validator: SingleLine {}
     verticalAlignment: TextInput.AlignVCenter
     // As all other texts; a template would take the theme's font for text fields.
     font.family: placeholder.font.family

@@ -18,6 +18,7 @@ T.TextField {
     selectedTextColor: FormStyle.accentText
     placeholderTextColor: FormStyle.alpha(0.5)
     selectByMouse: true
+    validator: SingleLine {}
     verticalAlignment: TextInput.AlignVCenter
     font.pixelSize: Metrics.bodySize
     Accessible.role: Accessible.EditableText

@@ -2,6 +2,7 @@
 #include "support/ViewTest.h"
 #include "ui/controls/SymbolProvider.h"
 
+#include <QClipboard>
 #include <QDirIterator>
 #include <QGuiApplication>
 #include <QSignalSpy>
@@ -39,6 +40,37 @@ private Q_SLOTS:
             }
         }
         QVERIFY(painted > 20);
+    }
+
+    void keepsPastedTextInOneLine_data()
+    {
+        QTest::addColumn<QString>("pasted");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("plain") << u"Müsli – „fein“"_s << u"Müsli – „fein“"_s;
+        QTest::newRow("lines") << u"Milch\r\nBrot\n\nEier"_s << u"Milch Brot Eier"_s;
+        QTest::newRow("separators") << u"a\u2028b\u2029c\u0085d"_s << u"a b c d"_s;
+        QTest::newRow("tab") << u"a\tb"_s << u"a b"_s;
+        QTest::newRow("control characters") << u"a\u0000b\u001b[31mc\u007f"_s << u"ab[31mc"_s;
+        QTest::newRow("surrogates and joiners") << u"👩\u200d👧"_s << u"👩\u200d👧"_s;
+    }
+
+    void keepsPastedTextInOneLine()
+    {
+        QFETCH(QString, pasted);
+        QFETCH(QString, text);
+        ViewTest view(R"(
+            import QtQuick
+            import Randblatt.Controls
+            PlainTextField { objectName: "field"; appearance: CardAppearance {} })",
+                      {300, 40});
+        QQuickItem *field = view.find(u"field"_s);
+        field->forceActiveFocus();
+        view.type(u"xy"_s);
+        view.press(Qt::Key_Left);
+        QGuiApplication::clipboard()->setText(pasted);
+        view.press(Qt::Key_V, Qt::ControlModifier);
+        QCOMPARE(field->property("text").toString(), u'x' + text + u'y');
+        QCOMPARE(field->property("cursorPosition").toInt(), 1 + text.size());
     }
 
     void pressesButtonsByMouseAndKeyboard()
