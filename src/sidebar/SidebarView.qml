@@ -25,6 +25,8 @@ FocusScope {
     property ModuleWindow quickCard: null
 
     signal openSettingsRequested
+    // The user is done with the panel.
+    signal dismissRequested
 
     function shapes(frostedOnly: bool): var {
         if (emptyState.active)
@@ -50,7 +52,7 @@ FocusScope {
                                           top + item.height + margin - flickable.height)
     }
 
-    // One card at a time has its quick settings open; meanwhile the panel stays up.
+    // One card at a time has its quick settings open.
     function followQuick(card: ModuleWindow, open: bool): void {
         if (open && quickCard !== null)
             quickCard.setQuick(false)
@@ -58,7 +60,6 @@ FocusScope {
             quickCard = card
         else if (quickCard === card)
             quickCard = null
-        uiState.keepOpen = open
     }
 
     // Takes back the latest change of the card that has the keyboard, or, if it has none, the latest of all.
@@ -100,6 +101,15 @@ FocusScope {
     Accessible.role: Accessible.Pane
     Accessible.name: "Quillbar"
 
+    // What is open in the cards has had the key before.
+    Keys.onEscapePressed: event => {
+        if (event.isAutoRepeat)
+            return
+        if (quickCard !== null)
+            quickCard.setQuick(false)
+        else
+            dismissRequested()
+    }
     Keys.onPressed: event => {
         const typed = event.text.length > 0 && event.text.charCodeAt(0) > 0x20 && event.text.charCodeAt(0) !== 0x7f
         const target = typed && !(event.modifiers & (Qt.ControlModifier | Qt.AltModifier)) ? root.typingTarget() : null
@@ -113,6 +123,13 @@ FocusScope {
         const item = Window.activeFocusItem
         if (item !== null && item !== root && root.isOnScreen)
             root.reveal(item)
+    }
+
+    // Derived from what is open, so that no card can undo what another one holds.
+    Binding {
+        target: root.uiState
+        property: "keepOpen"
+        value: root.quickCard !== null
     }
 
     Connections {

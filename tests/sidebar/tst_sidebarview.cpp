@@ -1,6 +1,7 @@
 #include "settings/AppSettings.h"
 #include "settings/ModuleRegistry.h"
 #include "settings/Preferences.h"
+#include "sidebar/PanelKeyboard.h"
 #include "sidebar/SidebarModel.h"
 #include "sidebar/SidebarUIState.h"
 #include "support/Fakes.h"
@@ -45,6 +46,7 @@ struct Fixture
                    {u"settings"_s, QVariant::fromValue(&settings)},
                    {u"uiState"_s, QVariant::fromValue(&uiState)}},
                   QSize(420, 700)};
+    PanelKeyboard keyboard{view.window(), uiState};
 
     Fixture()
     {
@@ -206,6 +208,50 @@ private Q_SLOTS:
         auto *appearance = f.card(0)->property("appearance").value<QObject *>();
         QCOMPARE(appearance->property("textScale").toDouble(), drawn);
         QCOMPARE(appearance->property("foreground").value<QColor>(), QColor(Qt::black));
+    }
+
+    void isDismissedByEscapeOnceNothingIsOpen()
+    {
+        Fixture f;
+        QSignalSpy dismissals(f.view.root(), SIGNAL(dismissRequested()));
+        f.openQuickSettings(0);
+        // The keyboard is elsewhere than in what is open.
+        f.view.findAll(u"field"_s).last()->forceActiveFocus();
+        f.view.press(Qt::Key_Escape);
+        QTRY_VERIFY(f.view.findAll(u"quickSettings"_s).isEmpty());
+        QCOMPARE(dismissals.count(), 0);
+        f.view.press(Qt::Key_Escape);
+        QCOMPARE(dismissals.count(), 1);
+    }
+
+    void tellsWhatIsTyped()
+    {
+        Fixture f;
+        QVERIFY(f.uiState.hasKeyboard());
+        QSignalSpy typed(&f.uiState, &SidebarUIState::typed);
+        f.view.press(Qt::Key_Shift);
+        QCOMPARE(typed.count(), 0);
+        f.view.press(Qt::Key_Down);
+        QCOMPARE(typed.count(), 1);
+
+        f.view.findAll(u"field"_s).first()->forceActiveFocus();
+        QInputMethodEvent composing(u"ni"_s, {});
+        QCoreApplication::sendEvent(f.view.window().focusObject(), &composing);
+        QCOMPARE(typed.count(), 2);
+        QVERIFY(f.uiState.isComposing());
+        QInputMethodEvent committing;
+        committing.setCommitString(u"你"_s);
+        QCoreApplication::sendEvent(f.view.window().focusObject(), &committing);
+        QVERIFY(!f.uiState.isComposing());
+        QCOMPARE(f.view.findAll(u"field"_s).first()->property("text").toString(), u"你"_s);
+
+        QCoreApplication::sendEvent(f.view.window().focusObject(), &composing);
+        f.view.findAll(u"field"_s).last()->forceActiveFocus();
+        QVERIFY(!f.uiState.isComposing());
+        QWindow other;
+        other.show();
+        other.requestActivate();
+        QTRY_VERIFY(!f.uiState.hasKeyboard());
     }
 
     void takesTypingThatNothingElseTakes()
