@@ -5,7 +5,8 @@
 #include <QGuiApplication>
 #include <QInputMethod>
 #include <QKeyEvent>
-#include <QWindow>
+#include <QQuickItem>
+#include <QQuickView>
 
 namespace randblatt {
 
@@ -17,9 +18,39 @@ bool isModifier(int key)
     return key >= Qt::Key_Shift && key <= Qt::Key_ScrollLock;
 }
 
+/// Closes menus and what else lies over the views, which would have the keyboard for themselves.
+void closePopups(QQuickWindow &window)
+{
+    const auto overlays = window.contentItem()->childItems();
+    for (const QQuickItem *overlay : overlays) {
+        if (!overlay->inherits("QQuickOverlay"))
+            continue;
+        const auto items = overlay->childItems();
+        for (const QQuickItem *item : items) {
+            if (QObject *popup = item->parent(); popup && popup->inherits("QQuickPopup"))
+                QMetaObject::invokeMethod(popup, "close");
+        }
+    }
+}
+
+/// Takes the keyboard from what would get it with the window, unless it is a text.
+void dropFocus(QQuickView &window)
+{
+    QQuickItem *view = window.rootObject();
+    if (!view)
+        return;
+    // A menu may have had it.
+    view->setFocus(true);
+    QQuickItem *leaf = view;
+    while (QQuickItem *inner = leaf->scopedFocusItem())
+        leaf = inner;
+    if (leaf != view && !leaf->flags().testFlag(QQuickItem::ItemAcceptsInputMethod))
+        view->scopedFocusItem()->setFocus(false);
+}
+
 } // namespace
 
-PanelKeyboard::PanelKeyboard(QWindow &window, SidebarUIState &uiState, QObject *parent)
+PanelKeyboard::PanelKeyboard(QQuickView &window, SidebarUIState &uiState, QObject *parent)
     : QObject(parent)
     , m_window(window)
     , m_uiState(uiState)
@@ -45,8 +76,8 @@ bool PanelKeyboard::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == &m_window && event->type() == QEvent::KeyPress)
         followKey(static_cast<const QKeyEvent &>(*event));
-    else if (watched == &m_window && event->type() == QEvent::Hide && m_uiState.isComposing())
-        QGuiApplication::inputMethod()->commit();
+    else if (watched == &m_window && event->type() == QEvent::Hide)
+        followHide();
     else if (watched == m_focus && event->type() == QEvent::InputMethod)
         followInputMethod(static_cast<const QInputMethodEvent &>(*event));
     return false;
@@ -69,6 +100,14 @@ void PanelKeyboard::followKey(const QKeyEvent &event)
 {
     if (!isModifier(event.key()))
         m_uiState.noteTyping();
+}
+
+void PanelKeyboard::followHide()
+{
+    if (m_uiState.isComposing())
+        QGuiApplication::inputMethod()->commit();
+    closePopups(m_window);
+    dropFocus(m_window);
 }
 
 void PanelKeyboard::followInputMethod(const QInputMethodEvent &event)

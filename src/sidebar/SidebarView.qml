@@ -41,15 +41,12 @@ FocusScope {
         return found
     }
 
-    // Scrolls until `item` is seen.
-    function reveal(item: Item): void {
-        const top = item.mapToItem(flickable.contentItem, 0, 0).y
-        const margin = 36
-        if (top < flickable.contentY)
-            flickable.contentY = Math.max(0, top - margin)
-        else if (top + item.height > flickable.contentY + flickable.height)
-            flickable.contentY = Math.min(flickable.contentHeight - flickable.height,
-                                          top + item.height + margin - flickable.height)
+    // Scrolls until what has the keyboard is seen: after a key all of it, else at least some of it, so that a
+    // click leaves everything where it is.
+    function reveal(wholly: bool): void {
+        const item = Window.activeFocusItem
+        if (item !== null && item !== root && root.isOnScreen)
+            flickable.contentY = FocusReveal.contentY(flickable, item, wholly)
     }
 
     // One card at a time has its quick settings open.
@@ -119,10 +116,34 @@ FocusScope {
         }
     }
 
-    Window.onActiveFocusItemChanged: {
-        const item = Window.activeFocusItem
-        if (item !== null && item !== root && root.isOnScreen)
-            root.reveal(item)
+    Window.onActiveFocusItemChanged: revealing.restart()
+    onIsOnScreenChanged: {
+        if (!isOnScreen && quickCard !== null)
+            quickCard.setQuick(false)
+    }
+
+    // Once the key or click has done its work, and the cursor is where it belongs.
+    Timer {
+        id: revealing
+
+        objectName: "revealing"
+
+        property bool wholly: false
+
+        interval: 0
+        onTriggered: {
+            root.reveal(wholly)
+            wholly = false
+        }
+    }
+
+    Connections {
+        target: root.uiState
+
+        function onTyped(): void {
+            revealing.wholly = true
+            revealing.restart()
+        }
     }
 
     // Derived from what is open, so that no card can undo what another one holds.

@@ -187,6 +187,27 @@ class SidebarTest(unittest.TestCase):
         desktop.click(900, 450)
         sidebar.wait_hidden()
 
+    def test_does_nothing_to_a_task_that_had_the_keyboard_before_it_hid(self):
+        desktop = self.desktop()
+        store(desktop, todoViewMode="list")
+        sidebar = Sidebar(desktop)
+        sidebar.wait_peek_over()
+        self.call(desktop, "show")
+        sidebar.wait_shown(SHOWN)
+        desktop.type("Eins")
+        # From the field to the row of the new task.
+        desktop.key("Return", "Tab", "Tab")
+        wait_for(sidebar.tasks, message=lambda: "nothing stored\n" + sidebar.program.log)
+        self.call(desktop, "hide")
+        sidebar.wait_hidden()
+        self.call(desktop, "show")
+        sidebar.wait_shown(SHOWN)
+        desktop.key("space", "Delete")
+        desktop.type("Zwei")
+        desktop.key("Return")
+        wait_for(lambda: [(task["title"], task["status"]) for task in sidebar.tasks()]
+                 == [("Eins", "backlog"), ("Zwei", "backlog")], message=lambda: str(sidebar.tasks()))
+
     def test_gives_the_keyboard_back_from_where_it_is_always_visible(self):
         desktop = self.desktop()
         store(desktop, alwaysVisible=True)
