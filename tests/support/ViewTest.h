@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/controls/EngineSetup.h"
+
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickView>
@@ -8,9 +10,6 @@
 #include <memory>
 
 namespace randblatt {
-
-/// Makes an engine that finds the application's QML modules and symbols.
-void prepareEngine(QQmlEngine &engine);
 
 /// A window that shows one view, for tests with real events.
 class ViewTest
@@ -38,6 +37,10 @@ public:
     /// Types text on the keyboard, one key after another.
     void type(const QString &text);
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    /// Holds a key down until it has repeated so often, as X11 tells it.
+    void hold(Qt::Key key, int repeats = 5, const QString &text = {});
+    /// Taps twice with a finger, as quickly as can be.
+    void doubleTap(const QQuickItem *item);
 
 private:
     void show(const QSize &size);
