@@ -1,7 +1,7 @@
 #include "app/ViewPreloader.h"
 
 #include "sidebar/SidebarPanel.h"
-#include "ui/controls/SymbolProvider.h"
+#include "ui/controls/EngineSetup.h"
 
 #include <QQmlEngine>
 
@@ -12,8 +12,7 @@ using namespace Qt::StringLiterals;
 ViewPreloader::ViewPreloader(QQmlEngine &engine)
     : m_engine(engine)
 {
-    engine.addImportPath(u"qrc:/qt/qml"_s);
-    engine.addImageProvider(u"symbol"_s, new SymbolProvider);
+    prepareEngine(engine);
     preload(SidebarPanel::viewSource());
 }
 

@@ -1,4 +1,4 @@
-#include "ui/controls/SymbolProvider.h"
+#include "ui/controls/EngineSetup.h"
 
 #include <QGuiApplication>
 #include <QQmlEngine>
@@ -12,8 +12,7 @@ int main(int argc, char **argv)
     qputenv("QSG_DISTANCEFIELD_ANTIALIASING", "gray");
     const QGuiApplication application(argc, argv);
     QQuickView view;
-    view.engine()->addImportPath(u"qrc:/qt/qml"_s);
-    view.engine()->addImageProvider(u"symbol"_s, new randblatt::SymbolProvider);
+    randblatt::prepareEngine(*view.engine());
     view.setFlags(Qt::FramelessWindowHint);
     view.setColor(Qt::transparent);
     view.setResizeMode(QQuickView::SizeRootObjectToView);

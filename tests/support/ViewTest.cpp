@@ -1,7 +1,7 @@
 #include "support/ViewTest.h"
 
-#include "ui/controls/SymbolProvider.h"
-
+#include <QKeyEvent>
+#include <QPointingDevice>
 #include <QQmlComponent>
 #include <QRegularExpression>
 #include <QTest>
@@ -24,12 +24,6 @@ void collect(QQuickItem *item, const QString &objectName, QList<QQuickItem *> &f
 }
 
 } // namespace
-
-void prepareEngine(QQmlEngine &engine)
-{
-    engine.addImportPath(u"qrc:/qt/qml"_s);
-    engine.addImageProvider(u"symbol"_s, new SymbolProvider);
-}
 
 ViewTest::ViewTest(const QUrl &source, const QVariantMap &properties, const QSize &size)
     : m_ownView(std::make_unique<QQuickView>())
@@ -115,6 +109,17 @@ void ViewTest::doubleClick(const QQuickItem *item)
     QTest::mouseDClick(m_view, Qt::LeftButton, {}, centre(item));
 }
 
+void ViewTest::clickAt(const QPoint &place, quint64 time)
+{
+    for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+        const bool isPress = type == QEvent::MouseButtonPress;
+        QMouseEvent event(type, place, m_view->mapToGlobal(place), Qt::LeftButton,
+                          isPress ? Qt::LeftButton : Qt::NoButton, Qt::NoModifier);
+        event.setTimestamp(time);
+        QCoreApplication::sendEvent(m_view, &event);
+    }
+}
+
 void ViewTest::moveTo(const QQuickItem *item)
 {
     QTest::mouseMove(m_view, centre(item));
@@ -129,6 +134,30 @@ void ViewTest::type(const QString &text)
 void ViewTest::press(Qt::Key key, Qt::KeyboardModifiers modifiers)
 {
     QTest::keyClick(m_view, key, modifiers);
+}
+
+void ViewTest::hold(Qt::Key key, int repeats, const QString &text)
+{
+    const auto send = [&](QEvent::Type type, bool isRepeat) {
+        QKeyEvent event(type, key, Qt::NoModifier, text, isRepeat);
+        QCoreApplication::sendEvent(m_view, &event);
+    };
+    send(QEvent::KeyPress, false);
+    for (int repeat = 0; repeat < repeats; ++repeat) {
+        send(QEvent::KeyRelease, true);
+        send(QEvent::KeyPress, true);
+    }
+    send(QEvent::KeyRelease, false);
+}
+
+void ViewTest::doubleTap(const QQuickItem *item)
+{
+    static QPointingDevice *screen = QTest::createTouchDevice();
+    const QPoint place = centre(item);
+    for (int tap = 0; tap < 2; ++tap) {
+        QTest::touchEvent(m_view, screen).press(0, place);
+        QTest::touchEvent(m_view, screen).release(0, place);
+    }
 }
 
 } // namespace randblatt

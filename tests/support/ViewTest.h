@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/controls/EngineSetup.h"
+
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickView>
@@ -8,9 +10,6 @@
 #include <memory>
 
 namespace randblatt {
-
-/// Makes an engine that finds the application's QML modules and symbols.
-void prepareEngine(QQmlEngine &engine);
 
 /// A window that shows one view, for tests with real events.
 class ViewTest
@@ -34,10 +33,16 @@ public:
     [[nodiscard]] static QPoint centre(const QQuickItem *item);
     void click(const QQuickItem *item, Qt::MouseButton button = Qt::LeftButton);
     void doubleClick(const QQuickItem *item);
+    /// A click at a place of the window and a time in milliseconds: two at one place may be a double click.
+    void clickAt(const QPoint &place, quint64 time);
     void moveTo(const QQuickItem *item);
     /// Types text on the keyboard, one key after another.
     void type(const QString &text);
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    /// Holds a key down until it has repeated so often, as X11 tells it.
+    void hold(Qt::Key key, int repeats = 5, const QString &text = {});
+    /// Taps twice with a finger, as quickly as can be.
+    void doubleTap(const QQuickItem *item);
 
 private:
     void show(const QSize &size);

@@ -12,6 +12,9 @@ Row {
     required property bool hasPrevious
     required property bool hasNext
 
+    // Several pages are turned by clicking at one place.
+    readonly property bool takesQuickClicks: true
+
     signal pageTurned(step: int)
 
     // Gives the keyboard to the half that turns on by `step`, or back where there is no further page.

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QHash>
+#include <QObject>
+#include <QPointF>
+#include <QPointer>
+#include <QQuickItem>
+
+class QKeyEvent;
+class QPointerEvent;
+class QQuickWindow;
+
+namespace randblatt {
+
+/// Sees to it, in all Qt Quick windows of the application, that one press does one thing.
+///
+/// A key that is held repeats only what moves the focus or edits text: it presses no button again, and
+/// deletes no second row. Its release acts only where it was pressed. Of a double click or tap the second
+/// press goes only to what the first one hit, not to what has come under the pointer since; controls that are
+/// meant to be clicked in a row while they change places say so by a property `takesQuickClicks` of theirs or
+/// of a parent.
+class InputGuard : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Guards from now on until the object goes.
+    explicit InputGuard(QObject *parent = nullptr);
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    /// The latest press of a button or finger that was let through.
+    struct Press
+    {
+        QPointer<QQuickWindow> window;
+        QPointF place;
+        /// In milliseconds.
+        quint64 time = 0;
+        /// What it hit. The pointer is null too where that is gone.
+        QPointer<QQuickItem> target;
+    };
+
+    [[nodiscard]] bool stopsKey(const QQuickWindow &window, const QKeyEvent &key);
+    [[nodiscard]] bool stopsPress(QQuickWindow &window, const QPointerEvent &event);
+    [[nodiscard]] bool stopsPointer(QQuickWindow &window, const QPointerEvent &event);
+
+    /// What had the keyboard when the keys that are down were pressed.
+    QHash<int, QPointer<QQuickItem>> m_keysDown;
+    Press m_press;
+    /// Whether what follows belongs to a press that was stopped.
+    bool m_stopsSequence = false;
+};
+
+} // namespace randblatt
