@@ -16,10 +16,10 @@ APPLICATION = ("--session", "--dest", "com.randblatt.Quillbar", "--object-path",
 class Sidebar:
     """The program on a desktop."""
 
-    def __init__(self, desktop, env=None):
+    def __init__(self, desktop, env=None, prefix=()):
         self.desktop = desktop
         self.env = env
-        self.program = desktop.start([QUILLBAR], env=env)
+        self.program = desktop.start([*prefix, QUILLBAR], env=env)
 
     def panel(self):
         """The id of the visible panel, or None."""
