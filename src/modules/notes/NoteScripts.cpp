@@ -106,6 +106,26 @@ QString deleteNote(const QString &id)
            "end tell"_L1;
 }
 
+QString folderOfNote(const QString &id)
+{
+    return "tell application \"Notes\"\n"
+           "    return name of container of note id \""_L1 +
+           literal(id) +
+           "\"\n"
+           "end tell"_L1;
+}
+
+QString moveNote(const QString &id, const std::optional<QString> &folder)
+{
+    const QString target =
+        folder ? QString("folder \""_L1 + literal(*folder) + u'"') : u"default folder of account 1"_s;
+    return "tell application \"Notes\"\n"
+           "    move note id \""_L1 +
+           literal(id) + "\" to "_L1 + target +
+           "\n"
+           "end tell"_L1;
+}
+
 QList<NoteSummary> notes(const QString &result)
 {
     QList<NoteSummary> list;

@@ -62,7 +62,7 @@ void NotesService::showNotes(const ASResult &result)
     setLoading(false);
 }
 
-void NotesService::loadBody(const QString &id, const TextCompletion &completion)
+void NotesService::loadBody(const QString &id, const BodyCompletion &completion)
 {
     // Reading a long note's HTML takes a while, so that is done beside the main thread as well.
     m_queue.enqueue(
@@ -73,11 +73,19 @@ void NotesService::loadBody(const QString &id, const TextCompletion &completion)
             return result;
         },
         [completion](const ASResult &result) {
-            if (completion) {
-                completion(result.isSuccess() ? result.text
-                                              : u"(Konnte Notiz nicht laden: "_s + result.text + u')');
-            }
+            if (completion && result.isSuccess())
+                completion(result.text, true);
+            else if (completion)
+                completion(u"(Konnte Notiz nicht laden: "_s + result.text + u')', false);
         });
+}
+
+void NotesService::locateNote(const QString &id, const TextCompletion &completion)
+{
+    run(notescripts::folderOfNote(id), [completion](const ASResult &result) {
+        if (completion)
+            completion(result.isSuccess() ? result.text : QString());
+    });
 }
 
 void NotesService::createNote(const QString &title, const QString &body, const WriteCompletion &completion)
@@ -96,6 +104,12 @@ void NotesService::deleteNote(const QString &id, const WriteCompletion &completi
     write(notescripts::deleteNote(id), u"Konnte Notiz nicht löschen: "_s, completion);
 }
 
+void NotesService::restoreNote(const QString &id, const std::optional<QString> &folder,
+                               const WriteCompletion &completion)
+{
+    write(notescripts::moveNote(id, folder), u"Konnte Notiz nicht wiederherstellen: "_s, completion);
+}
+
 void NotesService::write(const QString &source, const QString &failurePrefix,
                          const WriteCompletion &completion)
 {
@@ -109,22 +123,22 @@ void NotesService::write(const QString &source, const QString &failurePrefix,
     });
 }
 
-template <typename Argument>
-std::function<void(Argument)> NotesService::calling(const QJSValue &function)
+template <typename... Arguments>
+std::function<void(Arguments...)> NotesService::calling(const QJSValue &function)
 {
     // The function itself stays here, since its engine must not be touched on the queue's thread.
     const int ticket = ++m_lastTicket;
     m_functions.insert(ticket, function);
-    return [service = QPointer(this), ticket](Argument argument) {
+    return [service = QPointer(this), ticket](Arguments... arguments) {
         const QJSValue kept = service ? service->m_functions.take(ticket) : QJSValue();
         if (kept.isCallable())
-            kept.call({QJSValue(argument)});
+            kept.call({QJSValue(arguments)...});
     };
 }
 
 void NotesService::loadBody(const QString &id, const QJSValue &completion)
 {
-    loadBody(id, calling<const QString &>(completion));
+    loadBody(id, calling<const QString &, bool>(completion));
 }
 
 void NotesService::createNote(const QString &title, const QString &body, const QJSValue &completion)
@@ -141,6 +155,16 @@ void NotesService::saveBody(const QString &id, const QString &title, const QStri
 void NotesService::deleteNote(const QString &id, const QJSValue &completion)
 {
     deleteNote(id, calling<bool>(completion));
+}
+
+void NotesService::locateNote(const QString &id, const QJSValue &completion)
+{
+    locateNote(id, calling<const QString &>(completion));
+}
+
+void NotesService::restoreNote(const QString &id, const QString &folder, const QJSValue &completion)
+{
+    restoreNote(id, folder.isEmpty() ? std::nullopt : std::optional(folder), calling<bool>(completion));
 }
 
 void NotesService::setCurrentFolder(const std::optional<QString> &folder)

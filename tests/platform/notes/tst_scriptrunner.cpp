@@ -84,6 +84,28 @@ private Q_SLOTS:
         const QString message = error(u"return body of note id \"%1\""_s.arg(id));
         QVERIFY2(message.contains(u"nicht vorhanden") && message.contains(id), qPrintable(message));
         QCOMPARE(run(u"delete note id \"%1\""_s.arg(id)).failure->number, applescripterror::noSuchObject);
+        QCOMPARE(text(u"return exists note id \"%1\""_s.arg(id)), u"false"_s);
+    }
+
+    void movesNotesAndBringsThemBack()
+    {
+        QVERIFY(!run(u"make new folder with properties {name:\"Reise\"}\n"
+                     "make new note at folder \"Reise\" with properties {name:\"A\", body:\"a\"}"_s)
+                     .failure);
+        const QString id = text(u"return id of note 1"_s);
+        const QString where = u"return name of container of note id \"%1\""_s.arg(id);
+        QVERIFY(!run(u"delete note id \"%1\""_s.arg(id)).failure);
+        QVERIFY(error(u"move note id \"%1\" to folder \"Nein\""_s.arg(id)).contains(u"Nein"));
+        QVERIFY(!run(u"move note id \"%1\" to folder \"Reise\""_s.arg(id)).failure);
+        QCOMPARE(text(where), u"Reise"_s);
+        QCOMPARE(text(u"return body of note id \"%1\""_s.arg(id)), u"a"_s);
+        QVERIFY(!run(u"move notes of folder \"Reise\" to default folder of account 1"_s).failure);
+        QCOMPARE(text(where), u"Notizen"_s);
+        QCOMPARE(run(u"move note id \"nie\" to folder \"Reise\""_s).failure->number,
+                 applescripterror::noSuchObject);
+        QVERIFY(run(u"move folder \"Reise\" to folder \"Notizen\""_s).failure);
+        QVERIFY(run(u"move 7 to folder \"Notizen\""_s).failure);
+        QVERIFY(run(u"move note 1 to 7"_s).failure);
     }
 
     void walksFoldersAndNotes()
