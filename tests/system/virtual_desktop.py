@@ -374,6 +374,13 @@ class VirtualDesktop:
 
     def preferences(self, data_home=None):
         """The stored preferences by key, with the values' types as they were stored."""
+        return self._rows("preferences", data_home)
+
+    def drafts(self):
+        """What is being typed, by key."""
+        return self._rows("drafts")
+
+    def _rows(self, table, data_home=None):
         path = Path(data_home or self.data_home) / "quillbar/preferences.sqlite"
         if not path.exists():
             return {}
@@ -381,7 +388,7 @@ class VirtualDesktop:
                   "dictionary": json.loads, "data": bytes}
         database = sqlite3.connect(f"file:{path}?mode=ro", uri=True, timeout=5)
         try:
-            rows = database.execute("SELECT key, type, value FROM preferences").fetchall()
+            rows = database.execute(f"SELECT key, type, value FROM {table}").fetchall()
         finally:
             database.close()
         return {key: decode[kind](value) for key, kind, value in rows}

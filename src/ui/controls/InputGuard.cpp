@@ -126,21 +126,40 @@ bool InputGuard::eventFilter(QObject *watched, QEvent *event)
     return stops;
 }
 
-bool InputGuard::stopsKey(const QQuickWindow &window, const QKeyEvent &key)
+bool InputGuard::isHiddenRepeat(const QKeyEvent &key) const
 {
+    return key.type() == QEvent::KeyPress && !key.isAutoRepeat() && key.nativeScanCode() != 0 &&
+           m_keys.value(key.key()).releasedAt == key.timestamp();
+}
+
+bool InputGuard::stopsKey(QQuickWindow &window, const QKeyEvent &key)
+{
+    if (isHiddenRepeat(key)) {
+        // X11 tells a repeat as a release and a press at the same time, which the toolkit sees only if both
+        // arrive together. Who comes next learns what it is.
+        QKeyEvent repeat(key.type(), key.key(), key.modifiers(), key.nativeScanCode(), key.nativeVirtualKey(),
+                         key.nativeModifiers(), key.text(), true, static_cast<quint16>(key.count()));
+        repeat.setTimestamp(key.timestamp());
+        QCoreApplication::sendEvent(&window, &repeat);
+        return true;
+    }
     QQuickItem *item = window.activeFocusItem();
+    Key &known = m_keys[key.key()];
     if (key.isAutoRepeat()) {
-        if (movesFocus(key.key()))
-            return false;
         // Text goes where the first key has led; other keys act only where they were pressed.
         const bool isText = !key.text().isEmpty() && key.text().front().isPrint();
-        return !editsText(key, item) || (!isText && m_keysDown.value(key.key()) != item);
+        const bool passes = movesFocus(key.key()) || (editsText(key, item) && (isText || known.item == item));
+        known.isDown = known.isDown || (passes && key.type() == QEvent::KeyPress);
+        return !passes;
     }
     if (key.type() == QEvent::KeyPress) {
-        m_keysDown.insert(key.key(), item);
+        known = {item, true, std::nullopt};
         return false;
     }
-    return m_keysDown.take(key.key()) != item && pressesControls(key.key());
+    const bool wasPressedHere = known.isDown && known.item == item;
+    known.isDown = false;
+    known.releasedAt = key.timestamp();
+    return !wasPressedHere && pressesControls(key.key());
 }
 
 bool InputGuard::stopsPointer(QQuickWindow &window, const QPointerEvent &event)

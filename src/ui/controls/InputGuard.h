@@ -6,6 +6,8 @@
 #include <QPointer>
 #include <QQuickItem>
 
+#include <optional>
+
 class QKeyEvent;
 class QPointerEvent;
 class QQuickWindow;
@@ -41,12 +43,22 @@ private:
         QPointer<QQuickItem> target;
     };
 
-    [[nodiscard]] bool stopsKey(const QQuickWindow &window, const QKeyEvent &key);
+    /// The latest press of a key.
+    struct Key
+    {
+        /// What had the keyboard then.
+        QPointer<QQuickItem> item;
+        bool isDown = false;
+        /// In milliseconds; none while the key is down.
+        std::optional<quint64> releasedAt;
+    };
+
+    [[nodiscard]] bool isHiddenRepeat(const QKeyEvent &key) const;
+    [[nodiscard]] bool stopsKey(QQuickWindow &window, const QKeyEvent &key);
     [[nodiscard]] bool stopsPress(QQuickWindow &window, const QPointerEvent &event);
     [[nodiscard]] bool stopsPointer(QQuickWindow &window, const QPointerEvent &event);
 
-    /// What had the keyboard when the keys that are down were pressed.
-    QHash<int, QPointer<QQuickItem>> m_keysDown;
+    QHash<int, Key> m_keys;
     Press m_press;
     /// Whether what follows belongs to a press that was stopped.
     bool m_stopsSequence = false;
