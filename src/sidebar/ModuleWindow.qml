@@ -133,7 +133,8 @@ FocusScope {
                 anchors.topMargin: 8
                 anchors.left: parent.left
                 anchors.right: parent.right
-                anchors.bottom: undoBar.active ? undoBar.top : parent.bottom
+                anchors.bottom: undoBar.isBelow ? undoBar.top : parent.bottom
+                anchors.bottomMargin: undoBar.isBelow ? Metrics.tightGap : 0
                 focus: true
                 Component.onCompleted: {
                     const view = root.module.makeView()
@@ -141,19 +142,23 @@ FocusScope {
                 }
             }
 
-            // Below the view, which makes room for it: nothing is covered.
+            // Below the view, which makes room for it, or beside the title where the view has none to spare:
+            // nothing is covered.
             Loader {
                 id: undoBar
 
-                anchors.left: parent.left
-                anchors.right: parent.right
-                anchors.bottom: parent.bottom
-                anchors.margins: Metrics.gap
+                readonly property bool isLow: root.cardHeight < 220
+                readonly property bool isBelow: active && !isLow
+
+                x: isLow ? header.x + header.width + Metrics.gap : Metrics.cardPadding
+                y: isLow ? header.y + (header.height - height) / 2 : parent.height - height - Metrics.wideGap
+                width: parent.width - x - Metrics.cardPadding
                 active: root.module.undoHistory.offer !== ""
                 sourceComponent: UndoBar {
                     objectName: "undoBar"
                     appearance: root.appearance
                     message: root.module.undoHistory.offer
+                    isCompact: undoBar.isLow
                     onUndone: root.undo()
                     onHeld: hold => root.module.undoHistory.holdOffer(hold)
                 }
