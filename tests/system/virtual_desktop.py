@@ -20,6 +20,10 @@ from PIL import Image
 POLL_INTERVAL = 0.02
 DEFAULT_TIMEOUT = 10.0
 
+# What a command begins with, so that file permissions hold for it as for a person. The superuser may read
+# everything; without what sets him apart he is a user like any other.
+AS_A_PERSON = ("setpriv", "--bounding-set=-all", "--inh-caps=-all") if os.geteuid() == 0 else ()
+
 WINDOW_MANAGER_ARGUMENTS = {"openbox": ["--sm-disable"], "mutter": ["--x11", "--sm-disable"],
                             "xfwm4": ["--sm-client-disable"], "i3": ["-c", "{folder}/i3.conf"]}
 

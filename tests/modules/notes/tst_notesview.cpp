@@ -111,7 +111,7 @@ struct NotesCard
             if (note.name != name)
                 continue;
             bool done = false;
-            service->loadBody(note.id, NotesService::TextCompletion([&](const QString &body) {
+            service->loadBody(note.id, NotesService::BodyCompletion([&](const QString &body, bool) {
                                   text = body;
                                   done = true;
                               }));
