@@ -19,7 +19,7 @@ SCREEN = (1440, 1300)
 SMALLER_SCREEN = (1440, 1240)
 ZONE = ZoneInfo("Europe/Berlin")
 # With other programs beside it, a machine may take its time.
-PATIENCE = 20.0
+PATIENCE = 30.0
 # What no run may write.
 COMPLAINT = re.compile(r"\.qml:\d+|ASSERT|TypeError|ReferenceError|terminate called|Binding loop")
 
@@ -159,7 +159,7 @@ class Desk:
         place = x + (width // 2 if at is None else round(width * at))
         self.desktop.click(place, y + height // 2, button=button, repeat=repeat)
 
-    def read_todo(self):
+    def read_tasks(self):
         card = self.card("To-Do")
         shown = {"field": card.first("text", "Neue Aufgabe…").text}
         board = card.first("panel", "Kanban-Tafel")
@@ -167,14 +167,12 @@ class Desk:
             columns = [(re.fullmatch(r"(.*), (\d+)", column.name), column) for column in board.children]
             shown["counts"] = {match.group(1): int(match.group(2)) for match, _ in columns}
             # The others are out of sight.
-            left, *present = self.frames([board] + [column for _, column in columns])
-            shown["columns"] = {match.group(1): self.from_top(column.first("list"), "Aktionen: .*")
-                                for (match, column), place in zip(columns, present) if place[0] == left[0]}
-            shown["columns"] = {label: [row.name for row in rows] for label, rows in shown["columns"].items()}
+            label = list(shown["counts"])[self.shown_column()]
+            shown["columns"] = {label: [row.name for row in self.task_rows(card, label)]}
         else:
-            tasks = card.first("list", "Aufgaben")
-            rows = self.from_top(tasks, "Erledigt: .*")
-            done = [node for node in tasks.children if node.name == "Erledigt" and node.has("showing")]
+            rows = self.task_rows(card)
+            done = [node for node in card.first("list", "Aufgaben").children
+                    if node.name == "Erledigt" and node.has("showing")]
             # Below the heading are the done ones.
             places = self.frames(rows + done)
             border = places[-1][1] if done else float("inf")
@@ -183,11 +181,25 @@ class Desk:
             shown["editor"] = editors[0] if editors else None
         return shown
 
-    def from_top(self, tasks, button):
-        """The rows of a list that have such a button, as they stand; the tree tells them as they were made."""
-        rows = [row for row in tasks.children if row.has("visible") and row.first(name=button)]
+    def task_rows(self, card, column=None):
+        """The rows of the list, or of a column of the board, as they stand; the tree has them as they were made."""
+        name, button = (column, "Aktionen: .*") if column else ("Aufgaben", "Erledigt: .*")
+        rows = [row for row in card.first("list", name).children if row.has("visible") and row.first(name=button)]
         places = self.frames(rows)
         return [rows[index] for index in sorted(range(len(rows)), key=lambda index: places[index][1])]
+
+    def shown_column(self):
+        """The number of the column that the board shows."""
+        board = self.card("To-Do").first("panel", "Kanban-Tafel")
+        left, *places = self.frames([board] + board.children)
+        return min(range(len(places)), key=lambda index: abs(places[index][0] - left[0]))
+
+    def note_rows(self):
+        rows = self.card("Notizen").first("list", "Notizen").children
+        return [row for row in rows if row.has("visible")]
+
+    def note_editor(self):
+        return next((node for node in self.card("Notizen").find("text") if node.has("showing")), None)
 
     def read_notes(self):
         card = self.card("Notizen")
@@ -200,9 +212,9 @@ class Desk:
             return {"composer": (texts[0].text, plain(texts[1].text))}
         if texts:
             return {"note": heading.name, "text": plain(texts[0].text)}
-        return {"names": sorted(row.name for row in card.first("list", "Notizen").children if row.has("visible"))}
+        return {"names": sorted(row.name for row in self.note_rows())}
 
-    def read_calendar(self):
+    def read_events(self):
         card = self.card("Kalender")
         form = None
         title = card.first("text", "Titel")
@@ -212,7 +224,7 @@ class Desk:
         return {"form": form, "titles": sorted(rows)}
 
     def read(self):
-        return {"To-Do": self.read_todo(), "Notizen": self.read_notes(), "Kalender": self.read_calendar()}
+        return {"To-Do": self.read_tasks(), "Notizen": self.read_notes(), "Kalender": self.read_events()}
 
     # --- what is on the disk
 
@@ -245,6 +257,8 @@ class Desk:
     def hide(self, side):
         self.leave(side)
         self.wait(lambda: not self.desktop.windows("^Quillbar$"), "the panel does not go")
+        # The program looks where the pointer is every 80 ms.
+        time.sleep(0.3)
 
     def call(self, action):
         self.desktop.run("gdbus", "call", "--session", "--dest", "com.randblatt.Quillbar", "--object-path",
@@ -258,6 +272,12 @@ class Desk:
                 self.desktop.key("Return")
             if line:
                 self.desktop.at_screen("xdotool", "type", "--delay", 8, "--", line)
+
+    def hold_key(self, key):
+        """Holds a key for as long as the keyboard takes to repeat it often."""
+        self.desktop.at_screen("xdotool", "keydown", key)
+        time.sleep(1.2)
+        self.desktop.at_screen("xdotool", "keyup", key)
 
     def typing(self, text):
         """Types aside; returns the process that does."""
