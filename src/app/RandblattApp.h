@@ -34,6 +34,7 @@ public:
     void start();
 
 private:
+    void followStore();
     void preloadModules();
     void connectMenu();
     void connectInstance(SingleInstance &instance);

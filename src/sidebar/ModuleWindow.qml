@@ -133,7 +133,7 @@ FocusScope {
                 anchors.topMargin: 8
                 anchors.left: parent.left
                 anchors.right: parent.right
-                anchors.bottom: undoBar.active ? undoBar.top : parent.bottom
+                anchors.bottom: noticeBar.active ? noticeBar.top : undoBar.active ? undoBar.top : parent.bottom
                 focus: true
                 Component.onCompleted: {
                     const view = root.module.makeView()
@@ -141,7 +141,26 @@ FocusScope {
                 }
             }
 
-            // Below the view, which makes room for it: nothing is covered.
+            // Both below the view, which makes room for them: nothing is covered.
+            Loader {
+                id: noticeBar
+
+                anchors.left: parent.left
+                anchors.right: parent.right
+                anchors.bottom: undoBar.active ? undoBar.top : parent.bottom
+                anchors.margins: Metrics.gap
+                active: root.module.notice.text !== ""
+                sourceComponent: NoticeBar {
+                    objectName: "noticeBar"
+                    appearance: root.appearance
+                    message: root.module.notice.text
+                    action: root.module.notice.action
+                    isDismissible: root.module.notice.isDismissible
+                    onActed: root.module.notice.act()
+                    onDismissed: root.module.notice.dismiss()
+                }
+            }
+
             Loader {
                 id: undoBar
 

@@ -1,4 +1,7 @@
+#include "settings/AppSettings.h"
+#include "settings/Draft.h"
 #include "settings/Preferences.h"
+#include "support/Fakes.h"
 #include "support/FaultVfs.h"
 #include "support/TestEnvironment.h"
 
@@ -232,13 +235,26 @@ private Q_SLOTS:
     void takesUpWhatItCouldNotReadAtFirst()
     {
         Preferences(path()).setValue(tasks, QByteArray("[1,2,3]"));
+        Preferences(path()).setValue(u"moduleHeights"_s, QJsonObject{{u"todo"_s, 500.0}});
+        Preferences(path()).setValue(u"panelWidth"_s, 333.0);
+        Preferences(path()).setDraft(u"todo.add"_s, {{u"text"_s, u"Milch"_s}});
         m_disk->failAt(1, FaultVfs::Fault::ioError, 1'000'000);
         Preferences preferences(path());
         QSignalSpy arrived(&preferences.health(), &StoreHealth::valueArrived);
         QVERIFY(!preferences.value(tasks));
+        FakeLoginItem loginItem;
+        const AppSettings settings(preferences, loginItem);
+        QSignalSpy widths(&settings, &AppSettings::panelWidthChanged);
+        QSignalSpy sides(&settings, &AppSettings::sidebarSideChanged);
+        const Draft draft(preferences, u"todo.add"_s);
         m_disk->heal();
-        QTRY_COMPARE(arrived.count(), 1);
+        QTRY_COMPARE(arrived.count(), 3);
         QCOMPARE(preferences.get<QByteArray>(tasks), QByteArray("[1,2,3]"));
+        QCOMPARE(settings.panelWidth(), 333.0);
+        QCOMPARE(settings.height(u"todo"_s), 500.0);
+        QCOMPARE(widths.count(), 1);
+        QCOMPARE(sides.count(), 0);
+        QCOMPARE(draft.text(), u"Milch"_s);
         QVERIFY(keptFiles().isEmpty());
     }
 

@@ -8,6 +8,47 @@ FormScroll {
     id: root
 
     required property AppSettings settings
+    property StoreHealth health: null
+
+    FormSection {
+        objectName: "storeTrouble"
+        visible: unsaved.text !== "" || aside.text !== ""
+        heading: "Gespeicherte Daten"
+
+        FormRow {
+            id: unsaved
+
+            objectName: "unsaved"
+            visible: text !== ""
+            height: visible ? implicitHeight : 0
+            text: root.health?.sentence ?? ""
+            labelWidth: 400
+
+            FormButton {
+                objectName: "retrySaving"
+                anchors.right: parent.right
+                text: "Erneut versuchen"
+                onClicked: root.health.retry()
+            }
+        }
+
+        FormRow {
+            id: aside
+
+            objectName: "aside"
+            visible: text !== ""
+            height: visible ? implicitHeight : 0
+            text: root.health?.asideSentence ?? ""
+            labelWidth: 400
+
+            FormButton {
+                objectName: "openAsideFolder"
+                anchors.right: parent.right
+                text: "Ordner öffnen"
+                onClicked: root.health.openAsideFolder()
+            }
+        }
+    }
 
     FormSection {
         heading: "Verhalten"

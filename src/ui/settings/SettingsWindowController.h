@@ -15,6 +15,7 @@ class AppSettings;
 class FormWindow;
 class ModuleListModel;
 class ModuleRegistry;
+class StoreHealth;
 class ThemeEditor;
 
 /// The settings window: made with the first show, kept when it is closed.
@@ -25,9 +26,9 @@ public:
     /// module: its property `auth` is the user's account with the music service, which the window offers to
     /// connect (`isAuthorized`, `lastError`, `signIn()`, `signOut()`), and the `problem` of its property
     /// `webPlayer` says why the application cannot play by itself. They are not asked for before they are
-    /// seen.
+    /// seen. With `health` the window tells what of the settings is not on the disk.
     SettingsWindowController(QQmlEngine &engine, AppSettings &settings, ModuleRegistry &registry,
-                             QObject *media = nullptr);
+                             QObject *media = nullptr, StoreHealth *health = nullptr);
     ~SettingsWindowController() override;
 
     void show() override;
@@ -39,6 +40,7 @@ private:
     AppSettings &m_settings;
     ModuleRegistry &m_registry;
     QObject *m_media;
+    StoreHealth *m_health;
     std::unique_ptr<ModuleListModel> m_modules;
     std::unique_ptr<ThemeEditor> m_editor;
     std::unique_ptr<FormWindow> m_window;
