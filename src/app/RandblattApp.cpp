@@ -187,8 +187,8 @@ SidebarPanelController::PanelFactory RandblattApp::panelFactory(ModuleRegistry &
 std::unique_ptr<WindowController> RandblattApp::makeSettingsWindow(ModuleRegistry &registry)
 {
     installToolkitTranslations();
-    return std::make_unique<SettingsWindowController>(m_engine, m_settings, registry,
-                                                      registry.module(u"spotify"_s), &m_preferences.health());
+    return std::make_unique<SettingsWindowController>(
+        m_engine, m_settings, registry, registry.module(u"spotify"_s), &m_preferences.health(), &m_backups);
 }
 
 // Nothing but the colour dialog speaks in the toolkit's words: not before there can be one.

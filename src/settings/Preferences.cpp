@@ -1,11 +1,13 @@
 #include "settings/Preferences.h"
 
+#include "settings/StoreCopy.h"
 #include "settings/StoreLog.h"
 #include "settings/StoreOpening.h"
 #include "settings/StoreReader.h"
 #include "settings/StoreRepair.h"
 
 #include <QLoggingCategory>
+#include <QPointer>
 #include <QStandardPaths>
 
 #include <algorithm>
@@ -50,8 +52,11 @@ Preferences::Preferences(const QString &path)
     });
     QObject::connect(&m_health, &StoreHealth::asideDismissed, &m_retryTimer, [this] { nameAside({}); });
     m_file.waitUntil(std::chrono::steady_clock::now() + longestWait);
+    const QString replaced = m_file.isOnDisk() ? takeChosenStore(path) : QString();
     open();
     m_isStarted = true;
+    if (!replaced.isEmpty())
+        nameAside(replaced);
     if (const auto aside = get<QString>(asidePlace.key))
         m_health.setAsidePath(*aside);
     tell();
@@ -371,6 +376,7 @@ void Preferences::checkpointEnded(StoreResult result, const QSet<StorePlace> &pl
 {
     if (result == StoreResult::ok) {
         m_unsynced.clear();
+        Q_EMIT m_health.synced();
     } else if (result == StoreResult::damaged) {
         open();
         flush();
@@ -382,6 +388,25 @@ void Preferences::checkpointEnded(StoreResult result, const QSet<StorePlace> &pl
         tryAgain(result);
     }
     tell();
+}
+
+bool Preferences::copyTo(const QString &target, const QObject *context,
+                         const std::function<void(StoreResult)> &ended)
+{
+    if (!m_file.isOnDisk() || !isOpen())
+        return false;
+    const auto exclusive = m_file.isExclusive() ? m_file.connection() : nullptr;
+    m_worker.run([this, path = m_file.path(), exclusive, target, guard = QPointer(context), ended] {
+        const StoreResult result = copyStore(path, exclusive, target);
+        return [this, result, guard, ended] {
+            // The copy read what nobody else reads again.
+            if (result == StoreResult::damaged)
+                checkpointEnded(result, {});
+            if (guard)
+                ended(result);
+        };
+    });
+    return true;
 }
 
 void Preferences::nameAside(const QString &path)

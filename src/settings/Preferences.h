@@ -9,6 +9,8 @@
 #include <QSet>
 #include <QTimer>
 
+#include <functional>
+
 namespace randblatt {
 
 /// The user's preferences: typed values by key, and drafts of what is being typed, in a SQLite file that only
@@ -60,6 +62,11 @@ public:
     bool setDraft(const QString &key, const QJsonObject &draft);
 
     [[nodiscard]] StoreHealth &health() { return m_health; }
+    [[nodiscard]] const QString &path() const { return m_file.path(); }
+
+    /// Copies all of it to a file of its own beside the main thread; whether it could be begun. `ended` is
+    /// called for as long as `context` lives.
+    bool copyTo(const QString &target, const QObject *context, const std::function<void(StoreResult)> &ended);
 
 private:
     using Value = std::optional<PreferenceValue>;

@@ -49,6 +49,8 @@ Q_SIGNALS:
     void asideChanged();
     void retryRequested();
     void asideDismissed();
+    /// Everything that was written is on the disk.
+    void synced();
     /// The folder is to be shown to the user.
     void folderRequested(const QString &path);
     /// A stored value came to light that could not be read before, or that somebody else wrote. Where the

@@ -9,6 +9,7 @@ FormScroll {
 
     required property AppSettings settings
     property StoreHealth health: null
+    property StoreBackups backups: null
 
     FormSection {
         objectName: "storeTrouble"
@@ -155,5 +156,10 @@ FormScroll {
             number: root.settings.panelHeightFraction
             onEdited: number => root.settings.panelHeightFraction = number
         }
+    }
+
+    BackupSettings {
+        visible: root.backups !== null
+        backups: root.backups
     }
 }

@@ -14,6 +14,7 @@ FocusScope {
     // The media module, if there is one: see SpotifySettings.
     property var media: null
     property StoreHealth health: null
+    property StoreBackups backups: null
 
     component Page: Loader {
         required property int index
@@ -56,6 +57,7 @@ FocusScope {
             sourceComponent: GeneralSettings {
                 settings: root.settings
                 health: root.health
+                backups: root.backups
             }
         }
 

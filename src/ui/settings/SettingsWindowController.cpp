@@ -2,6 +2,7 @@
 
 #include "settings/AppSettings.h"
 #include "settings/ModuleRegistry.h"
+#include "settings/StoreBackups.h"
 #include "settings/StoreHealth.h"
 #include "ui/forms/FormWindow.h"
 #include "ui/settings/ModuleListModel.h"
@@ -13,12 +14,13 @@ using namespace Qt::StringLiterals;
 
 SettingsWindowController::SettingsWindowController(QQmlEngine &engine, AppSettings &settings,
                                                    ModuleRegistry &registry, QObject *media,
-                                                   StoreHealth *health)
+                                                   StoreHealth *health, StoreBackups *backups)
     : m_engine(engine)
     , m_settings(settings)
     , m_registry(registry)
     , m_media(media)
     , m_health(health)
+    , m_backups(backups)
 {
 }
 
@@ -38,6 +40,7 @@ void SettingsWindowController::show()
                               {u"editor"_s, QVariant::fromValue(m_editor.get())},
                               {u"media"_s, QVariant::fromValue(m_media)},
                               {u"health"_s, QVariant::fromValue(m_health)},
+                              {u"backups"_s, QVariant::fromValue(m_backups)},
                           },
                           u"Einstellungen – Quillbar"_s,
                           QSize(720, 780),

@@ -15,6 +15,7 @@ class AppSettings;
 class FormWindow;
 class ModuleListModel;
 class ModuleRegistry;
+class StoreBackups;
 class StoreHealth;
 class ThemeEditor;
 
@@ -26,9 +27,11 @@ public:
     /// module: its property `auth` is the user's account with the music service, which the window offers to
     /// connect (`isAuthorized`, `lastError`, `signIn()`, `signOut()`), and the `problem` of its property
     /// `webPlayer` says why the application cannot play by itself. They are not asked for before they are
-    /// seen. With `health` the window tells what of the settings is not on the disk.
+    /// seen. With `health` the window tells what of the settings is not on the disk, with
+    /// `backups` it offers to bring one back.
     SettingsWindowController(QQmlEngine &engine, AppSettings &settings, ModuleRegistry &registry,
-                             QObject *media = nullptr, StoreHealth *health = nullptr);
+                             QObject *media = nullptr, StoreHealth *health = nullptr,
+                             StoreBackups *backups = nullptr);
     ~SettingsWindowController() override;
 
     void show() override;
@@ -41,6 +44,7 @@ private:
     ModuleRegistry &m_registry;
     QObject *m_media;
     StoreHealth *m_health;
+    StoreBackups *m_backups;
     std::unique_ptr<ModuleListModel> m_modules;
     std::unique_ptr<ThemeEditor> m_editor;
     std::unique_ptr<FormWindow> m_window;
