@@ -150,6 +150,8 @@ private:
     using Signal = void (AppSettings::*)();
 
     void load();
+    /// Values that could not be read at construction come to light.
+    void reload();
     template <typename T>
     bool assign(T &member, const T &value, const QString &key, Signal signal);
     template <typename Enum>

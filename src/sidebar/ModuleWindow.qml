@@ -133,12 +133,34 @@ FocusScope {
                 anchors.topMargin: 8
                 anchors.left: parent.left
                 anchors.right: parent.right
-                anchors.bottom: undoBar.isBelow ? undoBar.top : parent.bottom
-                anchors.bottomMargin: undoBar.isBelow ? Metrics.tightGap : 0
+                anchors.bottom: noticeBar.active ? noticeBar.top : undoBar.isBelow ? undoBar.top : parent.bottom
+                anchors.bottomMargin: noticeBar.active || undoBar.isBelow ? Metrics.tightGap : 0
                 focus: true
                 Component.onCompleted: {
                     const view = root.module.makeView()
                     setSource(view.source, Object.assign({ appearance: root.appearance }, view.properties))
+                }
+            }
+
+            // Below the view, which makes room for it: nothing is covered.
+            Loader {
+                id: noticeBar
+
+                anchors.left: parent.left
+                anchors.right: parent.right
+                anchors.leftMargin: Metrics.cardPadding
+                anchors.rightMargin: Metrics.cardPadding
+                anchors.bottom: undoBar.isBelow ? undoBar.top : parent.bottom
+                anchors.bottomMargin: undoBar.isBelow ? Metrics.tightGap : Metrics.gap
+                active: root.module.notice.text !== ""
+                sourceComponent: NoticeBar {
+                    objectName: "noticeBar"
+                    appearance: root.appearance
+                    message: root.module.notice.text
+                    action: root.module.notice.action
+                    isDismissible: root.module.notice.isDismissible
+                    onActed: root.module.notice.act()
+                    onDismissed: root.module.notice.dismiss()
                 }
             }
 

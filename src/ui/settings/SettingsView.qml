@@ -13,6 +13,8 @@ FocusScope {
     required property ThemeEditor editor
     // The media module, if there is one: see SpotifySettings.
     property var media: null
+    property StoreHealth health: null
+    property StoreBackups backups: null
 
     component Page: Loader {
         required property int index
@@ -54,6 +56,8 @@ FocusScope {
             index: 0
             sourceComponent: GeneralSettings {
                 settings: root.settings
+                health: root.health
+                backups: root.backups
             }
         }
 

@@ -1,14 +1,18 @@
 #include "settings/AppSettings.h"
 #include "settings/ModuleRegistry.h"
 #include "settings/Preferences.h"
+#include "settings/StoreBackups.h"
+#include "settings/StoreHealth.h"
 #include "support/Fakes.h"
 #include "support/TestEnvironment.h"
 #include "support/ViewTest.h"
 #include "ui/settings/SettingsWindowController.h"
 
 #include <QAccessible>
+#include <QDir>
 #include <QGuiApplication>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -78,8 +82,9 @@ struct Fixture
     SettingsWindowController controller;
     std::optional<ViewTest> view;
 
-    explicit Fixture(const QString &tab, QObject *media = nullptr)
-        : controller(engine, settings, registry, media)
+    explicit Fixture(const QString &tab, QObject *media = nullptr, StoreHealth *health = nullptr,
+                     StoreBackups *backups = nullptr)
+        : controller(engine, settings, registry, media, health, backups)
     {
         prepareEngine(engine);
         controller.show();
@@ -126,6 +131,38 @@ class SettingsWindowTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void tellsWhatIsNotSavedAndBringsCopiesBack()
+    {
+        const QTemporaryDir folder;
+        Preferences preferences(folder.filePath(u"quillbar/preferences.sqlite"_s));
+        StoreBackups backups(preferences);
+        StoreHealth health;
+        QSignalSpy retried(&health, &StoreHealth::retryRequested);
+        const QString day = u"2026-11-22"_s;
+        QDir(folder.path()).mkpath(u"quillbar/backups"_s);
+        Preferences(folder.filePath(u"quillbar/backups/preferences-2026-11-22.sqlite"_s))
+            .setValue(u"a"_s, true);
+        Fixture f(u"Allgemein"_s, nullptr, &health, &backups);
+        const auto press = [&f](const QString &button) {
+            f.item(button)->forceActiveFocus(Qt::TabFocusReason);
+            f.view->press(Qt::Key_Return);
+        };
+        QVERIFY(!f.item(u"storeTrouble"_s)->isVisible());
+        health.setUnsaved({{{StoreTable::preferences, u"panelWidth"_s}, StoreResult::busy}}, StoreResult::ok);
+        QTRY_VERIFY(f.item(u"storeTrouble"_s)->isVisible());
+        press(u"retrySaving"_s);
+        QCOMPARE(retried.count(), 1);
+
+        press(u"bringBack"_s);
+        QTRY_VERIFY(f.view->find(u"choose-"_s + day) != nullptr);
+        press(u"choose-"_s + day);
+        QCOMPARE(backups.chosen(), day);
+        QTRY_COMPARE(f.item(u"chosenCopy"_s)->property("text").toString(),
+                     u"Beim nächsten Start: Stand von Sonntag, 22. November 2026"_s);
+        press(u"keepPresent"_s);
+        QCOMPARE(backups.chosen(), QString());
+    }
+
     void isOneWindowThatClosesByKeyboard()
     {
         Fixture f(u"Allgemein"_s);
