@@ -14,6 +14,8 @@ namespace {
 // How far apart the presses of a double click may be: less than from one row's button to the next one's.
 constexpr qreal mouseReach = 12;
 constexpr qreal fingerReach = 22;
+// In milliseconds; no keyboard repeats a key sooner.
+constexpr quint64 shortestRepeatDelay = 100;
 
 bool movesFocus(int key)
 {
@@ -129,18 +131,34 @@ bool InputGuard::eventFilter(QObject *watched, QEvent *event)
 bool InputGuard::stopsKey(const QQuickWindow &window, const QKeyEvent &key)
 {
     QQuickItem *item = window.activeFocusItem();
-    if (key.isAutoRepeat()) {
+    const bool isRelease = key.type() == QEvent::KeyRelease;
+    const bool isRepetition = isRepeated(key);
+    if (isRelease && !key.isAutoRepeat())
+        m_keys[key.key()].released = key.timestamp();
+    if (isRepetition) {
         if (movesFocus(key.key()))
             return false;
         // Text goes where the first key has led; other keys act only where they were pressed.
         const bool isText = !key.text().isEmpty() && key.text().front().isPrint();
-        return !editsText(key, item) || (!isText && m_keysDown.value(key.key()) != item);
+        return !editsText(key, item) || (!isText && m_keys.value(key.key()).item != item);
     }
-    if (key.type() == QEvent::KeyPress) {
-        m_keysDown.insert(key.key(), item);
+    if (!isRelease) {
+        m_keys.insert(key.key(), {key.timestamp(), std::nullopt, item});
         return false;
     }
-    return m_keysDown.take(key.key()) != item && pressesControls(key.key());
+    return m_keys.value(key.key()).item != item && pressesControls(key.key());
+}
+
+// X servers tell a repetition as a release and a press at the same time. The toolkit recognises it only if
+// both arrive together; else it is told as what it is not.
+bool InputGuard::isRepeated(const QKeyEvent &key) const
+{
+    const auto known = m_keys.constFind(key.key());
+    if (key.isAutoRepeat() || known == m_keys.constEnd() || !known->released)
+        return key.isAutoRepeat();
+    if (key.type() == QEvent::KeyRelease)
+        return true;
+    return key.timestamp() == *known->released && *known->released >= known->time + shortestRepeatDelay;
 }
 
 bool InputGuard::stopsPointer(QQuickWindow &window, const QPointerEvent &event)

@@ -6,6 +6,8 @@
 #include <QPointer>
 #include <QQuickItem>
 
+#include <optional>
+
 class QKeyEvent;
 class QPointerEvent;
 class QQuickWindow;
@@ -42,11 +44,22 @@ private:
     };
 
     [[nodiscard]] bool stopsKey(const QQuickWindow &window, const QKeyEvent &key);
+    [[nodiscard]] bool isRepeated(const QKeyEvent &key) const;
     [[nodiscard]] bool stopsPress(QQuickWindow &window, const QPointerEvent &event);
     [[nodiscard]] bool stopsPointer(QQuickWindow &window, const QPointerEvent &event);
 
-    /// What had the keyboard when the keys that are down were pressed.
-    QHash<int, QPointer<QQuickItem>> m_keysDown;
+    /// The latest press of a key.
+    struct KeyPress
+    {
+        /// In milliseconds.
+        quint64 time = 0;
+        /// When the key was said to be up.
+        std::optional<quint64> released;
+        /// What had the keyboard.
+        QPointer<QQuickItem> item;
+    };
+
+    QHash<int, KeyPress> m_keys;
     Press m_press;
     /// Whether what follows belongs to a press that was stopped.
     bool m_stopsSequence = false;
