@@ -85,13 +85,14 @@ bool PanelKeyboard::eventFilter(QObject *watched, QEvent *event)
 
 void PanelKeyboard::followFocus(QObject *object)
 {
-    if (m_focus == object)
+    // The window itself is named while none of its items has the focus.
+    QObject *item = object == &m_window ? nullptr : object;
+    if (m_focus == item)
         return;
     if (m_focus)
         m_focus->removeEventFilter(this);
-    m_focus = object;
-    // The window's own events come already.
-    if (m_focus && m_focus != &m_window)
+    m_focus = item;
+    if (m_focus)
         m_focus->installEventFilter(this);
     m_uiState.setComposing(false);
 }

@@ -14,6 +14,8 @@ namespace {
 // How far apart the presses of a double click may be: less than from one row's button to the next one's.
 constexpr qreal mouseReach = 12;
 constexpr qreal fingerReach = 22;
+// In milliseconds; no keyboard repeats a key sooner.
+constexpr quint64 shortestRepeatDelay = 100;
 
 bool movesFocus(int key)
 {
@@ -128,8 +130,10 @@ bool InputGuard::eventFilter(QObject *watched, QEvent *event)
 
 bool InputGuard::isHiddenRepeat(const QKeyEvent &key) const
 {
+    const auto known = m_keys.constFind(key.key());
     return key.type() == QEvent::KeyPress && !key.isAutoRepeat() && key.nativeScanCode() != 0 &&
-           m_keys.value(key.key()).releasedAt == key.timestamp();
+           known != m_keys.cend() && known->releasedAt == key.timestamp() &&
+           key.timestamp() >= known->pressedAt + shortestRepeatDelay;
 }
 
 bool InputGuard::stopsKey(QQuickWindow &window, const QKeyEvent &key)
@@ -153,7 +157,7 @@ bool InputGuard::stopsKey(QQuickWindow &window, const QKeyEvent &key)
         return !passes;
     }
     if (key.type() == QEvent::KeyPress) {
-        known = {item, true, std::nullopt};
+        known = {item, true, key.timestamp(), std::nullopt};
         return false;
     }
     const bool wasPressedHere = known.isDown && known.item == item;

@@ -49,7 +49,9 @@ private:
         /// What had the keyboard then.
         QPointer<QQuickItem> item;
         bool isDown = false;
-        /// In milliseconds; none while the key is down.
+        /// In milliseconds.
+        quint64 pressedAt = 0;
+        /// None while the key is down.
         std::optional<quint64> releasedAt;
     };
 
