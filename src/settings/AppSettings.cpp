@@ -286,7 +286,7 @@ void AppSettings::setTheme(const ThemeConfig &theme, const QString &moduleID)
     }
     auto themes = m_moduleThemes;
     themes.insert(moduleID, theme);
-    assign(m_moduleThemes, themes, u"moduleThemes"_s, &AppSettings::moduleThemesChanged);
+    setModuleThemes(themes);
 }
 
 bool AppSettings::isEnabled(const QString &moduleID) const
@@ -383,6 +383,11 @@ void AppSettings::setPanelHeightFraction(double fraction)
 void AppSettings::setPerModuleTheme(bool perModule)
 {
     assign(m_perModuleTheme, perModule, u"perModuleTheme"_s, &AppSettings::perModuleThemeChanged);
+}
+
+void AppSettings::setModuleThemes(const ModuleThemes &themes)
+{
+    assign(m_moduleThemes, themes, u"moduleThemes"_s, &AppSettings::moduleThemesChanged);
 }
 
 void AppSettings::setGlobalTheme(const ThemeConfig &theme)

@@ -2,8 +2,6 @@
 
 #include "sidebar/SidebarUIState.h"
 
-#include <QGuiApplication>
-#include <QInputMethod>
 #include <QKeyEvent>
 #include <QQuickItem>
 #include <QQuickView>
@@ -105,8 +103,6 @@ void PanelKeyboard::followKey(const QKeyEvent &event)
 
 void PanelKeyboard::followHide()
 {
-    if (m_uiState.isComposing())
-        QGuiApplication::inputMethod()->commit();
     closePopups(m_window);
     dropFocus(m_window);
 }

@@ -1,6 +1,7 @@
 #include "ui/controls/InputGuard.h"
 
 #include <QGuiApplication>
+#include <QInputMethod>
 #include <QKeyEvent>
 #include <QQuickWindow>
 #include <QStyleHints>
@@ -86,6 +87,13 @@ bool takesQuickClicks(const QQuickItem *item)
     return false;
 }
 
+void commitText(const QQuickWindow &window)
+{
+    const QQuickItem *item = window.activeFocusItem();
+    if (item != nullptr && item->property("inputMethodComposing").toBool())
+        QGuiApplication::inputMethod()->commit();
+}
+
 } // namespace
 
 InputGuard::InputGuard(QObject *parent)
@@ -111,14 +119,21 @@ bool InputGuard::eventFilter(QObject *watched, QEvent *event)
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
     case QEvent::MouseButtonRelease:
+        if (event->type() == QEvent::MouseButtonPress)
+            commitText(*window);
         if (static_cast<QMouseEvent *>(event)->button() == Qt::LeftButton)
             stops = stopsPointer(*window, *static_cast<QPointerEvent *>(event));
         break;
     case QEvent::TouchBegin:
+        commitText(*window);
+        [[fallthrough]];
     case QEvent::TouchUpdate:
     case QEvent::TouchEnd:
     case QEvent::TouchCancel:
         stops = stopsPointer(*window, *static_cast<QPointerEvent *>(event));
+        break;
+    case QEvent::Hide:
+        commitText(*window);
         break;
     default:
         break;

@@ -21,6 +21,9 @@ namespace randblatt {
 /// press goes only to what the first one hit, not to what has come under the pointer since; controls that are
 /// meant to be clicked in a row while they change places say so by a property `takesQuickClicks` of theirs or
 /// of a parent.
+///
+/// A word that an input method has in the making is taken over before a click uses the text, and before the
+/// window hides.
 class InputGuard : public QObject
 {
     Q_OBJECT

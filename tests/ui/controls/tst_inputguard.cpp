@@ -6,6 +6,9 @@
 #include <QMouseEvent>
 #include <QTest>
 
+#include <private/qinputmethod_p.h>
+#include <qpa/qplatforminputcontext.h>
+
 using namespace Qt::StringLiterals;
 using namespace randblatt;
 
@@ -74,6 +77,33 @@ constexpr auto controls = R"(
             contentItem: MouseArea { onClicked: root.removed += "menu " }
         }
     })";
+
+/// An input method that takes a word over when it is told to, and only then.
+class ComposingContext : public QPlatformInputContext
+{
+public:
+    ComposingContext() { method()->testContext = this; }
+    ~ComposingContext() override { method()->testContext = nullptr; }
+
+    void compose(const QString &word)
+    {
+        m_word = word;
+        QInputMethodEvent event(word, {});
+        QCoreApplication::sendEvent(QGuiApplication::focusObject(), &event);
+    }
+    void commit() override
+    {
+        QInputMethodEvent event;
+        event.setCommitString(std::exchange(m_word, {}));
+        if (QObject *focus = QGuiApplication::focusObject(); focus && !event.commitString().isEmpty())
+            QCoreApplication::sendEvent(focus, &event);
+    }
+
+private:
+    static QInputMethodPrivate *method() { return QInputMethodPrivate::get(QGuiApplication::inputMethod()); }
+
+    QString m_word;
+};
 
 struct Fixture
 {
@@ -171,6 +201,30 @@ private Q_SLOTS:
             f.hold(Qt::Key_Space, 0);
             QCOMPARE(f.done(), 2);
         }
+    }
+
+    void takesAWordInTheMakingOverBeforeItIsUsed_data()
+    {
+        QTest::addColumn<bool>("hides");
+        QTest::newRow("a click") << false;
+        QTest::newRow("the end of the window") << true;
+    }
+
+    void takesAWordInTheMakingOverBeforeItIsUsed()
+    {
+        QFETCH(bool, hides);
+        Fixture f;
+        ComposingContext context;
+        QQuickItem *field = f.view.find(u"field"_s);
+        field->setProperty("text", QString());
+        field->forceActiveFocus();
+        context.compose(u"Müll"_s);
+        QCOMPARE(field->property("text").toString(), QString());
+        if (hides)
+            f.view.window().close();
+        else
+            f.view.click(f.view.find(u"plain"_s));
+        QCOMPARE(field->property("text").toString(), u"Müll"_s);
     }
 
     void keepsASecondClickFromWhatMovedUp()

@@ -341,6 +341,33 @@ private Q_SLOTS:
         f.view->press(Qt::Key_Return);
         QCOMPARE(f.settings.theme(u"notes"_s), ThemeConfig());
         QVERIFY(f.settings.globalTheme().frosted);
+
+        // The way back by the bar, and by the key also in a window that was closed.
+        f.view->click(f.item(u"undoButton"_s));
+        QCOMPARE(f.settings.theme(u"notes"_s).darkness, 0.8);
+        QTRY_VERIFY(f.view->find(u"undoBar"_s) == nullptr);
+        f.settings.setPerModuleTheme(false);
+        f.settings.setPerModuleTheme(true);
+        QCOMPARE(f.settings.theme(u"notes"_s).darkness, 0.8);
+        f.view->press(Qt::Key_Escape);
+        QVERIFY(!f.controller.window()->isVisible());
+        f.controller.show();
+        QVERIFY(QTest::qWaitForWindowActive(f.controller.window()));
+        f.view->click(f.item(u"tab-Allgemein"_s));
+        f.view->press(Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(f.settings.theme(u"notes"_s).textScale, 0.7);
+        QVERIFY(f.item(u"tab-Design"_s)->property("current").toBool());
+    }
+
+    void togglesOnceHoweverLongTheKeyIsHeld()
+    {
+        Fixture f(u"Allgemein"_s);
+        f.item(u"alwaysVisible"_s)->forceActiveFocus();
+        for (int i = 0; i < 4; ++i) {
+            QKeyEvent press(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, u"\r"_s, i > 0);
+            QCoreApplication::sendEvent(f.controller.window(), &press);
+        }
+        QVERIFY(f.settings.alwaysVisible());
     }
 
     void takesAColourFromTheDialog()
