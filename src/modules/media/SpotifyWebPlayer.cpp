@@ -71,6 +71,29 @@ void SpotifyWebPlayer::start()
         launch();
 }
 
+void SpotifyWebPlayer::stop()
+{
+    m_restart.stop();
+    m_restartSeconds = 0;
+    if (QProcess *process = m_process.release()) {
+        process->disconnect(this);
+        process->setParent(this);
+        connect(process, &QProcess::finished, process, &QObject::deleteLater);
+        process->closeWriteChannel();
+        QTimer::singleShot(quitTimeOut, process, &QProcess::kill);
+    }
+    forgetDevice();
+}
+
+void SpotifyWebPlayer::forgetDevice()
+{
+    setReady(false);
+    if (!m_deviceID)
+        return;
+    m_deviceID.reset();
+    Q_EMIT deviceIDPublished();
+}
+
 bool SpotifyWebPlayer::findHelper()
 {
     const bool isThere = QFileInfo(m_helper).isExecutable();

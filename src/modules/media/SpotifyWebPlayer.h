@@ -40,6 +40,8 @@ public:
 
     /// Loads the page with the SDK; where it is there already, only hands it a token.
     void start();
+    /// Ends the helper, and with it the device.
+    void stop();
     /// Hands a token to the page, if there is one.
     void pushToken(const QString &token);
 
@@ -65,6 +67,7 @@ private:
     void receiveMessage(const QJsonObject &body);
     void fetchToken();
     void send(const QJsonObject &line);
+    void forgetDevice();
     void setReady(bool ready);
     void setProblem(const QString &problem);
 
