@@ -1,7 +1,7 @@
 // The notes library through its scripts: listing 80 of 10,000 notes, reading a note of 1 MB.
 
 #include "modules/notes/NoteScripts.h"
-#include "modules/notes/NoteText.h"
+#include "platform/html/HtmlText.h"
 #include "platform/notes/InterpreterScriptRunner.h"
 #include "platform/notes/NoteDocument.h"
 

@@ -11,6 +11,8 @@ install_packages "${packages_build[@]}" "${packages_runtime[@]}" "${packages_pac
 
 lock_build package
 build package "$@"
+quietly build/package/hardening.log /usr/bin/python3 -B scripts/check-hardening.py build/package \
+    || fail "Die Programme sind nicht gehärtet, siehe build/package/hardening.log"
 rm -rf build/packages build/package/packages
 quietly build/package/cpack.log cpack --config build/package/CPackConfig.cmake \
     || fail "Packen fehlgeschlagen, siehe build/package/cpack.log"

@@ -19,10 +19,6 @@ namespace {
 
 // Dragging a slider changes the geometry many times; the panel is rebuilt once.
 constexpr auto geometryQuiet = 250ms;
-// How long a panel that nobody pointed at stays up, once it has arrived.
-constexpr auto peekDuration = 2500ms;
-// The first start on a slow machine prepares the graphics for seconds before anything is seen.
-constexpr auto longestArrival = 30s;
 
 } // namespace
 
@@ -52,7 +48,7 @@ void AppDelegate::applicationDidFinishLaunching()
 void AppDelegate::showSidebar()
 {
     showOnMainScreen();
-    holdFromArrival([] {});
+    hoverManager().hold(HoverManager::Cause::call);
 }
 
 void AppDelegate::hideSidebar()
@@ -66,6 +62,11 @@ void AppDelegate::toggleSidebar()
         hideSidebar();
     else
         showSidebar();
+}
+
+void AppDelegate::dismissSidebar()
+{
+    panelController().dismiss();
 }
 
 void AppDelegate::openSettings()
@@ -147,24 +148,7 @@ void AppDelegate::subscribeToVisibility()
 void AppDelegate::peek()
 {
     showOnMainScreen();
-    if (m_environment.settings.alwaysVisible())
-        return;
-    holdFromArrival([this] {
-        QTimer::singleShot(peekDuration, this, [this] {
-            if (!hoverManager().keepsPanelUp())
-                panelController().hide();
-        });
-    });
-}
-
-void AppDelegate::holdFromArrival(const std::function<void()> &arrived)
-{
-    hoverManager().hold(longestArrival);
-    const auto follow = [this, arrived] {
-        hoverManager().hold(peekDuration);
-        arrived();
-    };
-    connect(&panelController(), &SidebarPanelController::slidIn, this, follow, Qt::SingleShotConnection);
+    hoverManager().hold(HoverManager::Cause::peek);
 }
 
 } // namespace randblatt

@@ -50,11 +50,13 @@ public:
     /// The start-up sequence; to be called once.
     void applicationDidFinishLaunching();
 
-    /// Shows the panel on the main screen, if there is one, and leaves it there for a moment even though the
-    /// pointer is elsewhere.
+    /// Shows the panel on the main screen, if there is one, and leaves it there for a moment, and while it
+    /// has the keyboard, even though the pointer is elsewhere.
     void showSidebar();
     void hideSidebar();
     void toggleSidebar();
+    /// Hides the panel or, where it is to be always visible, makes it give the keyboard back.
+    void dismissSidebar();
     /// Posts the notification that opens the settings window.
     void openSettings();
 
@@ -70,8 +72,6 @@ private:
     void subscribeToGeometry();
     void subscribeToVisibility();
     void peek();
-    /// Holds the panel that is sliding in for a moment from its arrival on, at which `arrived` is called.
-    void holdFromArrival(const std::function<void()> &arrived);
 
     Environment m_environment;
     std::unique_ptr<ModuleRegistry> m_registry;

@@ -160,6 +160,7 @@ SidebarPanelController::PanelFactory RandblattApp::panelFactory(ModuleRegistry &
                                                     *m_backends.desktop);
         panel->resize(size.toSize());
         connect(panel.get(), &SidebarPanel::openSettingsRequested, &m_delegate, &AppDelegate::openSettings);
+        connect(panel.get(), &SidebarPanel::dismissRequested, &m_delegate, &AppDelegate::dismissSidebar);
         SidebarPanel *view = panel.get();
         auto window = m_backends.makePanelWindow(std::move(panel));
         const auto followBlur = [view, target = window.get()] { target->setBlurRegion(view->blurRegion()); };

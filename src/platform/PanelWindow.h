@@ -33,6 +33,8 @@ public:
     virtual void orderOut() = 0;
     /// Gives the window the keyboard.
     virtual void makeKey() = 0;
+    /// Gives the keyboard back, if the window has it, to the window that had it before.
+    virtual void resignKey() = 0;
     /// The part of the window behind which the desktop is to be blurred, in points from the window's upper
     /// left corner; empty for none. A wish that few desktops grant.
     virtual void setBlurRegion(const QRegion &) {}

@@ -29,10 +29,52 @@ void HoverManager::start()
     planTick();
 }
 
-void HoverManager::hold(std::chrono::milliseconds duration)
+void HoverManager::hold(Cause cause)
 {
-    m_heldUntil = m_clock() + duration;
+    if (!m_controller.isVisible() || m_controller.isAnimatingOut())
+        return;
+    m_hold = Hold{cause, std::nullopt};
+    if (!m_controller.isAnimatingIn())
+        startHold();
     wake();
+}
+
+void HoverManager::startHold()
+{
+    if (m_hold && !m_hold->until)
+        m_hold->until = m_clock() + holdDuration;
+}
+
+// A sentence must not go on in the window below.
+void HoverManager::followTyping()
+{
+    if (m_controller.isAnimatingOut()) {
+        const auto screen = m_controller.currentScreen();
+        if (!m_hidesUnattended || !screen)
+            return;
+        m_controller.show(*screen);
+    }
+    m_typedUntil = m_clock() + holdDuration;
+    wake();
+}
+
+// Put away by somebody else, it must not come again to a pointer that has rested in the zone all the time.
+void HoverManager::followDismissal()
+{
+    letGo();
+    m_pendingSince.reset();
+    m_pendingScreen.reset();
+    const auto point = m_desktop.pointerLocation();
+    const auto screen = screenUnder(point);
+    if (point && screen && zone().contains(screen->frame, *point))
+        m_pendingScreen = screen->id;
+}
+
+void HoverManager::letGo()
+{
+    m_hold.reset();
+    m_typedUntil.reset();
+    m_hidesUnattended = false;
 }
 
 void HoverManager::tick()
@@ -70,9 +112,15 @@ void HoverManager::wakeOnChanges()
     connect(&m_desktop, &Desktop::pointerMoved, this, &HoverManager::wake);
     connect(&m_desktop, &Desktop::screensChanged, this, &HoverManager::wake);
     connect(&m_uiState, &SidebarUIState::keepOpenChanged, this, &HoverManager::wake);
+    connect(&m_uiState, &SidebarUIState::hasKeyboardChanged, this, &HoverManager::wake);
+    connect(&m_uiState, &SidebarUIState::isComposingChanged, this, &HoverManager::wake);
+    connect(&m_uiState, &SidebarUIState::typed, this, &HoverManager::followTyping);
+    connect(&m_controller, &SidebarPanelController::isVisibleChanged, this, &HoverManager::letGo);
     connect(&m_controller, &SidebarPanelController::isVisibleChanged, this, &HoverManager::wake);
     connect(&m_controller, &SidebarPanelController::slideInStarted, this, &HoverManager::wake);
+    connect(&m_controller, &SidebarPanelController::slidIn, this, &HoverManager::startHold);
     connect(&m_controller, &SidebarPanelController::slidIn, this, &HoverManager::wake);
+    connect(&m_controller, &SidebarPanelController::slideOutStarted, this, &HoverManager::followDismissal);
     for (const auto signal : {&AppSettings::alwaysVisibleChanged, &AppSettings::triggerModeChanged,
                               &AppSettings::sidebarSideChanged, &AppSettings::cornerSizeChanged,
                               &AppSettings::edgeThicknessChanged, &AppSettings::panelWidthChanged})
@@ -101,7 +149,20 @@ bool HoverManager::canRest(TimePoint now) const
         return false;
     if (!m_controller.isVisible())
         return !m_settings.alwaysVisible();
-    return !m_controller.isAnimatingOut() && !(m_heldUntil && now < *m_heldUntil);
+    return !m_controller.isAnimatingOut() && !holdEndsByTime(now);
+}
+
+bool HoverManager::holdEndsByTime(TimePoint now) const
+{
+    const auto lasts = [now](const std::optional<TimePoint> &until) { return until && now < *until; };
+    return lasts(m_typedUntil) || (m_hold && lasts(m_hold->until));
+}
+
+bool HoverManager::isHeld() const
+{
+    if (m_uiState.isComposing() || holdEndsByTime(m_clock()))
+        return true;
+    return m_hold && (!m_hold->until || (m_hold->cause == Cause::call && m_uiState.hasKeyboard()));
 }
 
 std::optional<QPointF> HoverManager::readPointer()
@@ -118,23 +179,21 @@ void HoverManager::checkHide()
         return;
     const auto point = readPointer();
     if (isAtPanel(point)) {
-        m_heldUntil.reset();
+        m_hold.reset();
         return;
     }
-    if (m_heldUntil && m_clock() < *m_heldUntil)
+    if (isHeld())
         return;
     // The desktop may know of the pointer only where the panel has arrived.
     if (!point && m_controller.isAnimatingIn())
         return;
-    m_heldUntil.reset();
-    m_controller.hide();
+    if (!m_controller.isAnimatingOut()) {
+        const bool wasHeld = m_hold || m_typedUntil;
+        m_controller.hide();
+        m_hidesUnattended = wasHeld;
+    }
     m_pendingSince.reset();
     m_pendingScreen.reset();
-}
-
-bool HoverManager::keepsPanelUp() const
-{
-    return m_settings.alwaysVisible() || m_uiState.keepOpen() || isAtPanel(m_desktop.pointerLocation());
 }
 
 bool HoverManager::isAtPanel(const std::optional<QPointF> &point) const

@@ -31,6 +31,11 @@ public:
     using Clock = std::function<TimePoint()>;
 
     static constexpr std::chrono::milliseconds tickInterval{80};
+    /// How long a panel at which nobody points stays up after it has arrived, and after each key.
+    static constexpr std::chrono::milliseconds holdDuration{2500};
+
+    /// How a panel came up without the pointer's doing.
+    enum class Cause { peek, call };
 
     /// All arguments are borrowed and must outlive the manager; `clock` tells the time of each tick.
     HoverManager(const AppSettings &settings, const Desktop &desktop, const SidebarUIState &uiState,
@@ -43,16 +48,22 @@ public:
     void tick();
     /// When the timer ticks next; none before the start and while the ticks rest.
     [[nodiscard]] std::optional<TimePoint> nextTick() const { return m_nextTick; }
-    /// Keeps a panel that was shown without the pointer's doing up for `duration`. The hold ends early when
-    /// the pointer comes to the panel: from then on the pointer decides.
-    void hold(std::chrono::milliseconds duration);
-    /// Whether the pointer, or a view, keeps the panel up: in its area or in the trigger zone of its screen.
-    [[nodiscard]] bool keepsPanelUp() const;
+    /// Keeps the panel that has just been shown up for a moment from its arrival on; one that the user
+    /// called, also beyond that, while it has the keyboard. Nothing if it is not up. The hold ends when the
+    /// panel goes, and when the pointer comes to it: from then on the pointer decides. Typing holds a panel
+    /// however it came up.
+    void hold(Cause cause);
 
 private:
     void evaluate();
     void checkHide();
     void checkReveal();
+    [[nodiscard]] bool isHeld() const;
+    [[nodiscard]] bool holdEndsByTime(TimePoint now) const;
+    void startHold();
+    void followTyping();
+    void followDismissal();
+    void letGo();
     void wakeOnChanges();
     void wake();
     void planTick();
@@ -78,7 +89,17 @@ private:
     /// Id of the screen on which the pending reveal started. It survives the reveal, so that a panel closed
     /// by other means stays closed until the pointer has left the zone once.
     std::optional<QString> m_pendingScreen;
-    std::optional<TimePoint> m_heldUntil;
+
+    struct Hold
+    {
+        Cause cause = Cause::peek;
+        /// None until the panel has arrived.
+        std::optional<TimePoint> until;
+    };
+    std::optional<Hold> m_hold;
+    std::optional<TimePoint> m_typedUntil;
+    /// Whether the panel slides out because nothing held it any longer, not because somebody left it.
+    bool m_hidesUnattended = false;
 };
 
 } // namespace randblatt

@@ -4,6 +4,7 @@
 #include "settings/AppSettings.h"
 #include "settings/ModuleRegistry.h"
 #include "sidebar/CardRegion.h"
+#include "sidebar/PanelKeyboard.h"
 #include "sidebar/SidebarModel.h"
 #include "sidebar/SidebarUIState.h"
 
@@ -27,6 +28,7 @@ SidebarPanel::SidebarPanel(QQmlEngine &engine, AppSettings &settings, ModuleRegi
     : QQuickView(&engine, nullptr)
     , m_uiState(uiState)
     , m_desktop(desktop)
+    , m_keyboard(std::make_unique<PanelKeyboard>(*this, uiState))
     , m_model(new SidebarModel(settings, registry, this))
 {
     QSurfaceFormat surfaceFormat = format();
@@ -43,6 +45,7 @@ SidebarPanel::SidebarPanel(QQmlEngine &engine, AppSettings &settings, ModuleRegi
     });
     setSource(viewSource());
     connect(rootObject(), SIGNAL(openSettingsRequested()), this, SIGNAL(openSettingsRequested()));
+    connect(rootObject(), SIGNAL(dismissRequested()), this, SIGNAL(dismissRequested()));
     QQmlProperty(rootObject(), u"cardShapes"_s).connectNotifySignal(this, SLOT(applyShape()));
     QQmlProperty(rootObject(), u"blurShapes"_s).connectNotifySignal(this, SLOT(followBlur()));
     // At once, on the thread that draws: this one may be at work on the contents.
@@ -57,6 +60,7 @@ SidebarPanel::SidebarPanel(QQmlEngine &engine, AppSettings &settings, ModuleRegi
 SidebarPanel::~SidebarPanel()
 {
     // The views go before the model that they show, and what they held open is open no longer.
+    m_keyboard.reset();
     delete rootObject();
     m_uiState.setKeepOpen(false);
 }

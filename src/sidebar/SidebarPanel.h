@@ -2,11 +2,14 @@
 
 #include <QQuickView>
 
+#include <memory>
+
 namespace randblatt {
 
 class AppSettings;
 class Desktop;
 class ModuleRegistry;
+class PanelKeyboard;
 class SidebarModel;
 class SidebarUIState;
 
@@ -32,6 +35,8 @@ Q_SIGNALS:
     void blurRegionChanged();
     /// A view asks for the settings window.
     void openSettingsRequested();
+    /// The user is done with the panel.
+    void dismissRequested();
 
 private Q_SLOTS:
     /// Where nothing blends the window with what lies behind it, cuts the window to the shapes of the cards.
@@ -44,6 +49,7 @@ private:
 
     SidebarUIState &m_uiState;
     const Desktop &m_desktop;
+    std::unique_ptr<PanelKeyboard> m_keyboard;
     SidebarModel *m_model;
     QRegion m_blurRegion;
 };

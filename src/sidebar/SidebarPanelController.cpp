@@ -96,6 +96,15 @@ void SidebarPanelController::hide()
     QRectF target = m_panel->frame();
     target.moveLeft(hiddenX(screen->visibleFrame, m_settings.sidebarSide(), target.width()));
     start({m_panel, m_panel->frame(), target, m_panel->alpha(), 0.0}, slideOutMilliseconds, easeIn());
+    Q_EMIT slideOutStarted();
+}
+
+void SidebarPanelController::dismiss()
+{
+    if (!m_settings.alwaysVisible())
+        hide();
+    else if (m_panel)
+        m_panel->resignKey();
 }
 
 void SidebarPanelController::tearDown()

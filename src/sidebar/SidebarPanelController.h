@@ -37,6 +37,9 @@ public:
     void show(const Screen &screen);
     /// Slides the panel out; nothing while it is hidden or on its way out.
     void hide();
+    /// The user is done with the panel: it slides out or, where it is to be always visible, gives the
+    /// keyboard back.
+    void dismiss();
     /// Hides and discards the panel at once; the next show makes a new one.
     void tearDown();
 
@@ -57,6 +60,8 @@ Q_SIGNALS:
     void slideInStarted();
     /// The panel is where show() sent it.
     void slidIn();
+    /// hide() has sent the panel away.
+    void slideOutStarted();
 
 private:
     struct Slide

@@ -16,4 +16,20 @@ void SidebarUIState::setKeepOpen(bool keepOpen)
     Q_EMIT keepOpenChanged();
 }
 
+void SidebarUIState::setHasKeyboard(bool hasKeyboard)
+{
+    if (m_hasKeyboard == hasKeyboard)
+        return;
+    m_hasKeyboard = hasKeyboard;
+    Q_EMIT hasKeyboardChanged();
+}
+
+void SidebarUIState::setComposing(bool isComposing)
+{
+    if (m_isComposing == isComposing)
+        return;
+    m_isComposing = isComposing;
+    Q_EMIT isComposingChanged();
+}
+
 } // namespace randblatt

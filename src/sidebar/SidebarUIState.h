@@ -23,11 +23,28 @@ public:
     [[nodiscard]] bool keepOpen() const { return m_keepOpen; }
     void setKeepOpen(bool keepOpen);
 
+    /// Whether keys arrive in the panel.
+    [[nodiscard]] bool hasKeyboard() const { return m_hasKeyboard; }
+    void setHasKeyboard(bool hasKeyboard);
+
+    /// Whether an input method has a word in the making there.
+    [[nodiscard]] bool isComposing() const { return m_isComposing; }
+    void setComposing(bool isComposing);
+
+    /// Something is being typed in the panel, text or not.
+    void noteTyping() { Q_EMIT typed(); }
+
 Q_SIGNALS:
     void keepOpenChanged();
+    void hasKeyboardChanged();
+    void isComposingChanged();
+    /// Comes before the key reaches its view.
+    void typed();
 
 private:
     bool m_keepOpen = false;
+    bool m_hasKeyboard = false;
+    bool m_isComposing = false;
 };
 
 } // namespace randblatt

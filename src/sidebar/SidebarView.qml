@@ -25,6 +25,8 @@ FocusScope {
     property ModuleWindow quickCard: null
 
     signal openSettingsRequested
+    // The user is done with the panel.
+    signal dismissRequested
 
     function shapes(frostedOnly: bool): var {
         if (emptyState.active)
@@ -39,18 +41,15 @@ FocusScope {
         return found
     }
 
-    // Scrolls until `item` is seen.
-    function reveal(item: Item): void {
-        const top = item.mapToItem(flickable.contentItem, 0, 0).y
-        const margin = 36
-        if (top < flickable.contentY)
-            flickable.contentY = Math.max(0, top - margin)
-        else if (top + item.height > flickable.contentY + flickable.height)
-            flickable.contentY = Math.min(flickable.contentHeight - flickable.height,
-                                          top + item.height + margin - flickable.height)
+    // Scrolls until what has the keyboard is seen: after a key all of it, else at least some of it, so that a
+    // click leaves everything where it is.
+    function reveal(wholly: bool): void {
+        const item = Window.activeFocusItem
+        if (item !== null && item !== root && root.isOnScreen)
+            flickable.contentY = FocusReveal.contentY(flickable, item, wholly)
     }
 
-    // One card at a time has its quick settings open; meanwhile the panel stays up.
+    // One card at a time has its quick settings open.
     function followQuick(card: ModuleWindow, open: bool): void {
         if (open && quickCard !== null)
             quickCard.setQuick(false)
@@ -58,7 +57,6 @@ FocusScope {
             quickCard = card
         else if (quickCard === card)
             quickCard = null
-        uiState.keepOpen = open
     }
 
     // Takes back the latest change of the card that has the keyboard, or, if it has none, the latest of all.
@@ -100,6 +98,15 @@ FocusScope {
     Accessible.role: Accessible.Pane
     Accessible.name: "Quillbar"
 
+    // What is open in the cards has had the key before.
+    Keys.onEscapePressed: event => {
+        if (event.isAutoRepeat)
+            return
+        if (quickCard !== null)
+            quickCard.setQuick(false)
+        else
+            dismissRequested()
+    }
     Keys.onPressed: event => {
         const typed = event.text.length > 0 && event.text.charCodeAt(0) > 0x20 && event.text.charCodeAt(0) !== 0x7f
         const target = typed && !(event.modifiers & (Qt.ControlModifier | Qt.AltModifier)) ? root.typingTarget() : null
@@ -109,10 +116,41 @@ FocusScope {
         }
     }
 
-    Window.onActiveFocusItemChanged: {
-        const item = Window.activeFocusItem
-        if (item !== null && item !== root && root.isOnScreen)
-            root.reveal(item)
+    Window.onActiveFocusItemChanged: revealing.restart()
+    onIsOnScreenChanged: {
+        if (!isOnScreen && quickCard !== null)
+            quickCard.setQuick(false)
+    }
+
+    // Once the key or click has done its work, and the cursor is where it belongs.
+    Timer {
+        id: revealing
+
+        objectName: "revealing"
+
+        property bool wholly: false
+
+        interval: 0
+        onTriggered: {
+            root.reveal(wholly)
+            wholly = false
+        }
+    }
+
+    Connections {
+        target: root.uiState
+
+        function onTyped(): void {
+            revealing.wholly = true
+            revealing.restart()
+        }
+    }
+
+    // Derived from what is open, so that no card can undo what another one holds.
+    Binding {
+        target: root.uiState
+        property: "keepOpen"
+        value: root.quickCard !== null
     }
 
     Connections {

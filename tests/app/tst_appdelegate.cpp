@@ -77,14 +77,18 @@ private Q_SLOTS:
         QCOMPARE(f.record->made, 1);
     }
 
-    void leavesThePeekedPanelToAPointerThatCame()
+    void keepsWhatTheUserCalledDuringThePeek()
     {
         Fixture f;
-        f.desktop.pointer = inThePanel;
         f.delegate.applicationDidFinishLaunching();
-        QTest::qWait(3000);
+        QElapsedTimer peek;
+        peek.start();
+        f.uiState.setHasKeyboard(true);
+        QTRY_VERIFY(!f.delegate.panelController().isAnimatingIn());
+        f.delegate.showSidebar();
+        QTRY_VERIFY_WITH_TIMEOUT(peek.hasExpired(4000), 5000);
         QVERIFY(f.isUp());
-        f.desktop.pointer = farAway;
+        f.uiState.setHasKeyboard(false);
         QTRY_VERIFY(!f.isUp());
     }
 
@@ -92,10 +96,14 @@ private Q_SLOTS:
     {
         Fixture f;
         f.delegate.applicationDidFinishLaunching();
-        QTest::qWait(500);
+        QElapsedTimer peek;
+        peek.start();
         f.settings.setAlwaysVisible(true);
-        QTest::qWait(2800);
+        QTRY_VERIFY_WITH_TIMEOUT(peek.hasExpired(3500), 5000);
         QVERIFY(f.isUp());
+        f.delegate.dismissSidebar();
+        QCOMPARE(f.record->timesResigned, 1);
+        QVERIFY(!f.delegate.panelController().isAnimatingOut());
         f.settings.setAlwaysVisible(false);
         QVERIFY(f.isUp());
         QTRY_VERIFY(!f.isUp());

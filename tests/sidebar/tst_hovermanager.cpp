@@ -10,6 +10,8 @@
 #include <QRandomGenerator>
 #include <QTest>
 
+#include <functional>
+
 using namespace Qt::StringLiterals;
 using namespace randblatt;
 using namespace std::chrono_literals;
@@ -43,6 +45,18 @@ struct Fixture
             now += HoverManager::tickInterval;
             trigger.tick();
         }
+    }
+    void pass(std::chrono::milliseconds time)
+    {
+        tick(desktop.pointer, static_cast<int>(time / HoverManager::tickInterval));
+    }
+    /// A panel on the screen that the pointer did not reveal, with the keyboard.
+    void show(HoverManager::Cause cause)
+    {
+        controller.show(FakeDesktop::primaryScreen());
+        trigger.hold(cause);
+        uiState.setHasKeyboard(true);
+        QVERIFY(QTest::qWaitFor([this] { return !controller.isAnimatingIn(); }));
     }
     [[nodiscard]] bool isUp() const { return controller.isVisible() && !controller.isAnimatingOut(); }
     [[nodiscard]] QString screen() const { return controller.currentScreen()->id; }
@@ -103,13 +117,19 @@ struct Happening
             f.controller.show(both.at(number < 0.5 ? 0 : f.desktop.connected.size() - 1));
         } else if (kind == 16) {
             f.controller.show(both.first());
-            f.trigger.hold(std::chrono::milliseconds(static_cast<int>(number * 1000)));
+            f.trigger.hold(number < 0.5 ? HoverManager::Cause::peek : HoverManager::Cause::call);
         } else if (kind == 17) {
             f.controller.hide();
         } else if (kind == 18) {
             f.controller.tearDown();
         } else if (kind == 19) {
             changeASetting(f.settings);
+        } else if (kind == 20) {
+            f.uiState.noteTyping();
+        } else if (kind == 21) {
+            f.uiState.setHasKeyboard(!f.uiState.hasKeyboard());
+        } else if (kind == 22) {
+            f.uiState.setComposing(!f.uiState.isComposing());
         }
     }
 
@@ -138,6 +158,8 @@ private:
 };
 
 } // namespace
+
+Q_DECLARE_METATYPE(std::function<void(Fixture &)>)
 
 class HoverManagerTest : public QObject
 {
@@ -261,25 +283,158 @@ private Q_SLOTS:
         QVERIFY(!f.isUp());
     }
 
+    void holdsAPanelThatWasShownWithoutThePointer_data()
+    {
+        using Cause = HoverManager::Cause;
+        QTest::addColumn<Cause>("cause");
+        QTest::addColumn<bool>("hasKeyboard");
+        QTest::addColumn<bool>("isComposing");
+        QTest::addColumn<bool>("staysForGood");
+        QTest::newRow("peek") << Cause::peek << true << false << false;
+        QTest::newRow("peek, with a word in the making") << Cause::peek << true << true << true;
+        QTest::newRow("called") << Cause::call << true << false << true;
+        QTest::newRow("called, but not heard") << Cause::call << false << false << false;
+    }
+
     void holdsAPanelThatWasShownWithoutThePointer()
+    {
+        QFETCH(HoverManager::Cause, cause);
+        QFETCH(bool, hasKeyboard);
+        QFETCH(bool, isComposing);
+        QFETCH(bool, staysForGood);
+        for (const auto &pointer : {std::optional(farAway), std::optional<QPointF>()}) {
+            Fixture f;
+            f.desktop.pointer = pointer;
+            f.show(cause);
+            f.uiState.setHasKeyboard(hasKeyboard);
+            f.uiState.setComposing(isComposing);
+            f.tick(pointer, 31);
+            QVERIFY(f.isUp());
+            f.tick(pointer);
+            QCOMPARE(f.isUp(), staysForGood);
+            f.pass(60s);
+            QCOMPARE(f.isUp(), staysForGood);
+        }
+    }
+
+    void holdsFromTheArrivalOn()
     {
         Fixture f;
         f.controller.show(FakeDesktop::primaryScreen());
-        f.trigger.hold(2500ms);
+        f.trigger.hold(HoverManager::Cause::peek);
+        // As where the graphics take their time.
+        f.tick(farAway, 100);
+        QVERIFY(f.isUp());
+        QTRY_VERIFY(!f.controller.isAnimatingIn());
         f.tick(farAway, 31);
         QVERIFY(f.isUp());
         f.tick(farAway);
         QVERIFY(!f.isUp());
     }
 
-    void leavesAHeldPanelToThePointerOnceItCame()
+    void letsACalledPanelGo_data()
     {
+        QTest::addColumn<std::function<void(Fixture &)>>("happen");
+        const auto row = [](const char *name, std::function<void(Fixture &)> happen) {
+            QTest::newRow(name) << std::move(happen);
+        };
+        row("once the keyboard has left", [](Fixture &f) { f.uiState.setHasKeyboard(false); });
+        row("once the pointer has come and gone", [](Fixture &f) { f.tick(inThePanel); });
+        row("when it is put away", [](Fixture &f) { f.controller.dismiss(); });
+        row("when it is put away at once and revealed by the pointer", [](Fixture &f) {
+            f.controller.show(FakeDesktop::primaryScreen());
+            f.trigger.hold(HoverManager::Cause::call);
+            f.controller.hide();
+            QTRY_VERIFY(!f.controller.isVisible());
+            f.tick(onTheEdge, 3);
+            QVERIFY(f.isUp());
+            QTRY_VERIFY(!f.controller.isAnimatingIn());
+        });
+        row("when it is torn down and revealed by the pointer", [](Fixture &f) {
+            f.controller.tearDown();
+            f.tick(onTheEdge, 3);
+            QVERIFY(f.isUp());
+        });
+    }
+
+    void letsACalledPanelGo()
+    {
+        QFETCH(std::function<void(Fixture &)>, happen);
         Fixture f;
-        f.controller.show(FakeDesktop::primaryScreen());
-        f.trigger.hold(2500ms);
-        f.tick(inThePanel);
+        f.show(HoverManager::Cause::call);
+        f.pass(10s);
+        QVERIFY(f.isUp());
+        happen(f);
         f.tick(farAway);
         QVERIFY(!f.isUp());
+    }
+
+    void keepsACalledPanelThatWasPeekingBefore()
+    {
+        Fixture f;
+        f.show(HoverManager::Cause::peek);
+        f.pass(2s);
+        f.show(HoverManager::Cause::call);
+        f.pass(60s);
+        QVERIFY(f.isUp());
+    }
+
+    void staysWhileSomebodyTypes()
+    {
+        Fixture f;
+        f.tick(onTheEdge, 3);
+        f.tick(inThePanel);
+        f.uiState.noteTyping();
+        // A hand that pushes the mouse away does not end the sentence.
+        f.desktop.pointer = farAway;
+        for (int i = 0; i < 5; ++i) {
+            f.pass(2s);
+            f.uiState.noteTyping();
+        }
+        f.pass(HoverManager::holdDuration);
+        QVERIFY(f.isUp());
+        f.tick(farAway);
+        QVERIFY(!f.isUp());
+    }
+
+    void comesBackForAKeyThatFindsItOnItsWayOut()
+    {
+        Fixture f;
+        f.show(HoverManager::Cause::peek);
+        f.pass(3s);
+        QVERIFY(f.controller.isAnimatingOut());
+        f.uiState.noteTyping();
+        QVERIFY(f.isUp());
+        f.pass(2s);
+        QVERIFY(f.isUp());
+
+        // But not where it was put away.
+        f.controller.dismiss();
+        f.uiState.noteTyping();
+        QVERIFY(!f.isUp());
+        QTRY_VERIFY(!f.controller.isVisible());
+        f.tick(onTheEdge);
+        f.tick(farAway);
+        f.tick(onTheEdge, 3);
+        f.tick(farAway);
+        QVERIFY(!f.isUp());
+        f.uiState.noteTyping();
+        QVERIFY(!f.isUp());
+    }
+
+    void staysClosedOverAPointerThatRestsAtTheEdge()
+    {
+        Fixture f;
+        f.desktop.pointer = onTheEdge;
+        f.show(HoverManager::Cause::call);
+        f.pass(1s);
+        f.controller.dismiss();
+        QTRY_VERIFY(!f.controller.isVisible());
+        f.tick(onTheEdge, 10);
+        QVERIFY(!f.isUp());
+        f.tick(farAway);
+        f.tick(onTheEdge, 3);
+        QVERIFY(f.isUp());
     }
 
     void bearsWhatADesktopMayLack()

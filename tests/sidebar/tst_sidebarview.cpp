@@ -1,6 +1,8 @@
 #include "settings/AppSettings.h"
 #include "settings/ModuleRegistry.h"
 #include "settings/Preferences.h"
+#include "sidebar/FocusReveal.h"
+#include "sidebar/PanelKeyboard.h"
 #include "sidebar/SidebarModel.h"
 #include "sidebar/SidebarUIState.h"
 #include "support/Fakes.h"
@@ -21,12 +23,27 @@ ViewDescription moduleView()
 {
     const QByteArray qml = R"(
         import QtQuick
+        import QtQuick.Templates as T
         import Randblatt.Controls
         FocusScope {
             id: root
             required property CardAppearance appearance
             readonly property Item typingTarget: field
             PlainTextField { id: field; objectName: "field"; appearance: root.appearance; width: 200 }
+            PlainButton { objectName: "button"; text: "Löschen"; y: 40 }
+            T.Menu {
+                id: menu
+                objectName: "menu"
+                contentItem: Item { objectName: "menuContent" }
+            }
+            Item { objectName: "menuOpener"; function open() { menu.open() } }
+            Flickable {
+                y: 80
+                width: 200
+                height: 2000
+                contentHeight: pad.height
+                T.TextArea { id: pad; objectName: "pad"; width: 200; height: 3000 }
+            }
         })";
     return {QUrl(u"data:text/plain;base64,"_s + QString::fromLatin1(qml.toBase64())), {}};
 }
@@ -45,6 +62,7 @@ struct Fixture
                    {u"settings"_s, QVariant::fromValue(&settings)},
                    {u"uiState"_s, QVariant::fromValue(&uiState)}},
                   QSize(420, 700)};
+    PanelKeyboard keyboard{view.window(), uiState};
 
     Fixture()
     {
@@ -208,6 +226,50 @@ private Q_SLOTS:
         QCOMPARE(appearance->property("foreground").value<QColor>(), QColor(Qt::black));
     }
 
+    void isDismissedByEscapeOnceNothingIsOpen()
+    {
+        Fixture f;
+        QSignalSpy dismissals(f.view.root(), SIGNAL(dismissRequested()));
+        f.openQuickSettings(0);
+        // The keyboard is elsewhere than in what is open.
+        f.view.findAll(u"field"_s).last()->forceActiveFocus();
+        f.view.press(Qt::Key_Escape);
+        QTRY_VERIFY(f.view.findAll(u"quickSettings"_s).isEmpty());
+        QCOMPARE(dismissals.count(), 0);
+        f.view.press(Qt::Key_Escape);
+        QCOMPARE(dismissals.count(), 1);
+    }
+
+    void tellsWhatIsTyped()
+    {
+        Fixture f;
+        QVERIFY(f.uiState.hasKeyboard());
+        QSignalSpy typed(&f.uiState, &SidebarUIState::typed);
+        f.view.press(Qt::Key_Shift);
+        QCOMPARE(typed.count(), 0);
+        f.view.press(Qt::Key_Down);
+        QCOMPARE(typed.count(), 1);
+
+        f.view.findAll(u"field"_s).first()->forceActiveFocus();
+        QInputMethodEvent composing(u"ni"_s, {});
+        QCoreApplication::sendEvent(f.view.window().focusObject(), &composing);
+        QCOMPARE(typed.count(), 2);
+        QVERIFY(f.uiState.isComposing());
+        QInputMethodEvent committing;
+        committing.setCommitString(u"你"_s);
+        QCoreApplication::sendEvent(f.view.window().focusObject(), &committing);
+        QVERIFY(!f.uiState.isComposing());
+        QCOMPARE(f.view.findAll(u"field"_s).first()->property("text").toString(), u"你"_s);
+
+        QCoreApplication::sendEvent(f.view.window().focusObject(), &composing);
+        f.view.findAll(u"field"_s).last()->forceActiveFocus();
+        QVERIFY(!f.uiState.isComposing());
+        QWindow other;
+        other.show();
+        other.requestActivate();
+        QTRY_VERIFY(!f.uiState.hasKeyboard());
+    }
+
     void takesTypingThatNothingElseTakes()
     {
         Fixture f;
@@ -255,13 +317,106 @@ private Q_SLOTS:
         QVERIFY(undone);
     }
 
-    void scrollsWhatIsTallerThanThePanel()
+    void leavesTheKeyboardOnlyToATextWhenItHides_data()
+    {
+        QTest::addColumn<QString>("focused");
+        QTest::addColumn<bool>("opensMenu");
+        QTest::addColumn<QString>("focusedThen");
+        QTest::newRow("a button") << u"button"_s << false << QString();
+        QTest::newRow("a field") << u"field"_s << false << u"field"_s;
+        QTest::newRow("a menu over a button") << u"button"_s << true << QString();
+    }
+
+    void leavesTheKeyboardOnlyToATextWhenItHides()
+    {
+        QFETCH(QString, focused);
+        QFETCH(bool, opensMenu);
+        QFETCH(QString, focusedThen);
+        Fixture f;
+        f.view.findAll(focused).last()->forceActiveFocus();
+        if (opensMenu) {
+            QMetaObject::invokeMethod(f.view.findAll(u"menuOpener"_s).last(), "open");
+            QTRY_VERIFY(!f.view.findAll(u"menuContent"_s).isEmpty());
+        }
+        f.view.window().hide();
+        f.view.window().show();
+        QVERIFY(QTest::qWaitForWindowActive(&f.view.window()));
+        QTRY_VERIFY(f.view.window().activeFocusItem() != nullptr);
+        const QQuickItem *then = f.view.window().activeFocusItem();
+        QCOMPARE(then->objectName(), focusedThen);
+        QVERIFY(f.view.findAll(u"menuContent"_s).isEmpty());
+        f.view.type(u"a"_s);
+        QCOMPARE(f.view.findAll(u"field"_s).at(focusedThen.isEmpty() ? 0 : 2)->property("text").toString(),
+                 u"a"_s);
+    }
+
+    void closesTheQuickSettingsWhenItHides()
+    {
+        Fixture f;
+        f.openQuickSettings(0);
+        f.view.window().hide();
+        QVERIFY(!f.uiState.keepOpen());
+    }
+
+    void scrollsToWhatHasTheKeyboard()
     {
         Fixture f;
         const qreal before = f.card(0)->mapToScene({}).y();
         f.view.findAll(u"field"_s).last()->forceActiveFocus();
-        QVERIFY(f.card(0)->mapToScene({}).y() < before);
+        f.view.press(Qt::Key_Right);
+        QTRY_VERIFY(f.card(0)->mapToScene({}).y() < before);
         QVERIFY(f.view.findAll(u"field"_s).last()->mapToScene({}).y() < 700);
+    }
+
+    void movesNothingUnderAClick()
+    {
+        Fixture f;
+        f.settings.setHeight(2500, u"spotify"_s);
+        QTRY_COMPARE(f.card(0)->height(), 2500.0);
+        QQuickItem *pad = f.view.findAll(u"pad"_s).first();
+        pad->setProperty("text", u"Zeile\n"_s.repeated(100));
+        const qreal before = f.card(0)->mapToScene({}).y();
+        const auto *revealing = f.view.root()->findChild<QObject *>(u"revealing"_s);
+        for (const QPoint place : {QPoint(40, 400), QPoint(40, 697), QPoint(40, 300)}) {
+            QTest::mouseClick(&f.view.window(), Qt::LeftButton, {}, place);
+            QVERIFY(pad->hasActiveFocus());
+            QTRY_VERIFY(!revealing->property("running").toBool());
+            QCOMPARE(f.card(0)->mapToScene({}).y(), before);
+        }
+
+        // But what is typed below the edge comes into sight.
+        pad->setProperty("cursorPosition", pad->property("length"));
+        f.view.type(u"a"_s);
+        const auto cursor = [&] { return pad->mapRectToScene(pad->property("cursorRectangle").toRectF()); };
+        QTRY_VERIFY2(cursor().bottom() < 700 && cursor().top() > 0,
+                     qPrintable(QString::number(cursor().y())));
+    }
+
+    void scrollsNoFurtherThanNeeded_data()
+    {
+        QTest::addColumn<double>("top");
+        QTest::addColumn<double>("bottom");
+        QTest::addColumn<bool>("wholly");
+        QTest::addColumn<double>("offset");
+        // A view from 500 to 1200 on a content of 2000.
+        QTest::newRow("seen") << 500.0 << 520.0 << true << 500.0;
+        QTest::newRow("half seen, after a click") << 1190.0 << 1210.0 << false << 500.0;
+        QTest::newRow("half seen, after a key") << 1190.0 << 1210.0 << true << 546.0;
+        QTest::newRow("unseen below") << 1300.0 << 1320.0 << false << 656.0;
+        QTest::newRow("unseen above") << 400.0 << 420.0 << false << 364.0;
+        QTest::newRow("the first") << 10.0 << 30.0 << true << 0.0;
+        QTest::newRow("the last") << 1970.0 << 1990.0 << true << 1300.0;
+        QTest::newRow("nearly as long as the view") << 1300.0 << 1980.0 << true << 1300.0;
+        QTest::newRow("longer than the view, half seen") << 900.0 << 1900.0 << true << 500.0;
+        QTest::newRow("longer than the view, unseen") << 1250.0 << 1990.0 << true << 1214.0;
+    }
+
+    void scrollsNoFurtherThanNeeded()
+    {
+        QFETCH(double, top);
+        QFETCH(double, bottom);
+        QFETCH(bool, wholly);
+        QTEST(FocusReveal::offsetFor({500, 700, 2000}, top, bottom, wholly), "offset");
     }
 };
 

@@ -54,6 +54,7 @@ struct PanelRecord
     int alive = 0;
     bool onScreen = false;
     int timesKey = 0;
+    int timesResigned = 0;
     QList<QRectF> frames;
     double alpha = 1.0;
 };
@@ -81,6 +82,7 @@ public:
     void orderFront() override { m_record->onScreen = true; }
     void orderOut() override { m_record->onScreen = false; }
     void makeKey() override { ++m_record->timesKey; }
+    void resignKey() override { ++m_record->timesResigned; }
 
 private:
     std::shared_ptr<PanelRecord> m_record;

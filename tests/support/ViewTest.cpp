@@ -109,6 +109,17 @@ void ViewTest::doubleClick(const QQuickItem *item)
     QTest::mouseDClick(m_view, Qt::LeftButton, {}, centre(item));
 }
 
+void ViewTest::clickAt(const QPoint &place, quint64 time)
+{
+    for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+        const bool isPress = type == QEvent::MouseButtonPress;
+        QMouseEvent event(type, place, m_view->mapToGlobal(place), Qt::LeftButton,
+                          isPress ? Qt::LeftButton : Qt::NoButton, Qt::NoModifier);
+        event.setTimestamp(time);
+        QCoreApplication::sendEvent(m_view, &event);
+    }
+}
+
 void ViewTest::moveTo(const QQuickItem *item)
 {
     QTest::mouseMove(m_view, centre(item));

@@ -33,6 +33,8 @@ public:
     [[nodiscard]] static QPoint centre(const QQuickItem *item);
     void click(const QQuickItem *item, Qt::MouseButton button = Qt::LeftButton);
     void doubleClick(const QQuickItem *item);
+    /// A click at a place of the window and a time in milliseconds: two at one place may be a double click.
+    void clickAt(const QPoint &place, quint64 time);
     void moveTo(const QQuickItem *item);
     /// Types text on the keyboard, one key after another.
     void type(const QString &text);

@@ -1,5 +1,6 @@
 """The notes card in the built program, with another program at the same library."""
 
+import os
 import time
 import unittest
 
@@ -11,13 +12,16 @@ BACK, REFRESH, COMPOSE, DELETE = (36, 83), (357, 83), (383, 83), (36, 491)
 FIRST_ROW = (200, 134)
 TEXT = (200, 200)
 
+# The superuser may read everything; without what sets him apart he is a person like any other.
+AS_A_PERSON = ("setpriv", "--bounding-set=-all", "--inh-caps=-all") if os.geteuid() == 0 else ()
+
 
 class NotesTest(unittest.TestCase):
     def start(self, mode):
         desktop = VirtualDesktop(compositor=True)
         self.addCleanup(desktop.close)
         store(desktop, alwaysVisible=True, notesMode=mode, enabledModuleIDs=["notes"])
-        sidebar = Sidebar(desktop)
+        sidebar = Sidebar(desktop, prefix=AS_A_PERSON)
         sidebar.wait_shown(SHOWN)
         time.sleep(0.5)
         return desktop, sidebar
@@ -58,6 +62,39 @@ class NotesTest(unittest.TestCase):
         desktop.click(*DELETE)
         note_with("Kartons &amp; Decken, Stifte", "Zuletzt gelöscht")
         self.assertIsNone(only_note())
+        self.assertTrue(sidebar.program.is_running())
+
+    def test_lives_on_when_the_notes_cannot_be_read(self):
+        desktop, sidebar = self.start("apple")
+        library = desktop.data_home / "quillbar/notes"
+        self.addCleanup(library.chmod, 0o700)
+
+        def told():
+            return sidebar.program.log.count("Keine Berechtigung: Der Notizordner lässt sich nicht lesen.")
+
+        for attempt in range(1, 3):
+            library.chmod(0)
+            desktop.click(*REFRESH)
+            wait_for(lambda: told() >= attempt or not sidebar.program.is_running(),
+                     message=lambda: "nothing was told\n" + sidebar.program.log)
+            self.assertTrue(sidebar.program.is_running(), sidebar.program.log)
+            # It looks again when it is asked to.
+            library.chmod(0o700)
+            (library / f"Notizen/{attempt}.html").write_text("<title>Neu</title>x")
+            desktop.click(*REFRESH)
+            time.sleep(0.5)
+        desktop.click(*FIRST_ROW)
+        time.sleep(0.5)
+        desktop.click(*DELETE)
+        wait_for(lambda: len(list((library / "Notizen").glob("*.html"))) == 1,
+                 message=lambda: "nothing was deleted\n" + sidebar.program.log)
+
+        # And from the start on
+        library.chmod(0)
+        self.assertEqual(sidebar.program.terminate(), 0)
+        sidebar = Sidebar(desktop, prefix=AS_A_PERSON)
+        sidebar.wait_shown(SHOWN)
+        wait_for(told, message=lambda: "nothing was told\n" + sidebar.program.log)
         self.assertTrue(sidebar.program.is_running())
 
     def test_keeps_the_scratch_pad(self):

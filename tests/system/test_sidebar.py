@@ -16,10 +16,10 @@ APPLICATION = ("--session", "--dest", "com.randblatt.Quillbar", "--object-path",
 class Sidebar:
     """The program on a desktop."""
 
-    def __init__(self, desktop, env=None):
+    def __init__(self, desktop, env=None, prefix=()):
         self.desktop = desktop
         self.env = env
-        self.program = desktop.start([QUILLBAR], env=env)
+        self.program = desktop.start([*prefix, QUILLBAR], env=env)
 
     def panel(self):
         """The id of the visible panel, or None."""
@@ -44,6 +44,24 @@ class Sidebar:
 
     def tasks(self):
         return json.loads(self.desktop.preferences().get("todoItems.v1", b"[]"))
+
+
+class Below:
+    """A terminal in the middle of the screen that writes down what it is given."""
+
+    def __init__(self, desktop):
+        self.desktop = desktop
+        self.path = desktop.folder / "below"
+        desktop.start(["xterm", "-T", "Schreibmaschine", "-geometry", "60x20+600+200", "-e",
+                       "sh", "-c", f"exec cat > {self.path}"])
+        self.window = wait_for(lambda: self.path.exists() and desktop.windows("Schreibmaschine"))[0]
+        self.wait_keyboard()
+
+    def text(self):
+        return self.path.read_text()
+
+    def wait_keyboard(self):
+        wait_for(lambda: self.desktop.active_window() == self.window, message="the keyboard is lost")
 
 
 def store(desktop, **preferences):
@@ -125,6 +143,7 @@ class SidebarTest(unittest.TestCase):
         second = desktop.start([QUILLBAR])
         self.assertEqual(second.wait(), 0)
         sidebar.wait_shown(SHOWN)
+        self.call(desktop, "toggle")
         sidebar.wait_hidden()
         self.call(desktop, "toggle")
         sidebar.wait_shown(SHOWN)
@@ -132,6 +151,74 @@ class SidebarTest(unittest.TestCase):
         sidebar.wait_hidden()
         sidebar.program.process.send_signal(signal.SIGTERM)
         self.assertEqual(sidebar.program.wait(), 0)
+
+    def test_loses_nothing_that_is_typed_into_a_called_panel(self):
+        desktop = self.desktop()
+        store(desktop)
+        below = Below(desktop)
+        sidebar = Sidebar(desktop)
+        sidebar.wait_peek_over()
+        self.call(desktop, "toggle")
+        sidebar.wait_shown(SHOWN)
+        wait_for(lambda: desktop.active_window() == sidebar.panel(), message="the panel has no keyboard")
+
+        # The pointer rests far away, for longer than a panel stays for its own sake.
+        sentence = "Den Vermieter anrufen wegen der Heizung, die seit gestern kalt bleibt"
+        desktop.type_slowly(sentence, 90)
+        # A moment of thinking.
+        desktop.at_screen("xdotool", "sleep", 3.5, "type", "!?")
+        desktop.key("Return")
+        wait_for(sidebar.tasks, message=lambda: f"nothing stored, but below: {below.text()!r}")
+        self.assertEqual([task["title"] for task in sidebar.tasks()], [sentence + "!?"])
+        self.assertEqual(below.text(), "")
+        self.assertEqual(sidebar.frame(), SHOWN)
+
+        desktop.key("Escape")
+        sidebar.wait_hidden()
+        below.wait_keyboard()
+        desktop.type("danach")
+        desktop.key("Return")
+        wait_for(lambda: below.text() == "danach\n", message=lambda: repr(below.text()))
+        self.assertEqual(len(sidebar.tasks()), 1)
+
+        # One that the user turns away from goes by itself.
+        self.call(desktop, "show")
+        sidebar.wait_shown(SHOWN)
+        desktop.click(900, 450)
+        sidebar.wait_hidden()
+
+    def test_does_nothing_to_a_task_that_had_the_keyboard_before_it_hid(self):
+        desktop = self.desktop()
+        store(desktop, todoViewMode="list")
+        sidebar = Sidebar(desktop)
+        sidebar.wait_peek_over()
+        self.call(desktop, "show")
+        sidebar.wait_shown(SHOWN)
+        desktop.type("Eins")
+        # From the field to the row of the new task.
+        desktop.key("Return", "Tab", "Tab")
+        wait_for(sidebar.tasks, message=lambda: "nothing stored\n" + sidebar.program.log)
+        self.call(desktop, "hide")
+        sidebar.wait_hidden()
+        self.call(desktop, "show")
+        sidebar.wait_shown(SHOWN)
+        desktop.key("space", "Delete")
+        desktop.type("Zwei")
+        desktop.key("Return")
+        wait_for(lambda: [(task["title"], task["status"]) for task in sidebar.tasks()]
+                 == [("Eins", "backlog"), ("Zwei", "backlog")], message=lambda: str(sidebar.tasks()))
+
+    def test_gives_the_keyboard_back_from_where_it_is_always_visible(self):
+        desktop = self.desktop()
+        store(desktop, alwaysVisible=True)
+        below = Below(desktop)
+        sidebar = Sidebar(desktop)
+        sidebar.wait_shown(SHOWN)
+        desktop.click(200, 360)
+        wait_for(lambda: desktop.active_window() == sidebar.panel(), message="the panel has no keyboard")
+        desktop.key("Escape")
+        below.wait_keyboard()
+        self.assertEqual(sidebar.frame(), SHOWN)
 
     def call(self, desktop, action):
         desktop.run("gdbus", "call", *APPLICATION, "org.freedesktop.Application.ActivateAction", action, "@av []", "@a{sv} {}")

@@ -6,7 +6,7 @@ import time
 import unittest
 from pathlib import Path
 
-from test_sidebar import Sidebar, store
+from test_sidebar import APPLICATION, Sidebar, store
 from virtual_desktop import wait_for
 from wayland_desktop import WaylandDesktop, missing_programs
 
@@ -93,6 +93,31 @@ class WaylandTest(unittest.TestCase):
         desktop.type("nachher")
         desktop.key("Return")
         terminal.wait_text("vorher\nnachher\n")
+
+    def test_loses_nothing_that_is_typed_into_a_called_panel(self):
+        desktop, launch = self.start()
+        terminal = Terminal(desktop)
+        sidebar = launch()
+        sidebar.wait_peek_over()
+        desktop.wait_window_has_keyboard()
+        # Here nobody tells where the pointer is.
+        desktop.run("gdbus", "call", *APPLICATION, "org.freedesktop.Application.ActivateAction", "toggle", "@av []", "@a{sv} {}")
+        sidebar.wait_up()
+        desktop.wait_window_has_keyboard(False)
+        for word in ("Den ", "Vermieter ", "anrufen"):
+            desktop.type(word)
+            # A moment of thinking, longer than a panel stays for its own sake.
+            time.sleep(3.5)
+        desktop.key("Return")
+        wait_for(sidebar.tasks, message=lambda: f"nothing stored, but below: {terminal.text()!r}")
+        self.assertEqual([task["title"] for task in sidebar.tasks()], ["Den Vermieter anrufen"])
+        self.assertTrue(sidebar.panel())
+        desktop.key("Escape")
+        sidebar.wait_hidden()
+        desktop.wait_window_has_keyboard()
+        desktop.type("danach")
+        desktop.key("Return")
+        terminal.wait_text("danach\n")
 
     def test_takes_no_clicks_beyond_the_zone(self):
         desktop, launch = self.start({"edgeThickness": 3.0})
@@ -287,6 +312,12 @@ class WaylandTest(unittest.TestCase):
         desktop.type("wieder dort")
         desktop.key("Return")
         terminal.wait_text("dort\nwieder dort\n")
+
+        desktop.click(200, 341)
+        desktop.wait_window_has_keyboard(False)
+        desktop.key("Escape")
+        desktop.wait_window_has_keyboard()
+        self.assertTrue(sidebar.panel())
 
 
 if __name__ == "__main__":

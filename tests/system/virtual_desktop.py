@@ -338,7 +338,11 @@ class VirtualDesktop:
         self.at_screen("xdotool", "key", "--delay", 20, *combinations)
 
     def type(self, text):
-        self.at_screen("xdotool", "type", "--delay", 15, "--", text)
+        self.type_slowly(text, 15)
+
+    def type_slowly(self, text, milliseconds):
+        """Types with this time after each character."""
+        self.at_screen("xdotool", "type", "--delay", milliseconds, "--", text)
 
     # --- what there is to see
 

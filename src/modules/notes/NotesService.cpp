@@ -1,8 +1,8 @@
 #include "modules/notes/NotesService.h"
 
 #include "modules/notes/NoteScripts.h"
-#include "modules/notes/NoteText.h"
 #include "platform/ScriptRunner.h"
+#include "platform/html/HtmlText.h"
 
 #include <QPointer>
 
@@ -28,10 +28,8 @@ NotesService::NotesService(std::shared_ptr<ScriptRunner> runner, QObject *parent
 
 void NotesService::run(const QString &source, const ResultCompletion &completion)
 {
-    m_queue.enqueue([runner = m_runner, source, completion]() -> ScriptQueue::Completion {
-        const ASResult result = ASResult::fromOutcome(runner->run(source));
-        return [result, completion] { completion(result); };
-    });
+    m_queue.enqueue([runner = m_runner, source] { return ASResult::fromOutcome(runner->run(source)); },
+                    completion);
 }
 
 void NotesService::loadFolders()
@@ -68,11 +66,17 @@ void NotesService::loadBody(const QString &id, const TextCompletion &completion)
 {
     // Reading a long note's HTML takes a while, so that is done beside the main thread as well.
     m_queue.enqueue(
-        [runner = m_runner, source = notescripts::readBody(id), completion]() -> ScriptQueue::Completion {
-            const ASResult result = ASResult::fromOutcome(runner->run(source));
-            const QString text = result.isSuccess() ? htmlToPlainText(result.text)
-                                                    : u"(Konnte Notiz nicht laden: "_s + result.text + u')';
-            return [text, completion] { completion(text); };
+        [runner = m_runner, source = notescripts::readBody(id)] {
+            ASResult result = ASResult::fromOutcome(runner->run(source));
+            if (result.isSuccess())
+                result.text = htmlToPlainText(result.text);
+            return result;
+        },
+        [completion](const ASResult &result) {
+            if (completion) {
+                completion(result.isSuccess() ? result.text
+                                              : u"(Konnte Notiz nicht laden: "_s + result.text + u')');
+            }
         });
 }
 
@@ -100,7 +104,8 @@ void NotesService::write(const QString &source, const QString &failurePrefix,
             service->loadNotes(reloadLimit);
         else if (service)
             service->setStatusMessage(failurePrefix + result.text);
-        completion(result.isSuccess());
+        if (completion)
+            completion(result.isSuccess());
     });
 }
 

@@ -1,7 +1,10 @@
 #include "modules/notes/ScriptQueue.h"
 
+#include "platform/ExceptionText.h"
+
 #include <QCoreApplication>
 #include <QDeadlineTimer>
+#include <QLoggingCategory>
 #include <QMutex>
 
 #include <chrono>
@@ -12,6 +15,8 @@ namespace randblatt {
 using namespace std::chrono_literals;
 
 namespace {
+
+Q_LOGGING_CATEGORY(lcNotes, "quillbar.notes")
 
 constexpr auto longestWaitAtEnd = 3s;
 constexpr uint stackSize = 8 * 1024 * 1024;
@@ -41,11 +46,25 @@ void openDelivery()
     });
 }
 
-void deliver(ScriptQueue::Completion completion)
+void deliver(const ScriptQueue::Completion &completion, const ASResult &result)
 {
     const QMutexLocker locker(&delivery().mutex);
-    if (delivery().isOpen)
-        QMetaObject::invokeMethod(QCoreApplication::instance(), std::move(completion), Qt::QueuedConnection);
+    if (!delivery().isOpen || !completion)
+        return;
+    QMetaObject::invokeMethod(
+        QCoreApplication::instance(), [completion, result] { completion(result); }, Qt::QueuedConnection);
+}
+
+/// The thread's edge: no exception goes further.
+ASResult resultOf(const ScriptQueue::Job &job)
+{
+    try {
+        return job();
+    } catch (...) {
+        const QString text = currentExceptionText();
+        qCCritical(lcNotes, "Auftrag abgebrochen: %ls", qUtf16Printable(text));
+        return {ASResult::Kind::failure, text};
+    }
 }
 
 } // namespace
@@ -72,10 +91,12 @@ ScriptQueue::~ScriptQueue()
     thread->wait(QDeadlineTimer(longestWaitAtEnd));
 }
 
-void ScriptQueue::enqueue(Job job)
+void ScriptQueue::enqueue(Job job, Completion completion)
 {
     QMetaObject::invokeMethod(
-        m_worker, [job = std::move(job)] { deliver(job()); }, Qt::QueuedConnection);
+        m_worker,
+        [job = std::move(job), completion = std::move(completion)] { deliver(completion, resultOf(job)); },
+        Qt::QueuedConnection);
 }
 
 } // namespace randblatt

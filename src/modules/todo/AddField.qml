@@ -1,16 +1,18 @@
 import QtQuick
 
 import Randblatt.Controls
+import Randblatt.Settings
 
-// The field for a new task; Return submits its text and empties it.
+// The field for a new task, which shows its draft; Return submits it.
 Rectangle {
     id: root
 
     required property CardAppearance appearance
+    required property Draft draft
 
     readonly property Item input: field
 
-    signal submitted(title: string)
+    signal submitted
 
     implicitHeight: Math.max(32, field.implicitHeight + 2 * 8)
     radius: 9
@@ -44,10 +46,9 @@ Rectangle {
         height: parent.height
         appearance: root.appearance
         placeholderText: "Neue Aufgabe…"
+        text: root.draft.text
 
-        onAccepted: {
-            root.submitted(text)
-            clear()
-        }
+        onTextChanged: root.draft.text = text
+        onAccepted: root.submitted()
     }
 }

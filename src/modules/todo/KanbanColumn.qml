@@ -22,6 +22,10 @@ FocusScope {
         cards.focusRow(index, byKeyboard ? Qt.TabFocusReason : Qt.PopupFocusReason)
     }
 
+    function showTask(taskId: var): void {
+        cards.showTask(taskId)
+    }
+
     // Takes the keyboard when the board has turned to this page by `step`.
     function takeKeyboard(step: int): void {
         if (cards.count > 0)

@@ -8,7 +8,7 @@ FocusScope {
     id: root
 
     required property CardAppearance appearance
-    required property TodoStore store
+    required property TodoActions actions
     // The TodoColumns.
     required property var columns
 
@@ -22,6 +22,19 @@ FocusScope {
             (pages.currentItem as KanbanColumn).takeKeyboard(step)
     }
 
+    // Turns to the page of a task that is back.
+    function showReturned(taskId: var): void {
+        const page = columns.findIndex(column => column.tasks.rowOfTask(taskId) >= 0)
+        if (page < 0)
+            return
+        const hadFocus = activeFocus
+        pages.currentIndex = page
+        const column = pages.currentItem as KanbanColumn
+        column.showTask(taskId)
+        if (hadFocus)
+            column.takeKeyboard(0)
+    }
+
     function openMenu(column: KanbanColumn, card: KanbanCard, byKeyboard: bool): void {
         menuLoader.active = true
         menuLoader.column = column
@@ -30,6 +43,14 @@ FocusScope {
         const menu = menuLoader.item as KanbanCardMenu
         const corner = card.mapToItem(root, card.width, card.height / 2)
         menu.openAt(corner.x - Metrics.cardPadding, corner.y + 12, byKeyboard)
+    }
+
+    Connections {
+        target: root.actions
+
+        function onReturned(id: var): void {
+            root.showReturned(id)
+        }
     }
 
     Keys.onLeftPressed: turnPage(-1)
@@ -77,7 +98,7 @@ FocusScope {
             hasNext: index < pages.count - 1
             onPageTurned: step => root.turnPage(step)
             onMenuRequested: (card, byKeyboard) => root.openMenu(page, card, byKeyboard)
-            onDeleted: taskId => root.store.deleteItem(taskId)
+            onDeleted: taskId => root.actions.deleteTask(taskId)
         }
     }
 
@@ -93,8 +114,8 @@ FocusScope {
             parent: root
             appearance: root.appearance
             columns: root.columns
-            onStatusChosen: status => root.store.setStatusName(menuLoader.taskId, status)
-            onDeleteChosen: root.store.deleteItem(menuLoader.taskId)
+            onStatusChosen: status => root.actions.setStatusName(menuLoader.taskId, status)
+            onDeleteChosen: root.actions.deleteTask(menuLoader.taskId)
             onClosed: menuLoader.column.focusCard(menuLoader.index, byKeyboard)
         }
     }

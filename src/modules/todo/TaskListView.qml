@@ -28,6 +28,17 @@ ListView {
             focusRow(index, Qt.TabFocusReason)
     }
 
+    // Shows the task's row, if there is one here, and makes it the current one.
+    function showTask(taskId: var): void {
+        const row = tasks.rowOfTask(taskId)
+        if (row < 0)
+            return
+        reveal.stop()
+        forceLayout()
+        currentIndex = row
+        positionViewAtIndex(row, ListView.Contain)
+    }
+
     function hasKeyboardAt(index: int): bool {
         return activeFocus && index === currentIndex
     }
@@ -52,6 +63,12 @@ ListView {
     }
 
     Accessible.role: Accessible.List
+
+    // The row that has the keyboard stays in sight.
+    onHeightChanged: {
+        if (activeFocus)
+            positionViewAtIndex(currentIndex, ListView.Contain)
+    }
 
     Keys.onUpPressed: event => step(event, currentIndex - 1)
     Keys.onDownPressed: event => step(event, currentIndex + 1)

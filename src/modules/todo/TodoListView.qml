@@ -8,25 +8,50 @@ Item {
     id: root
 
     required property CardAppearance appearance
-    required property TodoStore store
+    required property TodoActions actions
     required property TodoTaskModel tasks
+
+    // The field of the row that is being edited; null while none is.
+    readonly property Item editor: (rows.currentItem as TodoRow)?.editor ?? null
 
     function toggle(index: int, taskId: var): void {
         const hadFocus = rows.hasKeyboardAt(index)
-        store.toggleDone(taskId)
+        actions.toggleDone(taskId)
         rows.keepPlace(index, hadFocus)
     }
 
     function deleteRow(index: int, taskId: var): void {
         const hadFocus = rows.hasKeyboardAt(index)
-        store.deleteItem(taskId)
+        actions.deleteTask(taskId)
         rows.keepPlace(index, hadFocus)
     }
 
     function removeDone(): void {
         const hadFocus = rows.activeFocus
-        store.removeDone()
+        actions.removeDone()
         rows.keepPlace(rows.currentIndex, hadFocus)
+    }
+
+    // A task that is back has the keyboard if the list has it; a field that is back takes it. A field that is
+    // open elsewhere keeps it.
+    function showReturned(taskId: var): void {
+        const isEdited = actions.editedTask === taskId
+        if (editor?.activeFocus && !isEdited)
+            return
+        rows.showTask(taskId)
+        const row = rows.currentItem as TodoRow
+        if (row && row.taskId === taskId && (isEdited || rows.activeFocus))
+            row.takeKeyboard()
+    }
+
+    Component.onCompleted: rows.showTask(actions.editedTask)
+
+    Connections {
+        target: root.actions
+
+        function onReturned(id: var): void {
+            root.showReturned(id)
+        }
     }
 
     TaskListView {
@@ -43,8 +68,8 @@ Item {
         delegate: TodoRow {
             width: rows.width
             appearance: root.appearance
+            actions: root.actions
             onToggled: root.toggle(index, taskId)
-            onRenamed: title => root.store.rename(taskId, title)
             onDeleted: root.deleteRow(index, taskId)
         }
 

@@ -11,6 +11,7 @@ TodoModule::TodoModule(AppSettings &settings, Preferences &preferences, QObject 
     : SidebarModule(parent)
     , m_settings(settings)
     , m_store(new TodoStore(preferences, this))
+    , m_actions(new TodoActions(*m_store, *undoHistory(), preferences, this))
     , m_tasks(
           new TodoTaskModel(*m_store, {{TodoStatus::backlog, TodoStatus::doing}, {TodoStatus::done}}, this))
 {
@@ -36,7 +37,7 @@ QString TodoModule::systemImage() const
 ViewDescription TodoModule::makeView() const
 {
     return {QUrl(u"qrc:/qt/qml/Randblatt/Todo/TodoRootView.qml"_s),
-            {{u"store"_s, QVariant::fromValue(m_store)},
+            {{u"actions"_s, QVariant::fromValue(m_actions)},
              {u"settings"_s, QVariant::fromValue(&m_settings)},
              {u"tasks"_s, QVariant::fromValue(m_tasks)},
              {u"columns"_s, m_columns}}};

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "modules/todo/TodoActions.h"
 #include "modules/todo/TodoStore.h"
 #include "modules/todo/TodoTaskModel.h"
 #include "settings/SidebarModule.h"
@@ -25,9 +26,12 @@ public:
     [[nodiscard]] ViewDescription makeView() const override;
     [[nodiscard]] ViewDescription makeQuickMenu() const override;
 
+    [[nodiscard]] TodoStore &store() { return *m_store; }
+
 private:
     AppSettings &m_settings;
     TodoStore *m_store;
+    TodoActions *m_actions;
     TodoTaskModel *m_tasks;
     QVariantList m_columns;
 };

@@ -9,7 +9,7 @@ FocusScope {
     id: root
 
     required property CardAppearance appearance
-    required property TodoStore store
+    required property TodoActions actions
     required property AppSettings settings
     // The rows of the list.
     required property TodoTaskModel tasks
@@ -17,7 +17,7 @@ FocusScope {
     required property var columns
 
     // What takes the text that is typed while nothing has the keyboard.
-    readonly property Item typingTarget: addField.input
+    readonly property Item typingTarget: (content.item as TodoListView)?.editor ?? addField.input
     readonly property bool showsBoard: settings.todoViewMode === "kanban"
 
     function turnPage(step: int): void {
@@ -42,7 +42,8 @@ FocusScope {
         anchors.right: parent.right
         anchors.rightMargin: Metrics.cardPadding
         appearance: root.appearance
-        onSubmitted: title => root.store.add(title)
+        draft: root.actions.newTitle
+        onSubmitted: root.actions.add()
     }
 
     Loader {
@@ -61,7 +62,7 @@ FocusScope {
 
         TodoListView {
             appearance: root.appearance
-            store: root.store
+            actions: root.actions
             tasks: root.tasks
         }
     }
@@ -71,7 +72,7 @@ FocusScope {
 
         KanbanView {
             appearance: root.appearance
-            store: root.store
+            actions: root.actions
             columns: root.columns
         }
     }

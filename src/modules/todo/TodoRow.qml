@@ -2,6 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 
 import Randblatt.Controls
+import Randblatt.Todo
 
 // A task of the list: its check mark, its title – or the field that changes it – and its delete button.
 T.Control {
@@ -12,10 +13,12 @@ T.Control {
     required property var taskId
     required property string title
     required property bool done
+    required property TodoActions actions
 
-    property bool isEditing: false
-    property string draft
-
+    readonly property bool isEditing: actions.editedTask === taskId
+    // The field while the title is being edited.
+    readonly property RowEditor editor: editorLoader.item as RowEditor
+    property bool isPooled: false
     readonly property bool isCurrent: ListView.isCurrentItem
     readonly property bool isActive: hovered || (isCurrent && ListView.view.activeFocus)
     readonly property real symbolSize: 15 * appearance.textScale
@@ -23,21 +26,28 @@ T.Control {
     readonly property real reach: Math.max(5, (24 - symbolSize) / 2)
 
     signal toggled
-    signal renamed(title: string)
     signal deleted
 
     function startEditing(): void {
         ListView.view.currentIndex = index
-        draft = title
-        isEditing = true
+        actions.beginEdit(taskId)
+        takeKeyboard()
     }
 
     function finishEditing(renames: bool): void {
-        if (!isEditing)
-            return
-        isEditing = false
         if (renames)
-            renamed(draft)
+            actions.commitEdit()
+        else
+            actions.dropEdit()
+        forceActiveFocus(Qt.ShortcutFocusReason)
+    }
+
+    // With the keyboard in the field, if there is one; a title that is untouched is there to be replaced.
+    function takeKeyboard(): void {
+        if (editor)
+            editor.takeKeyboard(editor.text === title)
+        else
+            forceActiveFocus(Qt.TabFocusReason)
     }
 
     leftPadding: Metrics.cardPadding + 8
@@ -54,10 +64,13 @@ T.Control {
 
     // A row in the pool is only out of the picture; it must be gone for assistive tools as well.
     ListView.onPooled: {
-        isEditing = false
+        isPooled = true
         visible = false
     }
-    ListView.onReused: visible = true
+    ListView.onReused: {
+        isPooled = false
+        visible = true
+    }
     onActiveFocusChanged: if (activeFocus)
         ListView.view.currentIndex = index
 
@@ -114,11 +127,18 @@ T.Control {
         }
 
         Loader {
+            id: editorLoader
+
             x: titleText.x
             width: titleText.width
             anchors.verticalCenter: parent.verticalCenter
-            active: root.isEditing
-            sourceComponent: editor
+            active: root.isEditing && !root.isPooled
+            sourceComponent: editorComponent
+            // A row that comes back into sight goes on where it was.
+            onLoaded: {
+                if (root.ListView.view.activeFocus)
+                    root.takeKeyboard()
+            }
         }
 
         PlainButton {
@@ -167,17 +187,14 @@ T.Control {
     }
 
     Component {
-        id: editor
+        id: editorComponent
 
         RowEditor {
             appearance: root.appearance
-            text: root.draft
-            onTextEdited: root.draft = text
-            onFinished: (renames, byKey) => {
-                root.finishEditing(renames)
-                if (byKey)
-                    root.forceActiveFocus(Qt.ShortcutFocusReason)
-            }
+            actions: root.actions
+            // What is typed is seen, wherever the list has been scrolled meanwhile.
+            onTextEdited: root.ListView.view.positionViewAtIndex(root.index, ListView.Contain)
+            onFinished: renames => root.finishEditing(renames)
         }
     }
 }

@@ -1,9 +1,7 @@
 #include "modules/todo/TodoStore.h"
 
-#include "settings/Preferences.h"
-
 #include <QDateTime>
-#include <QTimeZone>
+#include <QLoggingCategory>
 
 #include <algorithm>
 #include <limits>
@@ -14,6 +12,8 @@ namespace randblatt {
 using namespace Qt::StringLiterals;
 
 namespace {
+
+Q_LOGGING_CATEGORY(lcTodo, "quillbar.todo")
 
 constexpr double referenceDate = 978307200.0; // 2001-01-01 00:00:00 UTC in seconds since 1970
 
@@ -42,6 +42,12 @@ TodoStore::TodoStore(Preferences &preferences, Clock clock, QObject *parent)
     load();
 }
 
+TodoStore::~TodoStore()
+{
+    if (m_hasUnsaved)
+        save();
+}
+
 QString TodoStore::key()
 {
     return u"todoItems.v1"_s;
@@ -56,14 +62,23 @@ QList<TodoItem> TodoStore::items(TodoStatus status) const
     return found;
 }
 
+const TodoItem *TodoStore::find(const QUuid &id) const
+{
+    const int position = positionOf(id);
+    return position < 0 ? nullptr : &m_items.at(position);
+}
+
 void TodoStore::load()
 {
-    const auto json = m_preferences.get<QByteArray>(key());
-    if (!json)
+    auto stored = m_preferences.value(key());
+    if (!stored)
         return;
-    auto items = decodeItems(*json);
-    if (!items)
+    const auto *json = std::get_if<QByteArray>(&*stored);
+    auto items = json != nullptr ? decodeItems(*json) : std::nullopt;
+    if (!items) {
+        m_undecodable = std::move(stored);
         return;
+    }
     m_items = std::move(*items);
     m_encoded.clear();
     m_encoded.reserve(m_items.size());
@@ -73,6 +88,9 @@ void TodoStore::load()
 
 void TodoStore::save()
 {
+    m_hasUnsaved = m_undecodable && !keepUndecodable();
+    if (m_hasUnsaved)
+        return;
     m_preferences.setValue(key(), joinItems(m_encoded));
 }
 
@@ -90,11 +108,22 @@ void TodoStore::add(const QString &title, TodoStatus status)
 void TodoStore::rename(const QUuid &id, const QString &title)
 {
     const QString trimmed = title.trimmed();
+    if (!trimmed.isEmpty())
+        setTitle(id, trimmed);
+}
+
+void TodoStore::restoreTitle(const QUuid &id, const QString &title)
+{
+    setTitle(id, title);
+}
+
+void TodoStore::setTitle(const QUuid &id, const QString &title)
+{
     const int position = positionOf(id);
-    if (trimmed.isEmpty() || position < 0)
+    if (position < 0)
         return;
     TodoItem item = m_items.at(position);
-    item.title = trimmed;
+    item.title = title;
     replace(position, item);
 }
 
@@ -116,11 +145,9 @@ void TodoStore::setStatusName(const QUuid &id, const QString &name)
 
 void TodoStore::toggleDone(const QUuid &id)
 {
-    const int position = positionOf(id);
-    if (position < 0)
-        return;
-    const bool isDone = m_items.at(position).status == TodoStatus::done;
-    setStatus(id, isDone ? TodoStatus::backlog : TodoStatus::done);
+    const TodoItem *item = find(id);
+    if (item != nullptr)
+        setStatus(id, item->status == TodoStatus::done ? TodoStatus::backlog : TodoStatus::done);
 }
 
 void TodoStore::removeDone()
@@ -132,6 +159,53 @@ void TodoStore::deleteItem(const QUuid &id)
 {
     // A copy: the caller's id may be that of a task that goes away.
     removeIf([id = id](const TodoItem &item) { return item.id == id; });
+}
+
+void TodoStore::restore(const QList<PlacedItem> &items)
+{
+    QList<int> restored;
+    QList<TodoItem> all;
+    QList<QByteArray> allJson;
+    const qsizetype count = m_items.size() + items.size();
+    all.reserve(count);
+    allJson.reserve(count);
+    auto next = items.cbegin();
+    for (qsizetype old = 0; all.size() < count;) {
+        if (next != items.cend() && (next->position <= all.size() || old == m_items.size())) {
+            restored.append(static_cast<int>(all.size()));
+            all.append(next->item);
+            allJson.append(encodeItem(next->item));
+            ++next;
+        } else {
+            all.append(m_items.at(old));
+            allJson.append(m_encoded.at(old));
+            ++old;
+        }
+    }
+    m_items = all;
+    m_encoded = allJson;
+    save();
+    if (!restored.isEmpty())
+        Q_EMIT itemsRestored(restored);
+}
+
+bool TodoStore::keepUndecodable()
+{
+    if (m_undecodableKey.isEmpty()) {
+        const auto time = static_cast<qint64>((m_clock() + referenceDate) * 1000.0);
+        const QString name =
+            key() + u".unlesbar-"_s + QDateTime::fromMSecsSinceEpoch(time).toString(u"yyyy-MM-dd'T'HHmmss"_s);
+        m_undecodableKey = name;
+        for (int copy = 2; m_preferences.value(m_undecodableKey); ++copy)
+            m_undecodableKey = name + u'-' + QString::number(copy);
+    }
+    if (!m_preferences.setValue(m_undecodableKey, *m_undecodable))
+        return false;
+    qCWarning(lcTodo, "Aufgaben unlesbar, aufgehoben als Einstellung „%ls“",
+              qUtf16Printable(m_undecodableKey));
+    m_undecodable.reset();
+    m_undecodableKey.clear();
+    return true;
 }
 
 int TodoStore::positionOf(const QUuid &id) const

@@ -17,6 +17,7 @@ TodoTaskModel::TodoTaskModel(const TodoStore &store, Groups groups, QObject *par
     connect(&store, &TodoStore::itemAdded, this, &TodoTaskModel::insert);
     connect(&store, &TodoStore::itemChanged, this, &TodoTaskModel::update);
     connect(&store, &TodoStore::itemsRemoved, this, &TodoTaskModel::remove);
+    connect(&store, &TodoStore::itemsRestored, this, &TodoTaskModel::restore);
 }
 
 int TodoTaskModel::rowCount(const QModelIndex &parent) const
@@ -51,6 +52,13 @@ QHash<int, QByteArray> TodoTaskModel::roleNames() const
         {static_cast<int>(Role::done), "done"},     {static_cast<int>(Role::status), "status"},
         {static_cast<int>(Role::group), "group"},
     };
+}
+
+int TodoTaskModel::rowOfTask(const QUuid &id) const
+{
+    const auto it =
+        std::find_if(m_rows.cbegin(), m_rows.cend(), [&](const Row &row) { return row.item.id == id; });
+    return it == m_rows.cend() ? -1 : static_cast<int>(it - m_rows.cbegin());
 }
 
 TodoTaskModel::Row TodoTaskModel::rowFor(int position) const
@@ -143,6 +151,37 @@ void TodoTaskModel::remove(const QList<int> &positions)
         row.position -= static_cast<int>(next - positions.cbegin());
     }
     if (count() != before)
+        Q_EMIT countChanged();
+}
+
+void TodoTaskModel::restore(const QList<int> &positions)
+{
+    // By so many places a task has moved on: as many as are back before it.
+    QList<int> places;
+    for (const int position : positions)
+        places.append(position - static_cast<int>(places.size()));
+    for (Row &row : m_rows)
+        row.position += static_cast<int>(std::upper_bound(places.cbegin(), places.cend(), row.position) -
+                                         places.cbegin());
+    QList<Row> restored;
+    for (const int position : positions) {
+        const Row row = rowFor(position);
+        if (row.group >= 0)
+            restored.append(row);
+    }
+    std::sort(restored.begin(), restored.end());
+    // Those that come to lie side by side, at once.
+    for (auto first = restored.cbegin(); first != restored.cend();) {
+        const auto place = std::lower_bound(m_rows.cbegin(), m_rows.cend(), *first) - m_rows.cbegin();
+        const auto last = place == m_rows.size() ? restored.cend()
+                                                 : std::lower_bound(first, restored.cend(), m_rows.at(place));
+        beginInsertRows({}, static_cast<int>(place), static_cast<int>(place + (last - first)) - 1);
+        m_rows.insert(place, last - first, Row());
+        std::copy(first, last, m_rows.begin() + place);
+        endInsertRows();
+        first = last;
+    }
+    if (!restored.isEmpty())
         Q_EMIT countChanged();
 }
 

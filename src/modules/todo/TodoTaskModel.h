@@ -32,6 +32,9 @@ public:
     [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
+    /// The row of the first task with the id; negative where it is in none.
+    [[nodiscard]] Q_INVOKABLE int rowOfTask(const QUuid &id) const;
+
     [[nodiscard]] int count() const { return static_cast<int>(m_rows.size()); }
 
 Q_SIGNALS:
@@ -41,9 +44,9 @@ private:
     struct Row
     {
         TodoItem item;
-        int group;
+        int group = -1;
         /// In the store's items.
-        int position;
+        int position = 0;
 
         [[nodiscard]] auto key() const { return std::tuple(group, item.order, position); }
         friend bool operator<(const Row &a, const Row &b) { return a.key() < b.key(); }
@@ -56,6 +59,7 @@ private:
     void insert(int position);
     void update(int position);
     void remove(const QList<int> &positions);
+    void restore(const QList<int> &positions);
     void removeRowsBetween(int first, int last);
 
     const TodoStore &m_store;

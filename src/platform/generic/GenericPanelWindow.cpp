@@ -45,4 +45,7 @@ void GenericPanelWindow::makeKey()
     m_window->requestActivate();
 }
 
+// Qt knows no such wish.
+void GenericPanelWindow::resignKey() {}
+
 } // namespace randblatt

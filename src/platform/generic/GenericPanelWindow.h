@@ -25,6 +25,7 @@ public:
     void orderFront() override;
     void orderOut() override;
     void makeKey() override;
+    void resignKey() override;
 
 private:
     std::unique_ptr<QWindow> m_window;

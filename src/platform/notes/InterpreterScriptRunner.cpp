@@ -1,5 +1,6 @@
 #include "platform/notes/InterpreterScriptRunner.h"
 
+#include "platform/ExceptionText.h"
 #include "platform/notes/AppleScriptError.h"
 #include "platform/notes/AppleScriptInterpreter.h"
 #include "platform/notes/AppleScriptParser.h"
@@ -31,9 +32,10 @@ ScriptOutcome InterpreterScriptRunner::run(const QString &source)
         const auto message = error.message.isEmpty() ? std::nullopt : std::optional(error.message);
         return {.text = {}, .failure = ScriptFailure{message, error.number}};
     } catch (const std::bad_alloc &) {
+        return {.text = {}, .failure = ScriptFailure{currentExceptionText(), applescripterror::outOfMemory}};
+    } catch (...) {
         return {.text = {},
-                .failure = ScriptFailure{u"Der Speicher reicht für das Skript nicht aus."_s,
-                                         applescripterror::outOfMemory}};
+                .failure = ScriptFailure{currentExceptionText(), applescripterror::handlerFailed}};
     }
 }
 

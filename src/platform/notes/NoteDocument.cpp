@@ -1,5 +1,7 @@
 #include "platform/notes/NoteDocument.h"
 
+#include "platform/html/HtmlText.h"
+
 #include <QHash>
 #include <QRegularExpression>
 #include <QStringDecoder>
@@ -14,7 +16,13 @@ namespace {
 
 constexpr auto titleOpening = "<div><b>"_L1;
 constexpr auto titleClosing = "</b></div>"_L1;
+constexpr auto plainOpening = "<body>\n"_L1;
+constexpr auto plainClosing = "\n</body>"_L1;
+constexpr auto typedClosing = "</body>"_L1;
 constexpr qsizetype longestFirstLine = 200;
+
+/// Around plain text: its blanks and tabs show, also in a browser and after other programs' changes.
+constexpr auto typedOpening = "<body data-quillbar=\"text\" style=\"white-space: pre-wrap\">"_L1;
 
 struct Range
 {
@@ -34,8 +42,9 @@ QString decode(const QByteArray &file)
     return text;
 }
 
-/// What stands between <tag …> and </tag>, looked for before `limit`.
-std::optional<Range> elementContent(const QString &html, QLatin1StringView tag, qsizetype limit)
+/// What stands between <tag …> and </tag>, looked for before `limit`; where it is never closed, all the rest
+/// if `isWhole`.
+std::optional<Range> elementContent(const QString &html, QLatin1StringView tag, qsizetype limit, bool isWhole)
 {
     const QRegularExpression opening(u"<%1(?:\\s[^>]*)?>"_s.arg(tag),
                                      QRegularExpression::CaseInsensitiveOption);
@@ -44,9 +53,9 @@ std::optional<Range> elementContent(const QString &html, QLatin1StringView tag, 
         return std::nullopt;
     const qsizetype start = match.capturedEnd();
     const qsizetype end = html.indexOf("</"_L1 + tag, start, Qt::CaseInsensitive);
-    if (end < 0)
+    if (end < 0 && !isWhole)
         return std::nullopt;
-    return Range{start, end - start};
+    return Range{start, (end < 0 ? html.size() : end) - start};
 }
 
 /// The body element's content, up to the last closing tag.
@@ -61,6 +70,8 @@ std::optional<Range> bodyContent(const QString &html)
     qsizetype end = html.lastIndexOf("</body>"_L1, -1, Qt::CaseInsensitive);
     if (end < start)
         end = html.size();
+    if (match.capturedView() == typedOpening)
+        return Range{start, end - start};
     // The line breaks that toFile() sets around the body are not part of it.
     const auto breakAt = [&](qsizetype position) { return position < end && html.at(position) == u'\n'; };
     if (breakAt(start))
@@ -126,9 +137,9 @@ QString bareBody(const QString &html)
     return QString(html).remove(around).trimmed();
 }
 
-QString titleOf(const QString &html, qsizetype limit)
+QString titleOf(const QString &html, qsizetype limit, bool isWhole)
 {
-    const auto title = elementContent(html, "title"_L1, limit);
+    const auto title = elementContent(html, "title"_L1, limit, isWhole);
     return title ? withoutEntities(html.sliced(title->start, title->length)) : QString();
 }
 
@@ -140,7 +151,10 @@ NoteDocument NoteDocument::fromFile(const QByteArray &file)
     const auto content = bodyContent(html);
     NoteDocument document;
     document.body = content ? html.sliced(content->start, content->length) : bareBody(html);
-    document.name = titleOf(html, content ? content->start : html.size());
+    const bool isTyped = content && QStringView(html).first(content->start).endsWith(typedOpening);
+    if (isTyped && !isPlainTextHtml(document.body))
+        document.body = "<div "_L1 + typedTextAttribute + u'>' + document.body + "</div>"_L1;
+    document.name = titleOf(html, content ? content->start : html.size(), true);
     if (document.name.trimmed().isEmpty())
         document.name = firstLine(document.body);
     return document;
@@ -149,7 +163,7 @@ NoteDocument NoteDocument::fromFile(const QByteArray &file)
 std::optional<QString> NoteDocument::nameFromHead(const QByteArray &head)
 {
     const QString html = decode(head);
-    const QString title = titleOf(html, headLength(html));
+    const QString title = titleOf(html, headLength(html), false);
     if (title.trimmed().isEmpty())
         return std::nullopt;
     return title;
@@ -157,21 +171,34 @@ std::optional<QString> NoteDocument::nameFromHead(const QByteArray &head)
 
 QByteArray NoteDocument::toFile() const
 {
+    return isPlainTextHtml(body) ? toFile(typedOpening, typedClosing) : toFile(plainOpening, plainClosing);
+}
+
+QByteArray NoteDocument::toFile(QLatin1StringView bodyOpening, QLatin1StringView bodyClosing) const
+{
     const QString html = "<!DOCTYPE html>\n<html>\n<head>\n<meta charset=\"utf-8\">\n<title>"_L1 +
-                         escaped(name) + "</title>\n</head>\n<body>\n"_L1 + body + "\n</body>\n</html>\n"_L1;
+                         escaped(name) + "</title>\n</head>\n"_L1 + bodyOpening + body + bodyClosing +
+                         "\n</html>\n"_L1;
     return html.toUtf8();
 }
 
-QByteArray NoteDocument::renamed(const QByteArray &file, const QString &name)
+std::optional<QByteArray> NoteDocument::renamed(const QByteArray &file, const QString &name)
 {
     QString html = decode(file);
     const QByteArray encoded = html.toUtf8();
     // A document in another encoding declares it, so it can't be written as UTF-8.
     if (encoded != file)
-        return file;
-    if (const auto title = elementContent(html, "title"_L1, headLength(html)))
+        return std::nullopt;
+    if (const auto title = elementContent(html, "title"_L1, headLength(html), false))
         return html.replace(title->start, title->length, escaped(name)).toUtf8();
     return NoteDocument{name, fromFile(file).body}.toFile();
+}
+
+bool NoteDocument::isOwn(const QByteArray &file)
+{
+    const NoteDocument document = fromFile(file);
+    return isPlainTextHtml(document.body) &&
+           (file == document.toFile() || file == document.toFile(plainOpening, plainClosing));
 }
 
 std::optional<NoteDocument> NoteDocument::fromTitledBody(const QString &html)
@@ -190,26 +217,12 @@ QString NoteDocument::firstLine(const QString &html)
 {
     // Only the beginning matters, and a note may be long.
     constexpr qsizetype beginning = 4096;
-    const QStringList lines = plainText(html.first(std::min(html.size(), beginning))).split(u'\n');
+    const QStringList lines = htmlToPlainText(html.first(std::min(html.size(), beginning))).split(u'\n');
     for (const QString &line : lines) {
         if (const QString shown = line.simplified(); !shown.isEmpty())
             return shown.size() <= longestFirstLine ? shown : shown.first(longestFirstLine) + u'…';
     }
     return u"Neue Notiz"_s;
-}
-
-QString NoteDocument::plainText(const QString &html)
-{
-    static const QRegularExpression hidden(u"<(script|style|head)\\b.*?</\\1>|<!--.*?-->"_s,
-                                           QRegularExpression::CaseInsensitiveOption |
-                                               QRegularExpression::DotMatchesEverythingOption);
-    static const QRegularExpression lineBreak(
-        u"<br\\b[^>]*>|</?(?:p|div|h[1-6]|li|tr|ul|ol|table|pre|blockquote)\\b[^>]*>"_s,
-        QRegularExpression::CaseInsensitiveOption);
-    static const QRegularExpression tag(u"<[^>]*>?"_s);
-    QString text = html;
-    text.remove(hidden).replace(lineBreak, u"\n"_s).remove(tag);
-    return withoutEntities(text);
 }
 
 } // namespace randblatt

@@ -22,16 +22,21 @@ struct NoteDocument
     [[nodiscard]] static std::optional<QString> nameFromHead(const QByteArray &head);
     [[nodiscard]] QByteArray toFile() const;
 
-    /// The file with another name, and all the rest as it is.
-    [[nodiscard]] static QByteArray renamed(const QByteArray &file, const QString &name);
+    /// The file with another name, and all the rest as it is; none if the name can't be written in the file's
+    /// encoding.
+    [[nodiscard]] static std::optional<QByteArray> renamed(const QByteArray &file, const QString &name);
+    /// Whether the file is one that toFile() made of plain text, so that a document of other plain text loses
+    /// nothing that it had.
+    [[nodiscard]] static bool isOwn(const QByteArray &file);
 
     /// Name and rest of a body that begins with its name as a bold first line, as applications write it; none
     /// for other bodies.
     [[nodiscard]] static std::optional<NoteDocument> fromTitledBody(const QString &html);
     /// The first line of HTML that shows anything, as plain text, shortened to what a list can show.
     [[nodiscard]] static QString firstLine(const QString &html);
-    /// HTML as plain text, well enough for searching and for a name.
-    [[nodiscard]] static QString plainText(const QString &html);
+
+private:
+    [[nodiscard]] QByteArray toFile(QLatin1StringView bodyOpening, QLatin1StringView bodyClosing) const;
 };
 
 } // namespace randblatt

@@ -7,7 +7,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QLoggingCategory>
 
 #include <algorithm>
 #include <cerrno>
@@ -25,8 +24,6 @@ namespace randblatt {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-Q_LOGGING_CATEGORY(lcNotesIndex, "quillbar.notes")
 
 constexpr QByteArrayView noteSuffix(".html");
 
@@ -48,6 +45,13 @@ Directory openDirectory(int parent, const QByteArray &path)
     return Directory(directory);
 }
 
+/// The next of a directory's entries; null at the end, with the error number that ended it, else 0, in errno.
+const dirent *nextEntry(DIR *directory)
+{
+    errno = 0;
+    return ::readdir(directory);
+}
+
 FileSignature signature(const struct stat &status)
 {
     return {.modified = static_cast<qint64>(status.st_mtim.tv_sec) * 1'000'000'000 + status.st_mtim.tv_nsec,
@@ -66,20 +70,23 @@ NotesIndex::NotesIndex(QString root, QString hidden)
 void NotesIndex::scan()
 {
     const Directory root = openDirectory(AT_FDCWD, QFile::encodeName(m_root));
-    if (!root) {
-        throw NotesLibraryError{
-            NotesLibraryError::Reason::fileSystem,
-            u"Der Notizenordner „%1“ ist nicht lesbar: %2."_s.arg(m_root, systemReason(errno))};
-    }
+    const QString notRead = u"Der Notizordner lässt sich nicht lesen."_s;
+    if (!root)
+        throw NotesLibraryError::ofSystem(errno, notRead, m_root);
     ++m_scan;
     m_seen = 0;
     m_folders.clear();
+    m_unread.clear();
     std::vector<Found> added;
-    while (const dirent *entry = ::readdir(root.get())) {
+    while (const dirent *entry = nextEntry(root.get())) {
         const QByteArray name(entry->d_name);
-        if (!name.startsWith('.') && name != QFile::encodeName(m_hidden))
+        const bool canBeFolder =
+            entry->d_type == DT_DIR || entry->d_type == DT_LNK || entry->d_type == DT_UNKNOWN;
+        if (canBeFolder && !name.startsWith('.') && name != QFile::encodeName(m_hidden))
             scanFolder(::dirfd(root.get()), name, added);
     }
+    if (errno != 0)
+        throw NotesLibraryError::ofSystem(errno, notRead, m_root);
     // Two directories can have one name, where one of them was not made by this application.
     m_folders.removeDuplicates();
     // First what is gone, so that a file that was moved gets its id back.
@@ -96,22 +103,41 @@ void NotesIndex::scan()
 void NotesIndex::scanFolder(int rootDescriptor, const QByteArray &directory, std::vector<Found> &added)
 {
     const Directory opened = openDirectory(rootDescriptor, directory);
-    if (!opened) {
-        if (errno != ENOTDIR)
-            qCWarning(lcNotesIndex, "Ordner „%s“ übergangen: %ls", directory.constData(),
-                      qUtf16Printable(systemReason(errno)));
+    // A file, a link that leads nowhere, or a folder that has just gone
+    if (!opened && (errno == ENOTDIR || errno == ENOENT || errno == ELOOP))
         return;
-    }
+    const int openError = opened ? 0 : errno;
     const QString folder = foldernames::folderName(QFile::decodeName(directory));
     m_folders.append(folder);
+    const int error = opened ? scanFiles(opened.get(), directory, folder, added) : openError;
+    if (error == 0)
+        return;
+    m_unread.insert(folder, error);
     const Files known = m_files.value(directory);
-    while (const dirent *file = ::readdir(opened.get())) {
+    for (NoteEntry *entry : known) {
+        m_seen += entry->lastScan == m_scan ? 0 : 1;
+        entry->lastScan = m_scan;
+    }
+}
+
+int NotesIndex::scanFiles(DIR *opened, const QByteArray &directory, const QString &folder,
+                          std::vector<Found> &added)
+{
+    int error = 0;
+    const Files known = m_files.value(directory);
+    while (const dirent *file = nextEntry(opened)) {
         const QByteArrayView name(file->d_name);
+        if (name.startsWith('.') || !name.endsWith(noteSuffix))
+            continue;
         struct stat status
         {
         };
-        if (name.startsWith('.') || !name.endsWith(noteSuffix) ||
-            ::fstatat(::dirfd(opened.get()), file->d_name, &status, 0) != 0 || !S_ISREG(status.st_mode))
+        if (::fstatat(::dirfd(opened), file->d_name, &status, 0) != 0) {
+            if (errno != ENOENT && errno != ELOOP)
+                error = errno;
+            continue;
+        }
+        if (!S_ISREG(status.st_mode))
             continue;
         NoteEntry *entry = known.value(QByteArray::fromRawData(name.data(), name.size()));
         if (entry == nullptr) {
@@ -126,6 +152,21 @@ void NotesIndex::scanFolder(int rootDescriptor, const QByteArray &directory, std
             m_newestFirst.clear();
         }
     }
+    return errno != 0 ? errno : error;
+}
+
+void NotesIndex::requireRead(const QString &folder) const
+{
+    if (const int error = m_unread.value(folder); error != 0) {
+        throw NotesLibraryError::ofSystem(error, u"Der Ordner „%1“ lässt sich nicht lesen."_s.arg(folder),
+                                          m_root + u'/' + folder);
+    }
+}
+
+void NotesIndex::requireAllRead() const
+{
+    for (const QString &folder : m_folders)
+        requireRead(folder);
 }
 
 void NotesIndex::removeUnseen()
@@ -160,6 +201,10 @@ QStringList NotesIndex::folders(const QString &first) const
 
 std::vector<QString> NotesIndex::notes(const std::optional<QString> &folder) const
 {
+    if (folder)
+        requireRead(*folder);
+    else if (m_notes.empty())
+        requireAllRead();
     if (m_newestFirst.empty()) {
         std::vector<std::pair<qint64, QString>> order;
         order.reserve(m_notes.size());

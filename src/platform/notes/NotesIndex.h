@@ -9,6 +9,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include <dirent.h>
+
 namespace randblatt {
 
 /// Tells whether a file changed since it was last looked at.
@@ -45,15 +47,20 @@ public:
     /// `root` has one directory per folder; the one named `hidden` is left out.
     NotesIndex(QString root, QString hidden);
 
-    /// Brings the index in line with the disk. Throws NotesLibraryError if the root can't be read.
+    /// Brings the index in line with the disk. Throws NotesLibraryError if the root can't be read. What is
+    /// known of a folder that can't be read stays.
     void scan();
 
     /// The names of the folders: `first`, then the others by the alphabet.
     [[nodiscard]] QStringList folders(const QString &first) const;
-    /// Ids by last change, newest first; of one folder, or of all.
+    /// Ids by last change, newest first; of one folder, or of all. Throws NotesLibraryError where it is not
+    /// known what there is: for a folder that could not be read, and for all if that leaves no note.
     [[nodiscard]] std::vector<QString> notes(const std::optional<QString> &folder) const;
     /// The note with this id, or null. Valid until the index changes.
     [[nodiscard]] const NoteEntry *find(const QString &id) const;
+
+    /// Throws NotesLibraryError if there is a folder that could not be read.
+    void requireAllRead() const;
 
     /// The note with this id, looked at again alone; null if its file is not where it was.
     const NoteEntry *recheck(const QString &id);
@@ -77,6 +84,10 @@ private:
     using Files = QHash<QByteArray, NoteEntry *>;
 
     void scanFolder(int rootDescriptor, const QByteArray &directory, std::vector<Found> &added);
+    /// Gives 0 or the system's error number.
+    [[nodiscard]] int scanFiles(DIR *opened, const QByteArray &directory, const QString &folder,
+                                std::vector<Found> &added);
+    void requireRead(const QString &folder) const;
     void removeUnseen();
     NoteEntry &insert(const Found &found);
     [[nodiscard]] NoteEntry *entryAt(const QByteArray &directory, const QByteArray &file) const;
@@ -85,6 +96,8 @@ private:
     QString m_root;
     QString m_hidden;
     QStringList m_folders;
+    /// The folders that could not be read, with the system's error numbers.
+    QHash<QString, int> m_unread;
     /// By id. Entries stay where they are while others come and go.
     std::unordered_map<QString, NoteEntry> m_notes;
     /// By directory and file name. With many notes, looking them up is most of what a scan does.

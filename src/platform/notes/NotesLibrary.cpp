@@ -1,5 +1,6 @@
 #include "platform/notes/NotesLibrary.h"
 
+#include "platform/html/HtmlText.h"
 #include "platform/notes/FolderNames.h"
 #include "platform/notes/NoteDocument.h"
 #include "platform/notes/NotesLibraryError.h"
@@ -14,7 +15,14 @@
 #include <QUuid>
 
 #include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <thread>
 #include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace randblatt {
 
@@ -28,6 +36,7 @@ constexpr qint64 largestNote = 32LL * 1024 * 1024;
 constexpr qint64 headSize = 2048;
 constexpr qint64 daysUntilGone = 30;
 constexpr qint64 secondsBetweenEmptying = 3600;
+constexpr auto longestPause = std::chrono::milliseconds(500);
 constexpr qint64 nanosecondsPerMillisecond = 1'000'000;
 
 QByteArray digest(const QByteArray &content)
@@ -40,7 +49,25 @@ QByteArray digest(const QByteArray &content)
     throw NotesLibraryError{reason, message};
 }
 
-QString readName(const QString &path)
+QByteArray textDigest(const QString &html)
+{
+    return digest(htmlToPlainText(html).toUtf8());
+}
+
+void requireSize(const QByteArray &contents)
+{
+    if (contents.size() > largestNote)
+        fail(NotesLibraryError::Reason::notPossible, u"Die Notiz ist zu groß."_s);
+}
+
+/// What a note is called whose name can't be read.
+QString nameOfFile(const QString &path)
+{
+    return QFileInfo(path).completeBaseName();
+}
+
+/// None, if the file can't be read.
+std::optional<QString> readName(const QString &path)
 {
     QFile file(path);
     if (file.open(QIODevice::ReadOnly)) {
@@ -49,11 +76,10 @@ QString readName(const QString &path)
         file.close();
     }
     try {
-        return NoteDocument::fromFile(syncedfiles::read(path, largestNote)).name;
-    } catch (const NotesLibraryError &error) {
-        // One file that can't be read must not take the list of all the others away.
-        qCWarning(lcNotesLibrary, "Name einer Notiz nicht gelesen: %ls", qUtf16Printable(error.message));
-        return QFileInfo(path).completeBaseName();
+        return NoteDocument::fromFile(syncedfiles::read(path, largestNote).contents).name;
+    } catch (const NotesLibraryError &) {
+        // Told where it happened. One file must not take the list of all the others away.
+        return std::nullopt;
     }
 }
 
@@ -83,16 +109,19 @@ QString NotesLibrary::deletedFolder()
 
 void NotesLibrary::refresh()
 {
-    if (m_wasSeen && !QFileInfo::exists(m_root)) {
-        fail(NotesLibraryError::Reason::fileSystem,
-             u"Der Notizenordner „%1“ ist nicht mehr da."_s.arg(m_root));
-    }
-    if (!QFileInfo(folderPath(defaultFolder())).isDir()) {
+    struct stat status
+    {
+    };
+    const bool isThere = ::stat(QFile::encodeName(m_root).constData(), &status) == 0;
+    if (!isThere && (m_wasSeen || errno != ENOENT))
+        throw NotesLibraryError::ofSystem(errno, u"Der Notizordner lässt sich nicht lesen."_s, m_root);
+    // A library on a medium that can't be written is still there to be read.
+    if (!isThere ||
+        ::faccessat(AT_FDCWD, QFile::encodeName(m_root).constData(), W_OK | X_OK, AT_EACCESS) == 0) {
         try {
             syncedfiles::makeFolder(folderPath(defaultFolder()));
         } catch (const NotesLibraryError &) {
-            // A library on a medium that can't be written is still there to be read.
-            if (!QFileInfo(m_root).isDir())
+            if (!isThere)
                 throw;
         }
     }
@@ -144,15 +173,16 @@ QString NotesLibrary::name(const QString &id)
     const NoteEntry &note = entry(id);
     if (!note.name)
         note.name = readName(note.path);
-    return *note.name;
+    return note.name.value_or(nameOfFile(note.path));
 }
 
 QString NotesLibrary::body(const QString &id)
 {
     const NoteEntry &note = entry(id);
-    const QByteArray content = syncedfiles::read(note.path, largestNote);
-    m_lastRead.insert(note.id, digest(content));
-    return NoteDocument::fromFile(content).body;
+    const QByteArray content = syncedfiles::read(note.path, largestNote).contents;
+    QString body = NoteDocument::fromFile(content).body;
+    m_known.insert(note.id, {digest(content), textDigest(body)});
+    return body;
 }
 
 QString NotesLibrary::createNote(const QString &folder, const std::optional<QString> &name,
@@ -169,53 +199,87 @@ QString NotesLibrary::createNote(const QString &folder, const std::optional<QStr
     if (folder == defaultFolder())
         syncedfiles::makeFolder(directory);
     const QString path = directory + u'/' + QUuid::createUuid().toString(QUuid::WithoutBraces) + ".html"_L1;
-    write(path, folder, note.toFile(), now());
+    const QByteArray contents = note.toFile();
+    requireSize(contents);
+    syncedfiles::make(path, contents, now());
     return m_index.update(path, folder).id;
 }
 
 void NotesLibrary::setBody(const QString &id, const QString &body)
 {
     const NoteEntry note = entry(id);
-    const QByteArray present = syncedfiles::read(note.path, largestNote);
-    NoteDocument changed = NoteDocument::fromFile(present);
-    if (const auto titled = NoteDocument::fromTitledBody(body))
-        changed = *titled;
-    else
-        changed.body = body;
-    const QByteArray content = changed.toFile();
-    if (content == present) {
-        m_lastRead.insert(note.id, digest(content));
-        return;
-    }
-    const auto read = m_lastRead.constFind(note.id);
-    if (read != m_lastRead.cend() && *read != digest(present))
-        keepOlderText(note, present);
-    write(note.path, note.folder, content, now());
-    m_lastRead.insert(note.id, digest(content));
+    bool isSeen = true;
+    const QByteArray contents = rewrite(note, [&](const QByteArray &present) -> Rewriting {
+        const NoteDocument stored = NoteDocument::fromFile(present);
+        NoteDocument wanted = NoteDocument::fromTitledBody(body).value_or(NoteDocument{stored.name, body});
+        // What the list calls a note whose name could not be read is no new name for it.
+        if (wanted.name == nameOfFile(note.path))
+            wanted.name = stored.name;
+        const auto known = m_known.constFind(note.id);
+        const bool isForeign = known != m_known.cend() && known->file != digest(present);
+        const bool isUnchanged =
+            textDigest(wanted.body) == (isForeign ? known->text : textDigest(stored.body));
+        isSeen = !isForeign || !isUnchanged;
+        // Other programs' markup outlives a save that changes none of the words.
+        if (isUnchanged)
+            return renaming(present, stored, wanted.name);
+        return {wanted.toFile(), isForeign                      ? Former::becomesNote
+                                 : NoteDocument::isOwn(present) ? Former::goes
+                                                                : Former::isDeleted};
+    });
+    if (isSeen)
+        m_known.insert(note.id, {digest(contents), textDigest(NoteDocument::fromFile(contents).body)});
 }
 
 void NotesLibrary::setName(const QString &id, const QString &name)
 {
     const NoteEntry note = entry(id);
-    const QByteArray present = syncedfiles::read(note.path, largestNote);
-    const QByteArray content = NoteDocument::renamed(present, name);
-    write(note.path, note.folder, content, now());
+    QByteArray former;
+    const QByteArray contents = rewrite(note, [&](const QByteArray &present) {
+        former = present;
+        return renaming(present, NoteDocument::fromFile(present), name);
+    });
     // The text is the one that was read, so saving it later is no conflict with this.
-    const auto read = m_lastRead.find(note.id);
-    if (read != m_lastRead.end() && *read == digest(present))
-        *read = digest(content);
+    const auto known = m_known.find(note.id);
+    if (known != m_known.end() && known->file == digest(former))
+        known->file = digest(contents);
 }
 
 void NotesLibrary::deleteNote(const QString &id)
 {
     const NoteEntry note = entry(id);
-    const QString deleted = m_root + u'/' + deletedFolder();
-    syncedfiles::makeFolder(deleted);
-    const QString path = syncedfiles::move(note.path, deleted);
+    const QString path = syncedfiles::move(note.path, madeDeletedFolder());
+    m_deleted.insert(note.id, {path, note.signature.modified});
     m_index.remove(note.id);
-    m_lastRead.remove(note.id);
+    m_known.remove(note.id);
     // From now on the file's time says when the note was deleted.
     syncedfiles::setModified(path, now());
+}
+
+bool NotesLibrary::isDeleted(const QString &id)
+{
+    return !contains(id) && deletedNote(id).has_value();
+}
+
+QString NotesLibrary::moveNote(const QString &id, const QString &folder)
+{
+    if (!folders().contains(folder)) {
+        fail(NotesLibraryError::Reason::noSuchObject,
+             u"Ein Ordner mit dem Namen „%1“ ist nicht vorhanden."_s.arg(folder));
+    }
+    const NoteEntry *present = find(id);
+    if (present != nullptr && present->folder == folder)
+        return present->id;
+    const auto deleted = present == nullptr ? deletedNote(id) : std::nullopt;
+    const QString path = syncedfiles::move(deleted ? deleted->path : entry(id).path, folderPath(folder));
+    if (deleted && deleted->modified)
+        syncedfiles::setModified(path, *deleted->modified);
+    m_index.remove(id);
+    m_deleted.remove(id);
+    const QString moved = m_index.update(path, folder).id;
+    if (moved != id && m_known.contains(id))
+        m_known.insert(moved, m_known.take(id));
+    return moved;
 }
 
 void NotesLibrary::createFolder(const QString &name)
@@ -244,6 +308,7 @@ const NoteEntry &NotesLibrary::entry(const QString &id)
 {
     const NoteEntry *note = find(id);
     if (note == nullptr) {
+        m_index.requireAllRead();
         fail(NotesLibraryError::Reason::noSuchObject,
              u"Eine Notiz mit der Kennung „%1“ ist nicht vorhanden."_s.arg(id));
     }
@@ -260,13 +325,39 @@ QString NotesLibrary::folderPath(const QString &name) const
     return isOwn ? plain : encoded;
 }
 
-void NotesLibrary::write(const QString &path, const QString &folder, const QByteArray &content,
-                         qint64 modified)
+QByteArray NotesLibrary::rewrite(const NoteEntry &note,
+                                 const std::function<Rewriting(const QByteArray &)> &change)
 {
-    if (content.size() > largestNote)
-        fail(NotesLibraryError::Reason::notPossible, u"Die Notiz ist zu groß."_s);
-    syncedfiles::write(path, content, modified);
-    m_index.update(path, folder);
+    using namespace std::chrono_literals;
+    // Another program can come between reading and writing, time and again.
+    for (auto pause = 1ms; pause < longestPause; pause *= 2) {
+        const FileVersion present = syncedfiles::read(note.path, largestNote);
+        const Rewriting rewriting = change(present.contents);
+        if (rewriting.contents == present.contents)
+            return present.contents;
+        requireSize(rewriting.contents);
+        const QString copy = keep(note, present, rewriting.former);
+        if (syncedfiles::replace(note.path, present, rewriting.contents, now())) {
+            m_index.update(note.path, note.folder);
+            if (rewriting.former == Former::becomesNote)
+                m_index.update(copy, note.folder);
+            return rewriting.contents;
+        }
+        if (!copy.isEmpty())
+            syncedfiles::remove(copy);
+        std::this_thread::sleep_for(pause);
+    }
+    throw NotesLibraryError::ofSystem(EBUSY, u"Die Notiz lässt sich nicht speichern."_s, note.path);
+}
+
+NotesLibrary::Rewriting NotesLibrary::renaming(const QByteArray &file, const NoteDocument &document,
+                                               const QString &name)
+{
+    if (document.name == name)
+        return {file, Former::goes};
+    if (const auto renamed = NoteDocument::renamed(file, name))
+        return {*renamed, Former::goes};
+    return {NoteDocument{name, document.body}.toFile(), Former::isDeleted};
 }
 
 qint64 NotesLibrary::now()
@@ -276,15 +367,39 @@ qint64 NotesLibrary::now()
     return m_lastChange;
 }
 
-void NotesLibrary::keepOlderText(const NoteEntry &note, const QByteArray &content)
+QString NotesLibrary::keep(const NoteEntry &note, const FileVersion &version, Former former)
 {
-    const QFileInfo file(note.path);
-    const QString path =
-        file.absolutePath() + u'/' + QUuid::createUuid().toString(QUuid::WithoutBraces) + ".html"_L1;
-    const QString name = NoteDocument::fromFile(content).name + u" (ältere Fassung)"_s;
+    if (former == Former::goes)
+        return {};
+    const QString file = u'/' + QUuid::createUuid().toString(QUuid::WithoutBraces) + ".html"_L1;
+    if (former == Former::isDeleted) {
+        const QString path = madeDeletedFolder() + file;
+        syncedfiles::make(path, version.contents, now());
+        return path;
+    }
+    const QString path = QFileInfo(note.path).absolutePath() + file;
+    const QString name = NoteDocument::fromFile(version.contents).name + u" (ältere Fassung)"_s;
     // It keeps its time, and so its place in the order behind the note that replaces it.
-    const auto signature = NotesIndex::signatureOf(note.path);
-    write(path, note.folder, NoteDocument::renamed(content, name), signature ? signature->modified : now());
+    syncedfiles::make(path, NoteDocument::renamed(version.contents, name).value_or(version.contents),
+                      version.stamp.modified);
+    return path;
+}
+
+QString NotesLibrary::madeDeletedFolder() const
+{
+    QString path = m_root + u'/' + deletedFolder();
+    syncedfiles::makeFolder(path);
+    return path;
+}
+
+std::optional<NotesLibrary::Deleted> NotesLibrary::deletedNote(const QString &id) const
+{
+    const auto known = m_deleted.constFind(id);
+    if (known != m_deleted.cend() && QFileInfo::exists(known->path))
+        return *known;
+    const QString path =
+        m_root + u'/' + deletedFolder() + u'/' + id.sliced(id.lastIndexOf(u'/') + 1) + ".html"_L1;
+    return QFileInfo::exists(path) ? std::optional(Deleted{path, std::nullopt}) : std::nullopt;
 }
 
 void NotesLibrary::emptyDeleted()

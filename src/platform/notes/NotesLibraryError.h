@@ -16,9 +16,11 @@ struct NotesLibraryError
     Reason reason;
     /// For people, in German.
     QString message;
-};
 
-/// What the system's error number means, in German where it is a frequent one.
-[[nodiscard]] QString systemReason(int errorNumber);
+    /// The error that an operating system's error number stands for, with its meaning first: "Keine
+    /// Berechtigung: " and `sentence`. Where it happened is for the log alone.
+    [[nodiscard]] static NotesLibraryError ofSystem(int errorNumber, const QString &sentence,
+                                                    const QString &path);
+};
 
 } // namespace randblatt

@@ -1,7 +1,7 @@
 #include "platform/notes/NotesObjectModel.h"
 
+#include "platform/html/HtmlText.h"
 #include "platform/notes/AppleScriptError.h"
-#include "platform/notes/NoteDocument.h"
 #include "platform/notes/NotesLibrary.h"
 #include "platform/notes/NotesLibraryError.h"
 
@@ -58,18 +58,6 @@ QString germanName(ElementClass elementClass)
     throw AppleScriptError{message, number};
 }
 
-/// Runs a library's operation and raises its errors as the script's.
-template <typename Operation>
-auto guarded(Operation operation)
-{
-    try {
-        return operation();
-    } catch (const NotesLibraryError &error) {
-        const bool isMissing = error.reason == NotesLibraryError::Reason::noSuchObject;
-        fail(isMissing ? applescripterror::noSuchObject : applescripterror::handlerFailed, error.message);
-    }
-}
-
 std::optional<QString> textField(const AppleScriptValue::Fields &fields, const QString &name)
 {
     const auto field =
@@ -79,6 +67,17 @@ std::optional<QString> textField(const AppleScriptValue::Fields &fields, const Q
 }
 
 } // namespace
+
+template <typename Question>
+auto ScriptedLibrary::ask(Question question) const
+{
+    try {
+        return question(m_library);
+    } catch (const NotesLibraryError &error) {
+        const bool isMissing = error.reason == NotesLibraryError::Reason::noSuchObject;
+        fail(isMissing ? applescripterror::noSuchObject : applescripterror::handlerFailed, error.message);
+    }
+}
 
 NotesObjectModel::NotesObjectModel(NotesLibrary &library)
     : m_library(library)
@@ -90,7 +89,7 @@ Object NotesObjectModel::application(const QString &name)
     if (name.compare(applicationName(), Qt::CaseInsensitive) != 0)
         fail(applescripterror::noSuchObject, u"Das Programm „%1“ ist nicht vorhanden."_s.arg(name));
     if (!m_isFresh)
-        guarded([this] { m_library.refresh(); });
+        m_library.ask([](NotesLibrary &library) { library.refresh(); });
     m_isFresh = true;
     return {ObjectKind::application, applicationName()};
 }
@@ -104,13 +103,15 @@ std::vector<Object> NotesObjectModel::elements(const Object &container, ElementC
         return result;
     }
     if (elementClass == ElementClass::folder && isWhole) {
-        const QStringList folders = m_library.folders();
+        const QStringList folders = m_library.ask([](NotesLibrary &library) { return library.folders(); });
         for (const QString &folder : folders)
             result.push_back({ObjectKind::folder, folder});
         return result;
     }
     if (elementClass == ElementClass::note && (isWhole || container.kind == ObjectKind::folder)) {
-        auto ids = m_library.notes(isWhole ? std::nullopt : std::optional(container.key));
+        auto ids = m_library.ask([&](NotesLibrary &library) {
+            return library.notes(isWhole ? std::nullopt : std::optional(container.key));
+        });
         result.reserve(ids.size());
         for (QString &id : ids)
             result.push_back({ObjectKind::note, std::move(id)});
@@ -127,7 +128,9 @@ Object NotesObjectModel::named(const Object &container, ElementClass elementClas
     for (const auto sensitivity : {Qt::CaseSensitive, Qt::CaseInsensitive}) {
         for (const Object &candidate : candidates) {
             const QString key =
-                candidate.kind == ObjectKind::note ? m_library.name(candidate.key) : candidate.key;
+                candidate.kind == ObjectKind::note
+                    ? m_library.ask([&](NotesLibrary &library) { return library.name(candidate.key); })
+                    : candidate.key;
             if (key.compare(name, sensitivity) == 0)
                 return candidate;
         }
@@ -141,21 +144,21 @@ Object NotesObjectModel::identified(const Object &container, ElementClass elemen
 {
     if (elementClass != ElementClass::note)
         return named(container, elementClass, id);
-    return guarded([&] {
-        const QString folder = m_library.folderOf(id);
-        if (container.kind == ObjectKind::folder && container.key != folder) {
-            fail(applescripterror::noSuchObject,
-                 u"Im Ordner „%1“ ist keine Notiz mit der Kennung „%2“."_s.arg(container.key, id));
-        }
-        return Object{ObjectKind::note, id};
-    });
+    const QString folder = m_library.ask([&](NotesLibrary &library) { return library.folderOf(id); });
+    if (container.kind == ObjectKind::folder && container.key != folder) {
+        fail(applescripterror::noSuchObject,
+             u"Im Ordner „%1“ ist keine Notiz mit der Kennung „%2“."_s.arg(container.key, id));
+    }
+    return {ObjectKind::note, id};
 }
 
 bool NotesObjectModel::exists(const Object &object) const
 {
-    return object.kind == ObjectKind::note     ? m_library.contains(object.key)
-           : object.kind == ObjectKind::folder ? m_library.folders().contains(object.key)
-                                               : true;
+    return m_library.ask([&](NotesLibrary &library) {
+        return object.kind == ObjectKind::note     ? library.contains(object.key)
+               : object.kind == ObjectKind::folder ? library.folders().contains(object.key)
+                                                   : true;
+    });
 }
 
 AppleScriptValue NotesObjectModel::property(const Object &object, const QString &name) const
@@ -163,7 +166,7 @@ AppleScriptValue NotesObjectModel::property(const Object &object, const QString 
     if (name == "class"_L1)
         return AppleScriptValue(className(object.kind));
     if (object.kind == ObjectKind::note)
-        return guarded([&] { return noteProperty(object.key, name); });
+        return noteProperty(object.key, name);
     if (name == "name"_L1 || name == "id"_L1)
         return AppleScriptValue(object.key);
     if (name == "default account"_L1 && object.kind == ObjectKind::application)
@@ -178,19 +181,21 @@ AppleScriptValue NotesObjectModel::property(const Object &object, const QString 
 
 AppleScriptValue NotesObjectModel::noteProperty(const QString &id, const QString &name) const
 {
-    if (name == "name"_L1)
-        return AppleScriptValue(m_library.name(id));
-    if (name == "id"_L1)
-        return AppleScriptValue(id);
-    if (name == "body"_L1)
-        return AppleScriptValue(m_library.body(id));
-    if (name == "plaintext"_L1)
-        return AppleScriptValue(NoteDocument::plainText(m_library.body(id)));
-    if (name == "modification date"_L1)
-        return AppleScriptValue(m_library.modified(id));
-    if (name == "container"_L1)
-        return AppleScriptValue(Object{ObjectKind::folder, m_library.folderOf(id)});
-    fail(applescripterror::noSuchObject, u"Eine Notiz hat keine Eigenschaft „%1“."_s.arg(name));
+    return m_library.ask([&](NotesLibrary &library) {
+        if (name == "name"_L1)
+            return AppleScriptValue(library.name(id));
+        if (name == "id"_L1)
+            return AppleScriptValue(id);
+        if (name == "body"_L1)
+            return AppleScriptValue(library.body(id));
+        if (name == "plaintext"_L1)
+            return AppleScriptValue(htmlToPlainText(library.body(id)));
+        if (name == "modification date"_L1)
+            return AppleScriptValue(library.modified(id));
+        if (name == "container"_L1)
+            return AppleScriptValue(Object{ObjectKind::folder, library.folderOf(id)});
+        fail(applescripterror::noSuchObject, u"Eine Notiz hat keine Eigenschaft „%1“."_s.arg(name));
+    });
 }
 
 void NotesObjectModel::setProperty(const Object &object, const QString &name, const AppleScriptValue &value)
@@ -201,25 +206,23 @@ void NotesObjectModel::setProperty(const Object &object, const QString &name, co
                                               name, AppleScriptValue(object).description()));
     }
     const QString text = value.asText();
-    guarded([&] {
+    m_library.ask([&](NotesLibrary &library) {
         if (name == "name"_L1)
-            m_library.setName(object.key, text);
+            library.setName(object.key, text);
         else
-            m_library.setBody(object.key, text);
+            library.setBody(object.key, text);
     });
 }
 
 Object NotesObjectModel::make(const Object &container, ElementClass elementClass,
                               const AppleScriptValue::Fields &properties)
 {
-    return guarded([&] {
-        if (elementClass == ElementClass::note)
-            return makeNote(container, properties);
-        if (elementClass == ElementClass::folder)
-            return makeFolder(properties);
-        fail(applescripterror::notUnderstood,
-             u"Ein Objekt der Art „%1“ kann nicht erzeugt werden."_s.arg(className(elementClass)));
-    });
+    if (elementClass == ElementClass::note)
+        return makeNote(container, properties);
+    if (elementClass == ElementClass::folder)
+        return makeFolder(properties);
+    fail(applescripterror::notUnderstood,
+         u"Ein Objekt der Art „%1“ kann nicht erzeugt werden."_s.arg(className(elementClass)));
 }
 
 Object NotesObjectModel::makeNote(const Object &container, const AppleScriptValue::Fields &properties)
@@ -228,8 +231,10 @@ Object NotesObjectModel::makeNote(const Object &container, const AppleScriptValu
         fail(applescripterror::notUnderstood, u"In einer Notiz kann keine Notiz erzeugt werden."_s);
     const QString folder =
         container.kind == ObjectKind::folder ? container.key : NotesLibrary::defaultFolder();
-    const QString id = m_library.createNote(folder, textField(properties, u"name"_s),
-                                            textField(properties, u"body"_s).value_or(QString()));
+    const auto name = textField(properties, u"name"_s);
+    const QString body = textField(properties, u"body"_s).value_or(QString());
+    const QString id =
+        m_library.ask([&](NotesLibrary &library) { return library.createNote(folder, name, body); });
     return {ObjectKind::note, id};
 }
 
@@ -238,7 +243,7 @@ Object NotesObjectModel::makeFolder(const AppleScriptValue::Fields &properties)
     const auto name = textField(properties, u"name"_s);
     if (!name)
         fail(applescripterror::missingParameter, u"Dem neuen Ordner fehlt ein Name."_s);
-    m_library.createFolder(*name);
+    m_library.ask([&](NotesLibrary &library) { library.createFolder(*name); });
     return {ObjectKind::folder, *name};
 }
 
@@ -248,7 +253,7 @@ void NotesObjectModel::remove(const Object &object)
         fail(applescripterror::notUnderstood,
              u"%1 kann nicht gelöscht werden."_s.arg(AppleScriptValue(object).description()));
     }
-    guarded([&] { m_library.deleteNote(object.key); });
+    m_library.ask([&](NotesLibrary &library) { library.deleteNote(object.key); });
 }
 
 } // namespace randblatt

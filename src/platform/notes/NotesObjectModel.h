@@ -12,6 +12,24 @@ namespace randblatt {
 
 class NotesLibrary;
 
+/// A library whose errors are those of the script that asks it. There is no other way to it.
+class ScriptedLibrary
+{
+public:
+    /// `library` is borrowed.
+    explicit ScriptedLibrary(NotesLibrary &library)
+        : m_library(library)
+    {
+    }
+
+    /// What `question` makes of the library. Throws AppleScriptError.
+    template <typename Question>
+    auto ask(Question question) const;
+
+private:
+    NotesLibrary &m_library;
+};
+
 /// The notes application as scripts see it: one account with folders, each with notes. Throws
 /// AppleScriptError for what an object does not have, can't do, or could not do on the disk.
 class NotesObjectModel
@@ -47,7 +65,7 @@ private:
     Object makeFolder(const AppleScriptValue::Fields &properties);
     [[nodiscard]] AppleScriptValue noteProperty(const QString &id, const QString &name) const;
 
-    NotesLibrary &m_library;
+    ScriptedLibrary m_library;
     bool m_isFresh = false;
 };
 

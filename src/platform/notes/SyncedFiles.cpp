@@ -1,15 +1,15 @@
 #include "platform/notes/SyncedFiles.h"
 
+#include "platform/files/ReplaceFile.h"
 #include "platform/notes/NotesLibraryError.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
+#include <QLoggingCategory>
 
 #include <array>
 #include <cerrno>
-#include <cstdio>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -21,28 +21,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-[[noreturn]] void fail(const QString &what, const QString &path, const QString &reason)
-{
-    throw NotesLibraryError{NotesLibraryError::Reason::fileSystem,
-                            u"%1 „%2“: %3."_s.arg(what, QDir::toNativeSeparators(path), reason)};
-}
+Q_LOGGING_CATEGORY(lcSyncedFiles, "quillbar.notes")
 
-void syncFolder(const QString &folder)
-{
-    const int descriptor = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor < 0)
-        return;
-    // File systems that can't sync a folder say so; the rename itself has succeeded.
-    ::fsync(descriptor);
-    ::close(descriptor);
-}
+constexpr unsigned newFileMode = 0600;
 
-/// The times of access and change that the system wants to be told.
-std::array<struct timespec, 2> fileTimes(qint64 modified)
+QString notSaved()
 {
-    constexpr qint64 second = 1'000'000'000;
-    return {timespec{.tv_sec = 0, .tv_nsec = UTIME_OMIT},
-            timespec{.tv_sec = static_cast<time_t>(modified / second), .tv_nsec = modified % second}};
+    return u"Die Notiz lässt sich nicht speichern."_s;
 }
 
 QString parentOf(const QString &path)
@@ -50,70 +35,64 @@ QString parentOf(const QString &path)
     return QFileInfo(path).absolutePath();
 }
 
+void sync(const QString &folder, const QString &sentence)
+{
+    if (const int error = syncFolder(folder); error != 0)
+        throw NotesLibraryError::ofSystem(error, sentence, folder);
+}
+
+/// Whether it was replaced; not, if there is another version.
+bool replaced(const QString &path, const FileReplacement &replacement)
+{
+    if (!replacement.kept.isEmpty()) {
+        qCWarning(lcSyncedFiles, "Fassung eines anderen Programms aufgehoben: %ls",
+                  qUtf16Printable(replacement.kept));
+    }
+    if (replacement.outcome == FileReplacement::Outcome::failed)
+        throw NotesLibraryError::ofSystem(replacement.error, notSaved(), path);
+    return replacement.outcome == FileReplacement::Outcome::replaced;
+}
+
 } // namespace
 
-void write(const QString &path, const QByteArray &content, qint64 modified)
+FileVersion read(const QString &path, qint64 limit)
 {
-    QSaveFile file(path);
-    errno = 0;
-    const bool isWritten = file.open(QIODevice::WriteOnly) && file.write(content) == content.size() &&
-                           file.flush() && ::futimens(file.handle(), fileTimes(modified).data()) == 0 &&
-                           ::fsync(file.handle()) == 0 && file.commit();
-    if (!isWritten) {
-        const int number = errno;
-        file.cancelWriting();
-        fail(u"Nicht geschrieben wurde die Datei"_s, path,
-             number != 0 ? systemReason(number) : file.errorString());
-    }
-    syncFolder(parentOf(path));
+    FileReading reading = readFile(path, limit);
+    if (!reading.version)
+        throw NotesLibraryError::ofSystem(reading.error, u"Die Notiz lässt sich nicht lesen."_s, path);
+    return *std::move(reading.version);
+}
+
+void make(const QString &path, const QByteArray &content, qint64 modified)
+{
+    if (!replaced(path, replaceFile(path, std::nullopt, content,
+                                    {.newFileMode = newFileMode, .modified = modified})))
+        throw NotesLibraryError::ofSystem(EEXIST, notSaved(), path);
+}
+
+bool replace(const QString &path, const FileVersion &known, const QByteArray &content, qint64 modified)
+{
+    return replaced(path,
+                    replaceFile(path, known, content, {.newFileMode = newFileMode, .modified = modified}));
 }
 
 QString move(const QString &source, const QString &folder)
 {
     constexpr int attempts = 10000;
+    const QString notMoved = u"Die Notiz lässt sich nicht verschieben."_s;
     const QFileInfo file(source);
-    for (int attempt = 1; attempt <= attempts; ++attempt) {
+    int error = EEXIST;
+    for (int attempt = 1; error == EEXIST && attempt <= attempts; ++attempt) {
         const QString suffix = attempt == 1 ? QString() : u'-' + QString::number(attempt);
-        QString target = folder + u'/' + file.completeBaseName() + suffix + u'.' + file.suffix();
-        const QByteArray from = QFile::encodeName(source);
-        const QByteArray to = QFile::encodeName(target);
-        int result = ::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE);
-        // Some network file systems can't promise not to replace.
-        if (result != 0 && errno == EINVAL && !QFileInfo::exists(target))
-            result = ::rename(from.constData(), to.constData());
-        if (result == 0) {
-            syncFolder(folder);
-            syncFolder(parentOf(source));
+        const QString target = folder + u'/' + file.completeBaseName() + suffix + u'.' + file.suffix();
+        error = moveFile(source, target);
+        if (error == 0) {
+            sync(folder, notMoved);
+            sync(parentOf(source), notMoved);
             return target;
         }
-        if (errno != EEXIST && errno != EINVAL)
-            break;
     }
-    fail(u"Nicht verschoben wurde die Datei"_s, source, systemReason(errno));
-}
-
-QByteArray read(const QString &path, qint64 limit)
-{
-    // Without waiting for the other end of what turns out to be a pipe.
-    const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    if (descriptor < 0)
-        fail(u"Nicht gelesen wurde die Datei"_s, path, systemReason(errno));
-    QFile file;
-    struct stat status
-    {
-    };
-    if (!file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
-        ::close(descriptor);
-        fail(u"Nicht gelesen wurde die Datei"_s, path, file.errorString());
-    }
-    if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))
-        fail(u"Nicht gelesen wurde die Datei"_s, path, u"keine gewöhnliche Datei"_s);
-    if (status.st_size > limit)
-        fail(u"Nicht gelesen wurde die Datei"_s, path, u"zu groß"_s);
-    QByteArray content = file.read(limit);
-    if (file.error() != QFileDevice::NoError)
-        fail(u"Nicht gelesen wurde die Datei"_s, path, file.errorString());
-    return content;
+    throw NotesLibraryError::ofSystem(error, notMoved, source);
 }
 
 void makeFolder(const QString &folder)
@@ -123,21 +102,28 @@ void makeFolder(const QString &folder)
         return;
     if (const QString parent = parentOf(path); parent != path)
         makeFolder(parent);
-    if (::mkdir(QFile::encodeName(path).constData(), S_IRWXU) != 0 && !QFileInfo(path).isDir())
-        fail(u"Nicht angelegt wurde der Ordner"_s, path, systemReason(errno == EEXIST ? ENOTDIR : errno));
-    syncFolder(parentOf(path));
+    const QString notMade = u"Der Ordner „%1“ lässt sich nicht anlegen."_s.arg(QFileInfo(path).fileName());
+    const int error = ::mkdir(QFile::encodeName(path).constData(), S_IRWXU) == 0 ? 0 : errno;
+    if (error != 0 && !QFileInfo(path).isDir())
+        throw NotesLibraryError::ofSystem(error == EEXIST ? ENOTDIR : error, notMade, path);
+    sync(parentOf(path), notMade);
 }
 
 void remove(const QString &path)
 {
+    const QString notRemoved = u"Die Notiz lässt sich nicht entfernen."_s;
     if (::unlink(QFile::encodeName(path).constData()) != 0 && errno != ENOENT)
-        fail(u"Nicht gelöscht wurde die Datei"_s, path, systemReason(errno));
-    syncFolder(parentOf(path));
+        throw NotesLibraryError::ofSystem(errno, notRemoved, path);
+    sync(parentOf(path), notRemoved);
 }
 
 bool setModified(const QString &path, qint64 modified)
 {
-    return ::utimensat(AT_FDCWD, QFile::encodeName(path).constData(), fileTimes(modified).data(), 0) == 0;
+    constexpr qint64 second = 1'000'000'000;
+    const std::array<timespec, 2> times{
+        timespec{.tv_sec = 0, .tv_nsec = UTIME_OMIT},
+        timespec{.tv_sec = static_cast<time_t>(modified / second), .tv_nsec = modified % second}};
+    return ::utimensat(AT_FDCWD, QFile::encodeName(path).constData(), times.data(), 0) == 0;
 }
 
 } // namespace randblatt::syncedfiles

@@ -1,21 +1,28 @@
 #pragma once
 
+#include "platform/files/FileVersion.h"
+
 #include <QByteArray>
 #include <QString>
 
-/// File operations whose results are on the disk when they return. They throw NotesLibraryError.
+/// Operations on the files of notes whose results are on the disk when they return. They throw
+/// NotesLibraryError.
 namespace randblatt::syncedfiles {
 
-/// Replaces the file at `path` by one with this content, changed at `modified` in nanoseconds since 1970, or
-/// makes it. Whatever happens, the file is there with its old or its new content.
-void write(const QString &path, const QByteArray &content, qint64 modified);
+/// The note's file. Files of more than `limit` bytes, and what is no regular file, are refused.
+[[nodiscard]] FileVersion read(const QString &path, qint64 limit);
+
+/// Makes the file `path`, changed at `modified` in nanoseconds since 1970. There must be none.
+void make(const QString &path, const QByteArray &content, qint64 modified);
+
+/// Puts `content` in the place of the version `known`, changed at `modified`. False if that is no longer the
+/// version that is there, or another program is just writing one; then nothing happened.
+[[nodiscard]] bool replace(const QString &path, const FileVersion &known, const QByteArray &content,
+                           qint64 modified);
 
 /// Moves `source` into `folder` under its own name, or under a similar one if that is taken; never replaces a
 /// file. Gives the new path.
 QString move(const QString &source, const QString &folder);
-
-/// The whole file. Files of more than `limit` bytes, and what is no regular file, are refused.
-[[nodiscard]] QByteArray read(const QString &path, qint64 limit);
 
 /// Makes `folder` and the folders above it, readable for the user alone, where they are missing.
 void makeFolder(const QString &folder);

@@ -82,7 +82,7 @@ void LayerShellPanelWindow::orderFront()
 void LayerShellPanelWindow::orderOut()
 {
     m_blur.attach(nullptr);
-    m_surface.setTakesKeyboard(false);
+    resignKey();
     m_surface.hide();
     m_desktop.placePanel(*m_window, m_screenID, {}, {});
 }
@@ -92,6 +92,11 @@ void LayerShellPanelWindow::makeKey()
     m_wasVisited = false;
     m_surface.setTakesKeyboard(true);
     followPointer();
+}
+
+void LayerShellPanelWindow::resignKey()
+{
+    m_surface.setTakesKeyboard(false);
 }
 
 void LayerShellPanelWindow::setBlurRegion(const QRegion &region)

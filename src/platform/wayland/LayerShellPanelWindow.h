@@ -38,6 +38,7 @@ public:
     void orderFront() override;
     void orderOut() override;
     void makeKey() override;
+    void resignKey() override;
     void setBlurRegion(const QRegion &region) override;
 
 private:

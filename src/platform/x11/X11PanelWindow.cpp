@@ -76,8 +76,7 @@ void X11PanelWindow::orderOut()
     if (!m_window->isVisible())
         return;
     // Before the window goes, so that the window manager does not choose somebody else in between.
-    if (m_keyboard.owner() == id() && m_keyboard.canTake(m_formerKeyWindow))
-        m_keyboard.give(m_formerKeyWindow);
+    resignKey();
     m_formerKeyWindow = XCB_NONE;
     m_window->hide();
 }
@@ -86,6 +85,12 @@ void X11PanelWindow::makeKey()
 {
     rememberKeyWindow();
     m_keyboard.give(id());
+}
+
+void X11PanelWindow::resignKey()
+{
+    if (m_keyboard.owner() == id() && m_keyboard.canTake(m_formerKeyWindow))
+        m_keyboard.give(m_formerKeyWindow);
 }
 
 void X11PanelWindow::setBlurRegion(const QRegion &region)

@@ -31,6 +31,7 @@ public:
     void orderFront() override;
     void orderOut() override;
     void makeKey() override;
+    void resignKey() override;
     void setBlurRegion(const QRegion &region) override;
 
 private:

@@ -1,5 +1,5 @@
 #include "modules/notes/NoteScripts.h"
-#include "modules/notes/NoteText.h"
+#include "platform/html/HtmlText.h"
 #include "support/TestEnvironment.h"
 
 #include <QGuiApplication>
@@ -104,34 +104,6 @@ private Q_SLOTS:
         QFETCH(QString, result);
         QFETCH(QList<NoteSummary>, notes);
         QCOMPARE(notescripts::notes(result), notes);
-    }
-
-    void readsHtml_data()
-    {
-        QTest::addColumn<QString>("html");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("blocks") << u"<div><b>T</b></div><p>a &uuml; &amp; b</p>\n<p>c</p>"_s
-                                << u"T\na ü & b\nc"_s;
-        QTest::newRow("line breaks") << u"<p>a<br/>b</p>"_s << u"a\nb"_s;
-        QTest::newRow("empty line") << u"<div>a</div><div><br></div><div>b<br></div>"_s << u"a\n\nb"_s;
-        QTest::newRow("list") << u"<ul><li>x</li><li>y</li></ul>"_s << u"x\ny"_s;
-        QTest::newRow("blanks of the source") << u"<p>a\n    b   c</p>"_s << u"a b c"_s;
-        QTest::newRow("scripts and styles") << u"<style>p{}</style><p>a<script>x()</script></p>"_s << u"a"_s;
-        QTest::newRow("document")
-            << u"<!DOCTYPE html><html><head><title>t</title></head><body>😀</body></html>"_s << u"😀"_s;
-        QTest::newRow("a page that wants to be read")
-            << u"<link rel=\"stylesheet\" href=\"file:///dev/zero\"><p>a</p>"_s << u"a"_s;
-        QTest::newRow("broken Unicode")
-            << u"<p>a&amp;b"_s + QChar(0xd800) + u"</p>"_s << u"a&amp;b"_s + QChar(0xd800);
-        QTest::newRow("absurd nesting")
-            << u"<table><tr><td>"_s.repeated(20000) + u"a&amp;b"_s << u"a&amp;b"_s;
-    }
-
-    void readsHtml()
-    {
-        QFETCH(QString, html);
-        QFETCH(QString, text);
-        QCOMPARE(htmlToPlainText(html), text);
     }
 
     /// Saving what was opened must change nothing, so a text must come back as it was typed.

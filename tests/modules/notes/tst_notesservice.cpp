@@ -15,7 +15,11 @@
 #include <QTest>
 #include <QThread>
 
+#include <functional>
 #include <memory>
+#include <new>
+#include <stdexcept>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using namespace randblatt;
@@ -31,6 +35,8 @@ public:
         const int overlapping = m_running.fetchAndAddOrdered(1);
         m_gate.acquire();
         m_running.fetchAndAddOrdered(-1);
+        if (const auto fault = std::exchange(m_fault, nullptr))
+            fault();
         const QMutexLocker locker(&m_mutex);
         m_overlapped = m_overlapped || overlapping > 0;
         m_threadName = QThread::currentThread()->objectName();
@@ -43,6 +49,8 @@ public:
     {
         add({.text = {}, .failure = ScriptFailure{message, -1}});
     }
+    /// Makes the next script end in a way that it may not. To be called while none runs.
+    void failBy(std::function<void()> fault) { m_fault = std::move(fault); }
     void giveNothing() { add({}); }
     /// Lets scripts run that wait, or will.
     void allow(int scripts = 1000) { m_gate.release(scripts); }
@@ -69,6 +77,7 @@ private:
     mutable QMutex m_mutex;
     QSemaphore m_gate;
     QAtomicInt m_running;
+    std::function<void()> m_fault;
     QList<ScriptOutcome> m_answers;
     QStringList m_sources;
     QString m_threadName;
@@ -149,6 +158,41 @@ private Q_SLOTS:
         QTRY_COMPARE(m_service->statusMessage(), u"Unbekannter AppleScript-Fehler"_s);
     }
 
+    void survivesExceptions_data()
+    {
+        QTest::addColumn<std::function<void()>>("fault");
+        QTest::addColumn<QString>("message");
+        using Fault = std::function<void()>;
+        QTest::newRow("memory") << Fault([] { throw std::bad_alloc(); }) << u"Zu wenig Arbeitsspeicher."_s;
+        QTest::newRow("any") << Fault([] { throw std::runtime_error("kaputt"); })
+                             << u"Unerwarteter Fehler: kaputt"_s;
+        QTest::newRow("other") << Fault([] { throw 7; }) << u"Unerwarteter Fehler."_s;
+    }
+
+    void survivesExceptions()
+    {
+        QFETCH(const std::function<void()>, fault);
+        QFETCH(const QString, message);
+        m_runner->allow();
+        m_runner->failBy(fault);
+        m_service->loadNotes(80);
+        QTRY_COMPARE(m_service->statusMessage(), message);
+        QTRY_VERIFY(!m_service->isLoading());
+        m_runner->failBy(fault);
+        std::optional<bool> success;
+        m_service->saveBody(u"1"_s, u"T"_s, u"b"_s, [&](bool saved) { success = saved; });
+        QTRY_COMPARE(success, std::optional(false));
+        QCOMPARE(m_service->statusMessage(), u"Konnte Notiz nicht speichern: "_s + message);
+        // Nobody needs to want to know.
+        for (int i = 0; i < 3; ++i)
+            m_runner->fail(u"nein"_s);
+        m_service->saveBody(u"1"_s, u"T"_s, u"b"_s, NotesService::WriteCompletion());
+        m_service->loadBody(u"1"_s, NotesService::TextCompletion());
+        m_service->run(u"x"_s, {});
+        loadNotes(u"1<§>A<¶>"_s);
+        QCOMPARE(namesOf(m_service->notes()), QStringList{u"A"_s});
+    }
+
     void listsFolders()
     {
         m_runner->allow();
@@ -171,12 +215,12 @@ private Q_SLOTS:
             QCOMPARE(QThread::currentThread(), qApp->thread());
             bodies.append(text);
         };
-        m_runner->answer(u"<p>a &amp; b</p><p>c</p>"_s);
+        m_runner->answer(u"<div>a &amp; b</div><p>c</p>"_s);
         m_runner->giveNothing();
         m_runner->fail(u"weg"_s);
         for (int i = 0; i < 3; ++i)
             m_service->loadBody(u"x"_s, keep);
-        QTRY_COMPARE(bodies, (QStringList{u"a & b\nc"_s, QString(), u"(Konnte Notiz nicht laden: weg)"_s}));
+        QTRY_COMPARE(bodies, (QStringList{u"a & b\n\nc"_s, QString(), u"(Konnte Notiz nicht laden: weg)"_s}));
     }
 
     void reloadsAfterChanges_data()

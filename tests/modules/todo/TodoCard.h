@@ -56,7 +56,7 @@ struct TodoCard
     FakeLoginItem loginItem;
     AppSettings settings{preferences, loginItem};
     TodoModule module{settings, preferences};
-    TodoStore *store = module.makeView().properties.value(QStringLiteral("store")).value<TodoStore *>();
+    TodoStore *store = &module.store();
     std::unique_ptr<ViewTest> view;
 
     explicit TodoCard(const QList<Task> &tasks, TodoViewMode mode = TodoViewMode::list,
@@ -65,6 +65,13 @@ struct TodoCard
         settings.setTodoViewMode(mode);
         for (const Task &task : tasks)
             store->add(task.title, task.status);
+        show(size, textScale);
+    }
+
+    /// Makes the view, or makes it anew, as the panel does.
+    void show(const QSize &size, double textScale = 1.0)
+    {
+        view.reset();
         const ViewDescription content = module.makeView();
         const ViewDescription menu = module.makeQuickMenu();
         view = std::make_unique<ViewTest>(cardSource(),
@@ -92,6 +99,20 @@ struct TodoCard
         for (const QQuickItem *item : seen(name))
             texts.append(item->property(item->property("title").isValid() ? "title" : "text").toString());
         return texts;
+    }
+    [[nodiscard]] bool isInSight(const QQuickItem *item) const
+    {
+        const QQuickItem *list = view->find(QStringLiteral("todoList"));
+        return list->mapRectToScene(list->boundingRect()).contains(ViewTest::centre(item));
+    }
+    /// Opens the title of a row for editing, by keyboard.
+    void edit(int row)
+    {
+        view->click(seen(QStringLiteral("rowTitle")).first());
+        view->press(Qt::Key_Home);
+        for (int step = 0; step < row; ++step)
+            view->press(Qt::Key_Down);
+        view->press(Qt::Key_F2);
     }
     [[nodiscard]] QString focused() const
     {

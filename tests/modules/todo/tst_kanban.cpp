@@ -176,6 +176,44 @@ private Q_SLOTS:
         QTRY_COMPARE(board.column(), u"Offen"_s);
     }
 
+    void doesOneThingPerKey()
+    {
+        const QList<TodoCard::Task> tasks{{u"a"_s}, {u"b"_s, TodoStatus::doing}, {u"c"_s, TodoStatus::doing}};
+        Board board(tasks);
+        board.view->click(board.view->find(u"addField"_s));
+        board.view->press(Qt::Key_PageDown, Qt::ControlModifier);
+        QTRY_COMPARE(board.column(), u"In Arbeit"_s);
+        board.view->click(board.seen(u"kanbanCard"_s).first());
+        // The menu that the key opens has no use for the rest of it.
+        board.view->hold(Qt::Key_Return);
+        QTRY_VERIFY(board.menuIsOpen());
+        QCOMPARE(board.titles(TodoStatus::doing), QStringList({u"b"_s, u"c"_s}));
+        board.view->press(Qt::Key_Down);
+        board.view->press(Qt::Key_Down);
+        board.view->hold(Qt::Key_Return);
+        QTRY_VERIFY(!board.menuIsOpen());
+        QCOMPARE(board.titles(TodoStatus::doing), QStringList(u"c"_s));
+        QCOMPARE(board.titles(TodoStatus::done), QStringList(u"b"_s));
+        QTRY_COMPARE(board.focused(), u"kanbanCard"_s);
+        board.store->add(u"d"_s, TodoStatus::doing);
+        board.view->hold(Qt::Key_Delete);
+        QCOMPARE(board.titles(TodoStatus::doing), QStringList(u"d"_s));
+    }
+
+    void turnsToWhatIsBack()
+    {
+        Board board({{u"a"_s}, {u"b"_s}});
+        board.view->click(board.seen(u"kanbanCard"_s).last());
+        board.view->press(Qt::Key_Delete);
+        board.view->press(Qt::Key_PageDown, Qt::ControlModifier);
+        QTRY_COMPARE(board.column(), u"In Arbeit"_s);
+        board.module.undoHistory()->undo();
+        QTRY_COMPARE(board.column(), u"Offen"_s);
+        QCOMPARE(board.texts(u"kanbanCard"_s), QStringList({u"a"_s, u"b"_s}));
+        QTRY_COMPARE(board.focused(), u"kanbanCard"_s);
+        QCOMPARE(board.view->window().activeFocusItem()->property("title"), u"b"_s);
+    }
+
     void keepsTheMenuInTheWindow()
     {
         Board board(QList<TodoCard::Task>(30, {QString(200, u'W')}), {272, 400});

@@ -142,6 +142,169 @@ private Q_SLOTS:
         QCOMPARE(current(), u"a"_s);
     }
 
+    void doesOneThingPerPress_data()
+    {
+        QTest::addColumn<QString>("where");
+        QTest::addColumn<int>("key");
+        QTest::addColumn<QStringList>("open");
+        QTest::addColumn<QStringList>("done");
+        const QStringList rest{u"b"_s, u"c"_s};
+        QTest::newRow("Delete held") << u"todoRow"_s << int(Qt::Key_Delete) << rest << QStringList();
+        QTest::newRow("Space held") << u"todoRow"_s << int(Qt::Key_Space) << rest << QStringList(u"a"_s);
+        QTest::newRow("Space held on the check mark")
+            << u"statusButton"_s << int(Qt::Key_Space) << rest << QStringList(u"a"_s);
+        QTest::newRow("Return held on the bin")
+            << u"deleteButton"_s << int(Qt::Key_Return) << rest << QStringList();
+        QTest::newRow("double click on the bin") << u"deleteButton"_s << 0 << rest << QStringList();
+        QTest::newRow("double click on the check mark")
+            << u"statusButton"_s << 0 << rest << QStringList(u"a"_s);
+    }
+
+    void doesOneThingPerPress()
+    {
+        QFETCH(QString, where);
+        QFETCH(int, key);
+        QFETCH(QStringList, open);
+        QFETCH(QStringList, done);
+        TodoCard card({{u"a"_s}, {u"b"_s}, {u"c"_s}});
+        QQuickItem *item = card.seen(where).first();
+        const auto hover = [&] {
+            card.view->moveTo(card.view->find(u"addField"_s));
+            card.view->moveTo(card.seen(where).first());
+        };
+        hover();
+        QTRY_VERIFY(item->isEnabled());
+        const QPoint place = card.view->centre(item);
+        if (key != 0) {
+            item->forceActiveFocus(Qt::TabFocusReason);
+            card.view->hold(Qt::Key(key));
+        } else {
+            card.view->clickAt(place, 1000);
+            // A person sees the rows where they have moved to before the second click.
+            QTRY_COMPARE(card.texts(u"rowTitle"_s), open + done);
+            QTRY_VERIFY(card.seen(u"todoRow"_s)
+                            .first()
+                            ->contains(card.seen(u"todoRow"_s).first()->mapFromScene(place)));
+            hover();
+            QTRY_VERIFY(card.seen(where).first()->isEnabled());
+            card.view->clickAt(place, 1200);
+        }
+        QCOMPARE(card.titles(TodoStatus::backlog), open);
+        QCOMPARE(card.titles(TodoStatus::done), done);
+    }
+
+    void addsOneTaskForAHeldReturn()
+    {
+        TodoCard card({});
+        card.view->click(card.view->find(u"addField"_s));
+        card.view->type(u"a"_s);
+        card.view->hold(Qt::Key_Return, 5, u"\r"_s);
+        QCOMPARE(card.titles(TodoStatus::backlog), QStringList(u"a"_s));
+        // The way back leads to what was done last, not to the submitted text.
+        QVERIFY(!card.view->find(u"addField"_s)->property("canUndo").toBool());
+    }
+
+    void goesOnWithItsDraftsInANewView_data()
+    {
+        QTest::addColumn<int>("row");
+        QTest::newRow("in sight") << 1;
+        QTest::newRow("far below") << 35;
+    }
+
+    void goesOnWithItsDraftsInANewView()
+    {
+        QFETCH(int, row);
+        TodoCard card(QList<TodoCard::Task>(40, {u"alt"_s}));
+        const QUuid id = card.store->items().at(row).id;
+        card.view->click(card.view->find(u"addField"_s));
+        card.view->type(u"halb"_s);
+        card.edit(row);
+        card.view->type(u"neu"_s);
+        card.show({300, 200});
+        QCOMPARE(card.view->find(u"addField"_s)->property("text"), u"halb"_s);
+        QTRY_COMPARE(card.seen(u"rowEditor"_s).size(), 1);
+        QQuickItem *editor = card.seen(u"rowEditor"_s).first();
+        QCOMPARE(editor->property("text"), u"neu"_s);
+        QVERIFY(card.isInSight(editor));
+        // What is typed while nothing has the keyboard goes on there.
+        const auto *content = card.view->find(u"content"_s)->property("item").value<QQuickItem *>();
+        QCOMPARE(content->property("typingTarget").value<QQuickItem *>(), editor);
+        editor->forceActiveFocus();
+        card.view->type(u"!"_s);
+        card.view->press(Qt::Key_Return);
+        QCOMPARE(card.store->find(id)->title, u"neu!"_s);
+
+        card.settings.setTodoViewMode(TodoViewMode::kanban);
+        QTRY_VERIFY(!card.seen(u"kanbanCard"_s).isEmpty());
+        QCOMPARE(card.view->find(u"addField"_s)->property("text"), u"halb"_s);
+    }
+
+    void keepsEditingARowOutOfSight()
+    {
+        TodoCard card(QList<TodoCard::Task>(200, {u"alt"_s}));
+        card.edit(1);
+        card.view->type(u"neu"_s);
+        QQuickItem *list = card.view->find(u"todoList"_s);
+        QMetaObject::invokeMethod(list, "positionViewAtEnd");
+        QTRY_VERIFY(!card.isInSight(card.seen(u"todoRow"_s).first()));
+        QCOMPARE(card.store->items().at(1).title, u"alt"_s);
+        // Whatever the view does with the row, typing goes on in it, and is seen.
+        card.view->type(u"er"_s);
+        QTRY_VERIFY(!card.seen(u"rowEditor"_s).isEmpty() &&
+                    card.isInSight(card.seen(u"rowEditor"_s).first()));
+        card.view->press(Qt::Key_Return);
+        QCOMPARE(card.store->items().at(1).title, u"neuer"_s);
+    }
+
+    void staysOpenWhereTheWindowIsLeft()
+    {
+        TodoCard card({{u"alt"_s}, {u"b"_s}});
+        card.edit(0);
+        card.view->type(u"neu"_s);
+        QQuickView other;
+        other.show();
+        other.requestActivate();
+        QVERIFY(QTest::qWaitForWindowActive(&other));
+        QCoreApplication::processEvents();
+        QCOMPARE(card.store->items().first().title, u"alt"_s);
+        card.view->window().requestActivate();
+        QVERIFY(QTest::qWaitForWindowActive(&card.view->window()));
+        QTRY_COMPARE(card.focused(), u"rowEditor"_s);
+        card.view->type(u"er"_s);
+        // Another row is opened: this one is done with.
+        card.view->doubleClick(card.seen(u"rowTitle"_s).last());
+        QTRY_COMPARE(card.seen(u"rowEditor"_s).size(), 1);
+        QCOMPARE(card.store->items().first().title, u"neuer"_s);
+        QTRY_COMPARE(card.seen(u"rowEditor"_s).first()->property("text"), u"b"_s);
+    }
+
+    void showsWhatIsBack()
+    {
+        TodoCard card(QList<TodoCard::Task>(60, {u"alt"_s}));
+        card.view->click(card.seen(u"rowTitle"_s).first());
+        const QUuid id = card.store->items().first().id;
+        card.view->press(Qt::Key_Delete);
+        card.view->press(Qt::Key_End);
+        card.module.undoHistory()->undo();
+        const auto current = [&] {
+            const QQuickItem *row = card.view->window().activeFocusItem();
+            return row == nullptr ? QUuid() : row->property("taskId").toUuid();
+        };
+        QTRY_COMPARE(current(), id);
+        QVERIFY(card.isInSight(card.view->window().activeFocusItem()));
+
+        card.view->press(Qt::Key_F2);
+        card.view->type(u"neu"_s);
+        card.view->press(Qt::Key_Escape);
+        QTRY_VERIFY(card.seen(u"rowEditor"_s).isEmpty());
+        card.view->press(Qt::Key_End);
+        card.module.undoHistory()->undo();
+        QTRY_COMPARE(card.focused(), u"rowEditor"_s);
+        QVERIFY(card.isInSight(card.view->window().activeFocusItem()));
+        card.view->type(u"er"_s);
+        QCOMPARE(card.seen(u"rowEditor"_s).first()->property("text"), u"neuer"_s);
+    }
+
     void deletesTheRowUnderThePointer()
     {
         TodoCard card({{u"a"_s}, {u"b"_s}, {u"c"_s}});

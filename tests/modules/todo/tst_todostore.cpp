@@ -3,10 +3,14 @@
 #include "support/TestEnvironment.h"
 
 #include <QCoreApplication>
+#include <QRegularExpression>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <limits>
+
+#include <sqlite3.h>
 
 using namespace Qt::StringLiterals;
 using namespace randblatt;
@@ -28,6 +32,13 @@ QByteArray task(const char *id, const char *title, const char *status, qint64 or
                 "','createdAt':1,'order':" + QByteArray::number(order) + '}');
 }
 
+const auto keptKey = u"todoItems.v1.unlesbar-2025-11-06T094937"_s;
+
+double testClock()
+{
+    return 784111777.5;
+}
+
 struct Fixture
 {
     Preferences preferences{Preferences::inMemory()};
@@ -37,7 +48,7 @@ struct Fixture
     {
         if (!json.isNull())
             preferences.setValue(TodoStore::key(), json);
-        store = std::make_unique<TodoStore>(preferences, [] { return 784111777.5; });
+        store = std::make_unique<TodoStore>(preferences, testClock);
     }
 
     [[nodiscard]] QByteArray stored() const
@@ -104,9 +115,10 @@ private Q_SLOTS:
         QCOMPARE(TodoStore(f.preferences).items(), expected);
     }
 
-    void leavesUndecodableDataUntilTheNextSave_data()
+    void keepsUndecodableDataBeforeTheNextSave_data()
     {
         QTest::addColumn<QByteArray>("stored");
+        QTest::newRow("none") << QByteArray();
         const QByteArray good = task(firstId, "gut", "backlog", 1);
         const auto altered = [&](const char *from, const char *to) -> QByteArray {
             return '[' + good + ',' + QByteArray(good).replace(json(from), json(to)) + ']';
@@ -126,14 +138,55 @@ private Q_SLOTS:
         QTest::newRow("id too short") << altered(firstId, "6B29FC40");
     }
 
-    void leavesUndecodableDataUntilTheNextSave()
+    void keepsUndecodableDataBeforeTheNextSave()
     {
         QFETCH(QByteArray, stored);
         Fixture f(stored);
+        const auto kept = [&](const QString &copy = {}) {
+            return f.preferences.get<QByteArray>(keptKey + copy);
+        };
         QVERIFY(f.store->items().isEmpty());
-        QCOMPARE(f.stored(), stored);
+        QCOMPARE(f.stored(), stored.isNull() ? "nichts" : stored);
+        QVERIFY(!kept());
+        if (!stored.isNull())
+            QTest::ignoreMessage(QtWarningMsg,
+                                 QRegularExpression(u"Aufgaben unlesbar.*„"_s + keptKey + u"“"_s));
         f.store->add(u"neu"_s);
-        QCOMPARE(TodoStore(f.preferences).items().size(), 1);
+        f.store->add(u"noch eine"_s);
+        QCOMPARE(TodoStore(f.preferences).items().size(), 2);
+        QCOMPARE(kept().has_value(), !stored.isNull());
+        QCOMPARE(kept().value_or(QByteArray()), stored);
+        QVERIFY(!kept(u"-2"_s));
+
+        // What is kept already stays, also within one second.
+        f.preferences.setValue(TodoStore::key(), u"ein Text"_s);
+        f.store = std::make_unique<TodoStore>(f.preferences, testClock);
+        f.store->removeDone();
+        QCOMPARE(kept().value_or(QByteArray()), stored);
+        QCOMPARE(f.preferences.get<QString>(keptKey + (stored.isNull() ? u""_s : u"-2"_s)), u"ein Text"_s);
+        QCOMPARE(f.stored(), "[]");
+    }
+
+    void overwritesNothingThatItCannotKeep()
+    {
+        QTemporaryDir folder;
+        const QString path = folder.filePath(u"preferences.sqlite"_s);
+        Preferences(path).setValue(TodoStore::key(), QByteArray("unlesbar"));
+        {
+            // Another program holds the file, until the store is about to end.
+            Preferences preferences(path);
+            TodoStore store(preferences, testClock);
+            sqlite3 *other = nullptr;
+            QCOMPARE(sqlite3_open(path.toUtf8(), &other), SQLITE_OK);
+            QCOMPARE(sqlite3_exec(other, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
+            store.add(u"neu"_s);
+            QCOMPARE(sqlite3_exec(other, "COMMIT", nullptr, nullptr, nullptr), SQLITE_OK);
+            sqlite3_close(other);
+            QCOMPARE(Preferences(path).get<QByteArray>(TodoStore::key()), QByteArray("unlesbar"));
+        }
+        const Preferences preferences(path);
+        QCOMPARE(preferences.get<QByteArray>(keptKey), QByteArray("unlesbar"));
+        QVERIFY(preferences.get<QByteArray>(TodoStore::key())->contains("neu"));
     }
 
     void ordersByCreationInEveryStatus()

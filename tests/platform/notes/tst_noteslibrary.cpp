@@ -1,6 +1,8 @@
 #include "platform/notes/NotesLibrary.h"
 #include "platform/notes/NotesLibraryError.h"
+#include "support/ResourceLimit.h"
 #include "support/TestEnvironment.h"
+#include "support/Unprivileged.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -8,37 +10,12 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <csignal>
 #include <memory>
 
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 using namespace randblatt;
-
-namespace {
-
-/// Lets no file grow beyond a size, for as long as it lives.
-class FileSizeLimit
-{
-public:
-    explicit FileSizeLimit(rlim_t size)
-    {
-        std::signal(SIGXFSZ, SIG_IGN);
-        ::getrlimit(RLIMIT_FSIZE, &m_before);
-        const rlimit limit{.rlim_cur = size, .rlim_max = m_before.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() { ::setrlimit(RLIMIT_FSIZE, &m_before); }
-    FileSizeLimit(const FileSizeLimit &) = delete;
-    FileSizeLimit &operator=(const FileSizeLimit &) = delete;
-
-private:
-    rlimit m_before{};
-};
-
-} // namespace
 
 class NotesLibraryTest : public QObject
 {
@@ -217,6 +194,188 @@ private Q_SLOTS:
         QCOMPARE(m_library->notes().size(), 2U);
     }
 
+    void leavesOtherProgramsMarkupAlone_data()
+    {
+        QTest::addColumn<QByteArray>("body");
+        QTest::addColumn<QString>("same");
+        QTest::addColumn<bool>("isKept");
+        QTest::newRow("markup") << QByteArray("<h1>Plan</h1><ul><li><a href='x'>a &lt; b</a></ul>")
+                                << u"Plan<br>a &lt; b"_s << true;
+        QTest::newRow("pictures") << QByteArray("Meer<img src='meer.png'>") << u"Meer"_s << true;
+        QTest::newRow("plain text") << QByteArray("a &lt; b<br>c") << u"a &lt; b<br>c"_s << false;
+    }
+
+    void leavesOtherProgramsMarkupAlone()
+    {
+        QFETCH(const QByteArray, body);
+        QFETCH(const QString, same);
+        QFETCH(const bool, isKept);
+        const QByteArray file =
+            "<!DOCTYPE html>\n<html>\n<head>\n<meta charset=\"utf-8\">\n<title>T</title>\n"
+            "</head>\n<body>\n" +
+            body + "\n</body>\n</html>\n";
+        put(u"Notizen/x.html"_s, file, m_now.addDays(-3));
+        m_library->refresh();
+        QVERIFY(m_library->body(u"x"_s).startsWith(QString::fromUtf8(body)));
+        m_library->setBody(u"x"_s, u"<div><b>T</b></div>"_s + same);
+        QCOMPARE(get(u"Notizen/x.html"_s), file);
+        // A new name alone changes nothing else.
+        m_library->setBody(u"x"_s, u"<div><b>U</b></div>"_s + same);
+        QCOMPARE(get(u"Notizen/x.html"_s), QByteArray(file).replace("<title>T", "<title>U"));
+        m_library->setBody(u"x"_s, u"<div><b>U</b></div>"_s + same + u"!"_s);
+        QCOMPARE(m_library->body(u"x"_s), same + u"!"_s);
+        const QDir deleted(path(u"Zuletzt gelöscht"_s));
+        const QStringList kept = deleted.entryList(QDir::Files);
+        QCOMPARE(kept.size(), isKept ? 1 : 0);
+        if (isKept)
+            QCOMPARE(get(u"Zuletzt gelöscht/"_s + kept.first()),
+                     QByteArray(file).replace("<title>T", "<title>U"));
+        m_library->setBody(u"x"_s, u"noch einmal"_s);
+        QCOMPARE(deleted.entryList(QDir::Files), kept);
+    }
+
+    void savesNothingThatWasNotChanged()
+    {
+        // Between reading and saving a text another program wrote, and the user did not.
+        put(u"Notizen/x.html"_s, "<title>T</title><p>alt</p>", m_now.addSecs(-9));
+        m_library->refresh();
+        (void)m_library->body(u"x"_s);
+        put(u"Notizen/x.html"_s, "<title>T</title><p>neu</p>", m_now.addSecs(-5));
+        m_library->refresh();
+        m_library->setBody(u"x"_s, u"<div><b>T</b></div>alt"_s);
+        QCOMPARE(get(u"Notizen/x.html"_s), QByteArray("<title>T</title><p>neu</p>"));
+        m_library->setBody(u"x"_s, u"<div><b>T</b></div>alt!"_s);
+        QCOMPARE(names(), (QStringList{u"T"_s, u"T (ältere Fassung)"_s}));
+    }
+
+    void bringsDeletedNotesBack()
+    {
+        m_library->createFolder(u"Reise"_s);
+        const QString id = m_library->createNote(u"Reise"_s, u"Weg"_s, u"x"_s);
+        const auto modified = m_library->modified(id);
+        m_now = m_now.addSecs(100);
+        m_library->deleteNote(id);
+        QVERIFY(m_library->isDeleted(id));
+        QVERIFY(messageOf([&] { m_library->moveNote(id, u"Nirgends"_s); }).contains(u"Nirgends"));
+        QCOMPARE(m_library->moveNote(id, u"Reise"_s), id);
+        QVERIFY(!m_library->isDeleted(id));
+        QCOMPARE(m_library->folderOf(id), u"Reise"_s);
+        QCOMPARE(m_library->body(id), u"x"_s);
+        QCOMPARE(m_library->modified(id), modified);
+        QCOMPARE(QDir(path(u"Zuletzt gelöscht"_s)).entryList(QDir::Files).size(), 0);
+        // After a restart, and where another note has come to have the name
+        m_library->deleteNote(id);
+        put(u"Notizen/"_s + id + u".html"_s, "anders");
+        NotesLibrary other(path(QString()));
+        other.refresh();
+        QCOMPARE(other.moveNote(id, u"Reise"_s), id);
+        QCOMPARE(other.folderOf(id), u"Reise"_s);
+        QVERIFY(!messageOf([&] { other.moveNote(u"nie"_s, u"Reise"_s); }).isEmpty());
+    }
+
+    void saysWhatCannotBeRead_data()
+    {
+        QTest::addColumn<QString>("closed");
+        QTest::addColumn<int>("mode");
+        QTest::addColumn<QString>("all");
+        QTest::addColumn<QString>("folder");
+        const QString root = u"Keine Berechtigung: Der Notizordner lässt sich nicht lesen."_s;
+        const QString folder = u"Keine Berechtigung: Der Ordner „Notizen“ lässt sich nicht lesen."_s;
+        QTest::newRow("the library") << QString() << 0 << root << root;
+        QTest::newRow("a folder") << u"/Notizen"_s << 0 << folder << folder;
+        QTest::newRow("a folder whose names can be seen") << u"/Notizen"_s << 0400 << folder << folder;
+    }
+
+    void saysWhatCannotBeRead()
+    {
+        QFETCH(const QString, closed);
+        QFETCH(const int, mode);
+        QFETCH(const QString, all);
+        QFETCH(const QString, folder);
+        const Unprivileged user(m_folder->path());
+        const QString root = m_folder->filePath(u"eigene"_s);
+        NotesLibrary library(root);
+        library.refresh();
+        const QString id = library.createNote(u"Notizen"_s, u"T"_s, u"x"_s);
+        const QByteArray place = QFile::encodeName(root + closed);
+        const auto reopen = qScopeGuard([&] { ::chmod(place.constData(), 0700); });
+        QCOMPARE(::chmod(place.constData(), static_cast<mode_t>(mode)), 0);
+
+        NotesLibrary fresh(root);
+        fresh.refresh();
+        QCOMPARE(messageOf([&] { (void)fresh.notes(); }), all);
+        QCOMPARE(messageOf([&] { (void)fresh.notes(u"Notizen"_s); }), folder);
+        QVERIFY(messageOf([&] { (void)fresh.body(id); }).startsWith(u"Keine Berechtigung: "));
+        QVERIFY(messageOf([&] {
+                    (void)fresh.createNote(u"Notizen"_s, u"N"_s, u"n"_s);
+                }).startsWith(u"Keine Berechtigung: "));
+        // What is known stays known.
+        library.refresh();
+        if (!closed.isEmpty())
+            QCOMPARE(library.notes(), std::vector<QString>{id});
+        QVERIFY(messageOf([&] { library.setBody(id, u"y"_s); }).startsWith(u"Keine Berechtigung: "));
+
+        QCOMPARE(::chmod(place.constData(), 0700), 0);
+        for (NotesLibrary *each : {&library, &fresh}) {
+            each->refresh();
+            QCOMPARE(each->notes(), std::vector<QString>{id});
+            QCOMPARE(each->body(id), u"x"_s);
+        }
+    }
+
+    void keepsNotesThatCannotBeWritten()
+    {
+        const Unprivileged user(m_folder->path());
+        NotesLibrary library(m_folder->filePath(u"eigene"_s));
+        library.refresh();
+        const QString id = library.createNote(u"Notizen"_s, u"T"_s, u"alt"_s);
+        const QString folder = m_folder->filePath(u"eigene/Notizen"_s);
+        const QString file = folder + u'/' + id + u".html"_s;
+        const QString notSaved = u"Keine Berechtigung: Die Notiz lässt sich nicht speichern."_s;
+        QCOMPARE(::chmod(QFile::encodeName(file).constData(), 0444), 0);
+        QCOMPARE(messageOf([&] { library.setBody(id, u"neu"_s); }), notSaved);
+        QCOMPARE(::chmod(QFile::encodeName(file).constData(), 0644), 0);
+        QCOMPARE(::chmod(QFile::encodeName(folder).constData(), 0555), 0);
+        QCOMPARE(messageOf([&] { library.setBody(id, u"neu"_s); }), notSaved);
+        QVERIFY(messageOf([&] { library.deleteNote(id); }).startsWith(u"Keine Berechtigung: "));
+        QCOMPARE(library.body(id), u"alt"_s);
+        QCOMPARE(::chmod(QFile::encodeName(folder).constData(), 0755), 0);
+        QFile writer(file);
+        QVERIFY(writer.open(QIODevice::ReadWrite));
+        QCOMPARE(messageOf([&] { library.setBody(id, u"neu"_s); }),
+                 u"Von einem anderen Programm benutzt: Die Notiz lässt sich nicht speichern."_s);
+        writer.close();
+        library.setBody(id, u"neu"_s);
+        QCOMPARE(library.body(id), u"neu"_s);
+        QCOMPARE(QDir(m_folder->filePath(u"eigene"_s)).entryList(QDir::Dirs | QDir::NoDotAndDotDot),
+                 (QStringList{u"Notizen"_s, u"Zuletzt gelöscht"_s}));
+    }
+
+    void saysWhenNoFileCanBeOpened()
+    {
+        put(u"Notizen/x.html"_s, "<title>Titel</title>x");
+        {
+            const ResourceLimit limit(RLIMIT_NOFILE, 0);
+            m_library->refresh();
+            QVERIFY(messageOf([&] { (void)m_library->notes(); }).startsWith(u"Zu viele offene Dateien: "));
+        }
+        QCOMPARE(m_library->notes().size(), 1U);
+        {
+            const ResourceLimit limit(RLIMIT_NOFILE, 0);
+            QCOMPARE(names(), QStringList{u"x"_s});
+            QVERIFY(messageOf([&] {
+                        m_library->setBody(u"x"_s, u"y"_s);
+                    }).startsWith(u"Zu viele offene Dateien: "));
+            QVERIFY(messageOf([&] {
+                        (void)m_library->createNote(u"Notizen"_s, u"N"_s, u"n"_s);
+                    }).startsWith(u"Zu viele offene Dateien: "));
+        }
+        // The name that stood for the unknown one is not taken for a new one.
+        m_library->setBody(u"x"_s, u"<div><b>x</b></div>y"_s);
+        QCOMPARE(names(), QStringList{u"Titel"_s});
+        QCOMPARE(m_library->body(u"x"_s), u"y"_s);
+    }
+
     void keepsDeletedNotesForThirtyDays()
     {
         put(u"Zuletzt gelöscht/alt.html"_s, "<p>vor Jahren geändert</p>", m_now.addYears(-3));
@@ -258,8 +417,11 @@ private Q_SLOTS:
         QFile file(root);
         QVERIFY(file.open(QIODevice::WriteOnly));
         NotesLibrary library(root);
-        const QString message = messageOf([&] { library.refresh(); });
-        QVERIFY2(message.contains(u"kein Ordner"), qPrintable(message));
+        const QString message = messageOf([&] {
+            library.refresh();
+            (void)library.notes();
+        });
+        QVERIFY2(message.startsWith(u"Kein Ordner: "), qPrintable(message));
         NotesLibrary below(root + u"/notes"_s);
         QVERIFY(!messageOf([&] { below.refresh(); }).isEmpty());
     }
@@ -268,7 +430,7 @@ private Q_SLOTS:
     {
         const QString id = m_library->createNote(u"Notizen"_s, u"T"_s, u"x"_s);
         QVERIFY(QDir().rename(path(QString()), m_folder->filePath(u"anderswo"_s)));
-        QVERIFY(messageOf([&] { m_library->refresh(); }).contains(u"nicht mehr da"));
+        QVERIFY(messageOf([&] { m_library->refresh(); }).startsWith(u"Nicht vorhanden: "));
         QVERIFY(!messageOf([&] { m_library->setBody(id, u"y"_s); }).isEmpty());
         QVERIFY(!QFileInfo::exists(path(QString())));
         QVERIFY(QDir().rename(m_folder->filePath(u"anderswo"_s), path(QString())));
@@ -282,9 +444,10 @@ private Q_SLOTS:
         const QByteArray before = get(u"Notizen/"_s + id + u".html"_s);
         {
             // As on a full disk: files can't grow beyond this.
-            const FileSizeLimit limit(16384);
+            const ResourceLimit limit(RLIMIT_FSIZE, 16384);
             const QString large(100'000, u'x');
-            QVERIFY(messageOf([&] { m_library->setBody(id, large); }).contains(id));
+            QCOMPARE(messageOf([&] { m_library->setBody(id, large); }),
+                     u"Zu groß: Die Notiz lässt sich nicht speichern."_s);
             QVERIFY(!messageOf([&] { m_library->createNote(u"Notizen"_s, u"N"_s, large); }).isEmpty());
         }
         QCOMPARE(get(u"Notizen/"_s + id + u".html"_s), before);

@@ -1,0 +1,119 @@
+#include "sidebar/PanelKeyboard.h"
+
+#include "sidebar/SidebarUIState.h"
+
+#include <QGuiApplication>
+#include <QInputMethod>
+#include <QKeyEvent>
+#include <QQuickItem>
+#include <QQuickView>
+
+namespace randblatt {
+
+namespace {
+
+/// Whether a key does nothing by itself: pressed for a shortcut of the desktop's, it means nothing here.
+bool isModifier(int key)
+{
+    return key >= Qt::Key_Shift && key <= Qt::Key_ScrollLock;
+}
+
+/// Closes menus and what else lies over the views, which would have the keyboard for themselves.
+void closePopups(QQuickWindow &window)
+{
+    const auto overlays = window.contentItem()->childItems();
+    for (const QQuickItem *overlay : overlays) {
+        if (!overlay->inherits("QQuickOverlay"))
+            continue;
+        const auto items = overlay->childItems();
+        for (const QQuickItem *item : items) {
+            if (QObject *popup = item->parent(); popup && popup->inherits("QQuickPopup"))
+                QMetaObject::invokeMethod(popup, "close");
+        }
+    }
+}
+
+/// Takes the keyboard from what would get it with the window, unless it is a text.
+void dropFocus(QQuickView &window)
+{
+    QQuickItem *view = window.rootObject();
+    if (!view)
+        return;
+    // A menu may have had it.
+    view->setFocus(true);
+    QQuickItem *leaf = view;
+    while (QQuickItem *inner = leaf->scopedFocusItem())
+        leaf = inner;
+    if (leaf != view && !leaf->flags().testFlag(QQuickItem::ItemAcceptsInputMethod))
+        view->scopedFocusItem()->setFocus(false);
+}
+
+} // namespace
+
+PanelKeyboard::PanelKeyboard(QQuickView &window, SidebarUIState &uiState, QObject *parent)
+    : QObject(parent)
+    , m_window(window)
+    , m_uiState(uiState)
+{
+    m_window.installEventFilter(this);
+    connect(&m_window, &QWindow::activeChanged, this,
+            [this] { m_uiState.setHasKeyboard(m_window.isActive()); });
+    connect(&m_window, &QWindow::focusObjectChanged, this, &PanelKeyboard::followFocus);
+    m_uiState.setHasKeyboard(m_window.isActive());
+    followFocus(m_window.focusObject());
+}
+
+PanelKeyboard::~PanelKeyboard()
+{
+    // Another window may have taken over already.
+    if (!m_window.isActive())
+        return;
+    m_uiState.setHasKeyboard(false);
+    m_uiState.setComposing(false);
+}
+
+bool PanelKeyboard::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == &m_window && event->type() == QEvent::KeyPress)
+        followKey(static_cast<const QKeyEvent &>(*event));
+    else if (watched == &m_window && event->type() == QEvent::Hide)
+        followHide();
+    else if (watched == m_focus && event->type() == QEvent::InputMethod)
+        followInputMethod(static_cast<const QInputMethodEvent &>(*event));
+    return false;
+}
+
+void PanelKeyboard::followFocus(QObject *object)
+{
+    if (m_focus == object)
+        return;
+    if (m_focus)
+        m_focus->removeEventFilter(this);
+    m_focus = object;
+    // The window's own events come already.
+    if (m_focus && m_focus != &m_window)
+        m_focus->installEventFilter(this);
+    m_uiState.setComposing(false);
+}
+
+void PanelKeyboard::followKey(const QKeyEvent &event)
+{
+    if (!isModifier(event.key()))
+        m_uiState.noteTyping();
+}
+
+void PanelKeyboard::followHide()
+{
+    if (m_uiState.isComposing())
+        QGuiApplication::inputMethod()->commit();
+    closePopups(m_window);
+    dropFocus(m_window);
+}
+
+void PanelKeyboard::followInputMethod(const QInputMethodEvent &event)
+{
+    m_uiState.setComposing(!event.preeditString().isEmpty());
+    m_uiState.noteTyping();
+}
+
+} // namespace randblatt
