@@ -157,6 +157,7 @@ void SpotifyModule::update()
         begin();
     else
         service()->stopPolling();
+    webPlayer()->setWatched(isActive);
 }
 
 void SpotifyModule::begin()
