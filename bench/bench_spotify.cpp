@@ -59,7 +59,7 @@ void parseTrackPages(benchmark::State &state)
 /// What is left to the thread that draws: one page into the model of the list.
 void appendTrackPage(benchmark::State &state)
 {
-    const QList<SpotifyTrack> tracks(100, {u"id"_s, u"Nachtzug"_s, u"Die Sonntagsfahrer"_s, u"uri"_s, 0});
+    const QList<SpotifyTrack> tracks(100, {u"id"_s, u"Nachtzug"_s, u"Die Sonntagsfahrer"_s, u"uri"_s, 0, 0});
     SpotifyTrackModel model;
     for ([[maybe_unused]] auto iteration : state) {
         if (model.count() >= 10'000)

@@ -6,6 +6,7 @@
 #include <QWebEngineSettings>
 
 #include <chrono>
+#include <utility>
 
 namespace randblatt {
 
@@ -66,9 +67,23 @@ QString quoted(QString text)
 
 } // namespace
 
+void OwnPage::load(const QString &html, const QUrl &baseUrl)
+{
+    m_isExpected = true;
+    setHtml(html, baseUrl);
+}
+
+bool OwnPage::acceptNavigationRequest(const QUrl &url, NavigationType, bool isMainFrame)
+{
+    if (!isMainFrame)
+        return true;
+    // A text comes as such an address. No script may go to one.
+    return std::exchange(m_isExpected, false) && url.scheme() == "data"_L1;
+}
+
 PlayerPage::PlayerPage(QObject *parent)
     : QObject(parent)
-    , m_page(std::make_unique<QWebEnginePage>(&m_profile))
+    , m_page(std::make_unique<OwnPage>(&m_profile))
 {
     m_channel.registerObject(u"spotify"_s, &m_handler);
     m_page->setWebChannel(&m_channel);
@@ -97,7 +112,7 @@ QString PlayerPage::text(const QString &sdk)
 void PlayerPage::load(const QString &sdk)
 {
     m_sdk = sdk;
-    m_page->setHtml(text(sdk), baseUrl);
+    m_page->load(text(sdk), baseUrl);
 }
 
 void PlayerPage::checkLoaded()
@@ -112,7 +127,13 @@ void PlayerPage::checkLoaded()
 
 void PlayerPage::pushToken(const QString &token)
 {
-    m_page->runJavaScript("window.__setToken && window.__setToken("_L1 + quoted(token) + u')');
+    m_page->runJavaScript("location.origin === "_L1 + quoted(baseUrl.toString(QUrl::RemovePath)) +
+                          " && window.__setToken && window.__setToken("_L1 + quoted(token) + u')');
+}
+
+void PlayerPage::ask()
+{
+    m_page->runJavaScript(u"1"_s, [this](const QVariant &) { Q_EMIT answered(); });
 }
 
 void PlayerPage::receive(const QJsonValue &body)

@@ -25,6 +25,26 @@ Q_SIGNALS:
     void posted(const QJsonValue &body);
 };
 
+/// A page that stays what it was made, whatever its scripts try: its frames may load something else, the page
+/// itself may not.
+class OwnPage : public QWebEnginePage
+{
+    Q_OBJECT
+
+public:
+    using QWebEnginePage::QWebEnginePage;
+
+    /// Takes this text as the page.
+    void load(const QString &html, const QUrl &baseUrl);
+
+protected:
+    bool acceptNavigationRequest(const QUrl &url, NavigationType type, bool isMainFrame) override;
+
+private:
+    /// The text is on its way.
+    bool m_isExpected = false;
+};
+
 /// The page in which the service's SDK runs, without a view. It keeps nothing on disk.
 class PlayerPage : public QObject
 {
@@ -39,13 +59,16 @@ public:
 
     /// Loads the page; again and again while the SDK's script cannot be had.
     void load(const QString &sdk);
-    /// Hands the page a token.
+    /// Hands the page a token, if it is ours.
     void pushToken(const QString &token);
+    /// Asks the page whether it still runs: answered().
+    void ask();
 
 Q_SIGNALS:
     void loaded();
     void messagePosted(const QJsonValue &body);
     void protectedAudioChecked(bool isAvailable);
+    void answered();
     /// The engine's process for the page is gone.
     void died();
 
@@ -56,7 +79,7 @@ private:
     QWebEngineProfile m_profile;
     MessageHandler m_handler;
     QWebChannel m_channel;
-    std::unique_ptr<QWebEnginePage> m_page;
+    std::unique_ptr<OwnPage> m_page;
     QString m_sdk;
     QTimer m_reload;
 };

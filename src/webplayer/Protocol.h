@@ -11,12 +11,16 @@
 // To the helper, on its standard input:
 //   {"type":"load","sdk":URL}         loads the player page, with the SDK's script from this host
 //   {"type":"token","token":TEXT}     hands the page an access token
+//   {"type":"ping"}                   asks whether the page still runs
 // The end of its input ends the helper, so that it never outlives the application, however that ends.
 //
 // From the helper, on its standard output:
 //   {"type":"loaded"}                           the page is there
 //   {"type":"message","body":VALUE}             the page posted this to its handler "spotify"
 //   {"type":"protectedAudio","available":BOOL}  whether the engine can play protected audio
+//   {"type":"pong"}                             the page runs
+//   {"type":"noSandbox","isRoot":BOOL}          the engine cannot be confined here: as root never, for others
+//                                               not without user namespaces. The helper ends.
 
 namespace randblatt {
 

@@ -1,5 +1,6 @@
 #include "webplayer/PlayerPage.h"
 #include "webplayer/Protocol.h"
+#include "webplayer/Sandbox.h"
 
 #include <QGuiApplication>
 #include <QSocketNotifier>
@@ -34,6 +35,13 @@ int main(int argc, char **argv)
     qputenv("QTWEBENGINE_CHROMIUM_FLAGS", flags);
     // An application that is gone is noticed by the end of the input.
     std::signal(SIGPIPE, SIG_IGN);
+    if (!canConfineEngine()) {
+        send({{u"type"_s, u"noSandbox"_s}, {u"isRoot"_s, geteuid() == 0}});
+        return EXIT_FAILURE;
+    }
+    // The engine's media player on the session bus has this name.
+    QGuiApplication::setApplicationName(u"Quillbar"_s);
+    QGuiApplication::setDesktopFileName(u"com.randblatt.Quillbar"_s);
     const QGuiApplication application(argc, argv);
 
     PlayerPage page;
@@ -44,6 +52,7 @@ int main(int argc, char **argv)
     QObject::connect(&page, &PlayerPage::protectedAudioChecked, &page, [](bool isAvailable) {
         send({{u"type"_s, u"protectedAudio"_s}, {u"available"_s, isAvailable}});
     });
+    QObject::connect(&page, &PlayerPage::answered, &page, [] { send({{u"type"_s, u"pong"_s}}); });
     // The application starts the helper anew.
     QObject::connect(&page, &PlayerPage::died, &page, [] { std::_Exit(EXIT_FAILURE); });
 
@@ -54,6 +63,8 @@ int main(int argc, char **argv)
             page.load(line.value("sdk"_L1).toString());
         else if (type == "token"_L1)
             page.pushToken(line.value("token"_L1).toString());
+        else if (type == "ping"_L1)
+            page.ask();
     };
     QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
     QObject::connect(&input, &QSocketNotifier::activated, &page, [&] {

@@ -15,6 +15,9 @@
 //   --tracks NUMBER      has so many tracks in the first playlist
 //   --silent             knows no device
 //   --without-playlists  refuses the playlists, as for a token without the permissions
+//   --new                treats its client as a new one, for which paths have moved
+//   --fault LINE=WHAT    fails the next request of that line, as "GET /v1/me=500"; WHAT is a status, 429 with
+//                        the seconds to wait as in 429/7200, or "drop" for a connection that ends
 
 using namespace Qt::StringLiterals;
 using namespace randblatt;
@@ -112,7 +115,9 @@ int main(int argc, char **argv)
     const QCommandLineOption silent(u"silent"_s);
     const QCommandLineOption withoutPlaylists(u"without-playlists"_s);
     QCommandLineParser arguments;
-    arguments.addOptions({cover, tracks, silent, withoutPlaylists});
+    const QCommandLineOption newClient(u"new"_s);
+    const QCommandLineOption fault(u"fault"_s, QString(), u"line=what"_s);
+    arguments.addOptions({cover, tracks, silent, withoutPlaylists, newClient, fault});
     arguments.process(application);
 
     SpotifyServer server;
@@ -137,6 +142,17 @@ int main(int argc, char **argv)
     }
     if (arguments.isSet(withoutPlaylists))
         server.fault(u"GET /v1/me/playlists"_s, {.status = 403, .body = "{}"}, 1000);
+
+    server.oldPathsClosed = arguments.isSet(newClient);
+    const QStringList faults = arguments.values(fault);
+    for (const QString &text : faults) {
+        const QString what = text.section(u'=', 1);
+        HttpResponse response{.status = what.section(u'/', 0, 0).toInt(), .body = "{}"};
+        response.isDropped = what == "drop"_L1;
+        if (what.contains(u'/'))
+            response.headers.append({"Retry-After", what.section(u'/', 1).toLatin1()});
+        server.fault(text.section(u'=', 0, 0), response);
+    }
 
     Player player(server);
     server.observer = [&](const HttpRequest &request, int status) {

@@ -66,6 +66,10 @@ void HttpServer::read(QTcpSocket *socket)
 
 void HttpServer::write(QTcpSocket *socket, const HttpResponse &response)
 {
+    if (response.isDropped) {
+        socket->disconnectFromHost();
+        return;
+    }
     QByteArray head = "HTTP/1.1 " + QByteArray::number(response.status) + " Status\r\n";
     for (const auto &[name, value] : response.headers)
         head += name + ": " + value + "\r\n";

@@ -37,6 +37,8 @@ struct HttpResponse
     int delayMilliseconds = 0;
     /// Whether the connection ends in the middle of the body.
     bool cutOff = false;
+    /// Whether the connection ends before the answer.
+    bool isDropped = false;
 };
 
 /// A small HTTP/1.1 server on the loopback interface.

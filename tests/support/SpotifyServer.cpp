@@ -16,6 +16,18 @@ constexpr auto scope = "streaming user-read-email user-read-private user-read-pl
                        "playlist-read-collaborative playlist-modify-public playlist-modify-private "
                        "user-library-read user-library-modify user-top-read"_L1;
 
+/// Playlists as those clients get them to whom the old paths are closed.
+QJsonArray inNewForm(const QJsonArray &playlists)
+{
+    QJsonArray all;
+    for (const auto &value : playlists) {
+        QJsonObject playlist = value.toObject();
+        playlist.insert(u"items"_s, playlist.take(u"tracks"_s));
+        all.append(playlist);
+    }
+    return all;
+}
+
 HttpResponse json(const QJsonObject &object, int status = 200)
 {
     return {.status = status, .body = QJsonDocument(object).toJson(QJsonDocument::Compact)};
@@ -47,9 +59,9 @@ ServiceHosts SpotifyServer::hosts() const
     return {.accounts = m_server.url(), .api = m_server.url(), .sdk = m_server.url()};
 }
 
-void SpotifyServer::fault(const QString &line, const HttpResponse &response, int times)
+void SpotifyServer::fault(const QString &line, const HttpResponse &response, int times, bool isCarriedOut)
 {
-    m_faults.append({line, response, times});
+    m_faults.append({line, response, times, isCarriedOut});
 }
 
 int SpotifyServer::count(const QString &line) const
@@ -106,6 +118,7 @@ HttpResponse SpotifyServer::answer(const HttpRequest &request)
 {
     requests.append(request);
     HttpResponse response = respond(request);
+    response.delayMilliseconds = std::max(response.delayMilliseconds, delay);
     if (observer)
         observer(request, response.status);
     return response;
@@ -116,9 +129,16 @@ HttpResponse SpotifyServer::respond(const HttpRequest &request)
     for (Fault &fault : m_faults) {
         if (fault.line == request.line() && fault.times > 0) {
             --fault.times;
+            if (fault.isCarriedOut)
+                respondRightly(request);
             return fault.response;
         }
     }
+    return respondRightly(request);
+}
+
+HttpResponse SpotifyServer::respondRightly(const HttpRequest &request)
+{
     if (request.path == "/authorize"_L1)
         return authorize(request);
     if (request.path == "/api/token"_L1)
@@ -139,6 +159,9 @@ HttpResponse SpotifyServer::respond(const HttpRequest &request)
         return violation(request, u"kein JSON angekündigt"_s);
     if (isWriting && !QJsonDocument::fromJson(request.body).isObject())
         return violation(request, u"kein JSON-Objekt"_s);
+    // RFC 9112, section 6.3: without a length the body is empty; the service answers 411.
+    if (isWriting && !request.headers.contains("content-length"))
+        return violation(request, u"keine Länge"_s);
     if (!isWriting && !request.body.isEmpty())
         return violation(request, u"Inhalt bei GET"_s);
     return api(request, request.path.sliced(3));
@@ -156,6 +179,7 @@ HttpResponse SpotifyServer::authorize(const HttpRequest &request)
         value(u"code_challenge_method"_s) != "S256"_L1 || value(u"state"_s).size() != 16)
         return violation(request, u"falsche Werte"_s);
     m_challenge = value(u"code_challenge"_s);
+    m_isCodeUsed = false;
     const QByteArray location = "randblatt://callback?code=good%2Dcode&state=" + value(u"state"_s).toLatin1();
     return {.status = 302, .headers = {{"Location", location}}};
 }
@@ -183,7 +207,9 @@ HttpResponse SpotifyServer::token(const HttpRequest &request)
     const QByteArray challenge =
         QCryptographicHash::hash(verifier, QCryptographicHash::Sha256)
             .toBase64(QByteArray::Base64UrlEncoding | QByteArray::OmitTrailingEquals);
-    if (value(u"code"_s) != "good-code"_L1 || QString::fromLatin1(challenge) != m_challenge)
+    // A code holds once, and RFC 7636, section 4.1, wants 43 characters at least.
+    if (std::exchange(m_isCodeUsed, true) || verifier.size() < 43 || value(u"code"_s) != "good-code"_L1 ||
+        QString::fromLatin1(challenge) != m_challenge)
         return json({{u"error"_s, u"invalid_grant"_s}}, 400);
     return grant(true);
 }
@@ -224,9 +250,11 @@ HttpResponse SpotifyServer::api(const HttpRequest &request, const QString &path)
 HttpResponse SpotifyServer::player(const HttpRequest &request, const QString &path)
 {
     if (request.method == "GET") {
-        if (!request.query.isEmpty())
+        const bool isDevices = path == "/me/player/devices"_L1;
+        // Clients that do not name episodes are told of one without its item.
+        if (request.query.toString() != (isDevices ? u""_s : u"additional_types=episode"_s))
             return violation(request, u"falsche Felder"_s);
-        if (path == "/me/player/devices"_L1)
+        if (isDevices)
             return json({{u"devices"_s, devices}});
         return nowPlaying.isNull() ? HttpResponse{.status = 204} : json(nowPlaying.toObject());
     }
@@ -273,10 +301,31 @@ HttpResponse SpotifyServer::playlistItems(const HttpRequest &request, const QStr
         all = kept;
         return json({{u"snapshot_id"_s, u"s"_s}});
     }
+    if (request.method == "POST")
+        return insertItems(request, all);
+    // At most 50 of the new kind, whatever is asked for.
+    if (isNew && request.query.queryItemValue(u"limit"_s).toInt() > 50)
+        return error(422);
     const QString fields = u"items(%1(id,uri,name,artists(name)))"_s.arg(member);
     if (request.query.queryItemValue(u"fields"_s, QUrl::FullyDecoded) != fields)
         return violation(request, u"falsche Felder"_s);
-    return page(request, all, 100, {u"fields"_s}, member);
+    return page(request, all, isNew ? 50 : 100, {u"fields"_s}, member);
+}
+
+HttpResponse SpotifyServer::insertItems(const HttpRequest &request, QJsonArray &all)
+{
+    const QJsonObject body = QJsonDocument::fromJson(request.body).object();
+    const QJsonArray uris = body.value("uris"_L1).toArray();
+    const bool isAtEnd = !body.contains("position"_L1);
+    const QStringList expected = isAtEnd ? QStringList(u"uris"_s) : QStringList{u"position"_s, u"uris"_s};
+    if (body.keys() != expected || uris.size() != 1 || !request.query.isEmpty())
+        return violation(request, u"falsches Einfügen"_s);
+    const int position = isAtEnd ? static_cast<int>(all.size()) : body.value("position"_L1).toInt(-1);
+    // Files of the user's own cannot be added.
+    if (position < 0 || position > all.size() || uris.first().toString().startsWith("spotify:local:"_L1))
+        return error(400);
+    all.insert(position, track(uris.first().toString().section(u":t"_s, -1).toInt()));
+    return json({{u"snapshot_id"_s, u"s"_s}}, 201);
 }
 
 HttpResponse SpotifyServer::createPlaylist(const HttpRequest &request, bool isClosed)
@@ -308,6 +357,8 @@ HttpResponse SpotifyServer::page(const HttpRequest &request, const QJsonArray &a
         const QJsonValue entry = all.at(i);
         part.append(member == "item"_L1 ? QJsonObject{{member, entry["track"_L1]}} : entry);
     }
+    if (oldPathsClosed && request.path == "/v1/me/playlists"_L1)
+        part = inNewForm(part);
     return json({{u"items"_s, part}});
 }
 

@@ -20,7 +20,8 @@ public:
     [[nodiscard]] ServiceHosts hosts() const;
     [[nodiscard]] QUrl url(const QString &path) const { return m_server.url(path); }
     /// The next `times` requests of `line`, as "GET /v1/me", get `response` in place of the right answer.
-    void fault(const QString &line, const HttpResponse &response, int times = 1);
+    /// `isCarriedOut`: it does what it is asked all the same.
+    void fault(const QString &line, const HttpResponse &response, int times = 1, bool isCarriedOut = false);
     /// How many requests of `line` came in.
     [[nodiscard]] int count(const QString &line) const;
     /// The requests of `line`, in order.
@@ -55,6 +56,8 @@ public:
     QByteArray image;
     QByteArray sdkScript;
     int imageDelay = 0;
+    /// How long it takes to answer anything, in milliseconds.
+    int delay = 0;
 
 private:
     struct Fault
@@ -62,15 +65,18 @@ private:
         QString line;
         HttpResponse response;
         int times = 0;
+        bool isCarriedOut = false;
     };
 
     HttpResponse answer(const HttpRequest &request);
     HttpResponse respond(const HttpRequest &request);
+    HttpResponse respondRightly(const HttpRequest &request);
     HttpResponse authorize(const HttpRequest &request);
     HttpResponse token(const HttpRequest &request);
     HttpResponse api(const HttpRequest &request, const QString &path);
     HttpResponse player(const HttpRequest &request, const QString &path);
     HttpResponse playlistItems(const HttpRequest &request, const QString &id, bool isNew);
+    HttpResponse insertItems(const HttpRequest &request, QJsonArray &all);
     HttpResponse createPlaylist(const HttpRequest &request, bool isClosed);
     HttpResponse page(const HttpRequest &request, const QJsonArray &all, int limit,
                       const QStringList &otherQuery = {}, const QString &member = QStringLiteral("track"));
@@ -79,6 +85,7 @@ private:
 
     QList<Fault> m_faults;
     QString m_challenge;
+    bool m_isCodeUsed = true;
     int m_grants = 0;
     HttpServer m_server;
 };

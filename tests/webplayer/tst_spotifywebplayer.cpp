@@ -2,7 +2,9 @@
 #include "support/TestEnvironment.h"
 
 #include <QCoreApplication>
+#include <QDateTime>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -129,6 +131,86 @@ private Q_SLOTS:
         QTest::qWait(2000);
         QCOMPARE(f.lines(u"runs"_s).size(), 2);
         QTRY_COMPARE(f.lines(u"runs"_s).size(), 3);
+    }
+
+    void endsWithTheSignOut()
+    {
+        Fixture f(R"(echo '{"type":"message","body":{"type":"ready","device_id":"own"}}')");
+        f.player->start();
+        QTRY_VERIFY(f.player->isReady());
+        const qint64 first = childOf(QCoreApplication::applicationPid());
+        QVERIFY(first != 0);
+        QElapsedTimer stopping;
+        stopping.start();
+        f.player->stop();
+        QVERIFY(stopping.elapsed() < 100);
+        QVERIFY(!f.player->isReady());
+        QVERIFY(!f.player->deviceID());
+        QTRY_VERIFY(!QFile::exists(u"/proc/%1/exe"_s.arg(first)));
+        // Nor does it come back by itself, but with the next sign-in.
+        QCOMPARE(f.lines(u"runs"_s).size(), 1);
+        f.player->start();
+        QTRY_VERIFY(f.player->isReady());
+        QCOMPARE(f.lines(u"runs"_s).size(), 2);
+    }
+
+    void givesUpAHelperThatCannotStart()
+    {
+        Fixture f("echo noise >&2; echo libfoo.so.6: cannot open shared object file >&2; exit 127");
+        f.player->start();
+        QTRY_VERIFY_WITH_TIMEOUT(f.player->canRetry(), 40'000);
+        QCOMPARE(f.lines(u"runs"_s).size(), 5);
+        QVERIFY(f.player->problem().contains(u"„libfoo.so.6: cannot open shared object file“"_s));
+        QVERIFY(!f.player->problem().contains(u"noise"_s));
+        // Neither by itself nor when the card is shown, until it is another or somebody wants it.
+        f.player->start();
+        QVERIFY(f.player->canRetry());
+        QFile helper(f.path());
+        QVERIFY(helper.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+        QVERIFY(helper.open(QFile::ReadWrite));
+        QVERIFY(helper.setFileTime(QDateTime::currentDateTime().addDays(1), QFile::FileModificationTime));
+        helper.close();
+        f.player->start();
+        QVERIFY(!f.player->canRetry());
+        QCOMPARE(f.player->problem(), QString());
+        QTRY_COMPARE(f.lines(u"runs"_s).size(), 6);
+    }
+
+    void saysWhyThereIsNoSandbox_data()
+    {
+        QTest::addColumn<QByteArray>("isRoot");
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("root") << QByteArray("true") << u"„root“"_s;
+        QTest::newRow("no namespaces") << QByteArray("false") << u"User-Namespaces"_s;
+    }
+    void saysWhyThereIsNoSandbox()
+    {
+        QFETCH(QByteArray, isRoot);
+        QFETCH(QString, reason);
+        Fixture f("echo '{\"type\":\"noSandbox\",\"isRoot\":" + isRoot + "}'; exit 1");
+        QSignalSpy problems(f.player.get(), &SpotifyWebPlayer::problemChanged);
+        f.player->start();
+        QTRY_VERIFY(f.player->problem().contains(reason));
+        // There is no use in trying that again.
+        QTRY_COMPARE(childOf(QCoreApplication::applicationPid()), 0);
+        f.player->start();
+        QCOMPARE(f.lines(u"runs"_s).size(), 1);
+        f.player->retry();
+        QTRY_COMPARE(f.lines(u"runs"_s).size(), 2);
+    }
+
+    void noticesAHelperThatHangs()
+    {
+        Fixture f(
+            R"(echo '{"type":"loaded"}'; echo '{"type":"message","body":{"type":"ready","device_id":"own"}}')");
+        f.player->start();
+        QTRY_VERIFY(f.player->isReady());
+        const qint64 child = childOf(QCoreApplication::applicationPid());
+        ::kill(static_cast<pid_t>(child), SIGSTOP);
+        f.player->setWatched(true);
+        QTRY_VERIFY_WITH_TIMEOUT(!f.player->isReady(), 20'000);
+        QVERIFY(!QFile::exists(u"/proc/%1/exe"_s.arg(child)));
+        QTRY_COMPARE_WITH_TIMEOUT(f.lines(u"runs"_s).size(), 2, 10'000);
     }
 
     void doesWithoutTheHelper()

@@ -63,6 +63,50 @@ private Q_SLOTS:
         QCOMPARE(server.lines(), QStringList(u"GET /spotify-player.js"_s));
     }
 
+    void staysOnItsOwnPage()
+    {
+        SpotifyServer server;
+        // Tries to leave in every way that a script has, and then asks for a token.
+        const QByteArray elsewhere = server.url(u"/image/elsewhere"_s).toEncoded();
+        server.sdkScript = QByteArray(R"(
+            window.Spotify = {
+                Player: class {
+                    constructor(options) { this.options = options; this.listeners = {}; }
+                    addListener(type, listener) { this.listeners[type] = listener; }
+                    connect() {
+                        const form = document.createElement('form');
+                        form.method = 'POST';
+                        form.action = 'ELSEWHERE/form';
+                        document.body.append(form);
+                        form.submit();
+                        window.open('ELSEWHERE/window');
+                        const frame = document.createElement('iframe');
+                        frame.src = 'ELSEWHERE/frame';
+                        frame.onload = () => {
+                            location.href = 'ELSEWHERE/page';
+                            setTimeout(() => this.options.getOAuthToken(token =>
+                                this.listeners.ready({ device_id: token + ' at ' + location.origin })), 500);
+                        };
+                        document.body.append(frame);
+                    }
+                }
+            };
+            addEventListener('load', () => window.onSpotifyWebPlaybackSDKReady());
+        )")
+                               .replace("ELSEWHERE", elsewhere);
+        SpotifyWebPlayer player(
+            QStringLiteral(QUILLBAR_WEBPLAYER), server.hosts().sdk,
+            [](QObject *, const SpotifyWebPlayer::TokenCompletion &completion) { completion(u"secret"_s); });
+        player.start();
+        QTRY_VERIFY_WITH_TIMEOUT(player.isReady(), 30'000);
+        QCOMPARE(player.deviceID(), u"secret at https://quillbar.invalid"_s);
+        QCOMPARE(server.lines(), (QStringList{u"GET /spotify-player.js"_s, u"GET /image/elsewhere/frame"_s}));
+        // And it answers when it is asked, so that nobody starts it anew.
+        player.setWatched(true);
+        QSignalSpy ends(&player, &SpotifyWebPlayer::isReadyChanged);
+        QVERIFY(!ends.wait(12'000));
+    }
+
     void playsFromSignInToTheLastCommand()
     {
         MediaFixture f(false, QStringLiteral(QUILLBAR_WEBPLAYER));

@@ -1,29 +1,29 @@
 import QtQuick
 import Randblatt.Controls
+import Randblatt.Media
 
 // Asks for a new playlist's name, in place of the player.
 FocusScope {
     id: root
 
     required property CardAppearance appearance
+    required property NewPlaylist newPlaylist
+    required property SpotifyService service
 
-    signal created(name: string)
-    signal closed
-
-    function create(): void {
-        root.created(field.text)
-        root.closed()
+    function takeFocus(): void {
+        field.forceActiveFocus(Qt.OtherFocusReason)
+        field.selectAll()
     }
 
     focus: true
     Accessible.role: Accessible.Dialog
     Accessible.name: "Neue Playlist"
-    Component.onCompleted: field.forceActiveFocus(Qt.OtherFocusReason)
-    Keys.onEscapePressed: root.closed()
+    Component.onCompleted: field.text = root.newPlaylist.name
+    Keys.onEscapePressed: root.newPlaylist.close()
 
     Column {
         anchors.centerIn: parent
-        width: Math.min(parent.width - 2 * 24, 280)
+        width: Math.min(parent.width - 2 * Metrics.cardPadding, 300)
         spacing: Metrics.gap
 
         CardText {
@@ -52,8 +52,25 @@ FocusScope {
                 appearance: root.appearance
                 placeholderText: "Name"
                 maximumLength: 100
-                onAccepted: root.create()
+                focus: true
+                readOnly: root.newPlaylist.isCreating
+                onTextEdited: root.newPlaylist.name = text
+                onAccepted: if (createButton.enabled)
+                    root.newPlaylist.create()
             }
+        }
+
+        CardText {
+            objectName: "createFailure"
+            width: parent.width
+            visible: text !== ""
+            appearance: root.appearance
+            text: root.newPlaylist.failure !== "" ? root.newPlaylist.failure
+                : root.service.canSend ? "" : root.service.statusMessage
+            size: Metrics.captionSize
+            color: root.appearance.destructive
+            horizontalAlignment: Text.AlignHCenter
+            wrapMode: Text.Wrap
         }
 
         Row {
@@ -66,14 +83,17 @@ FocusScope {
                 text: "Abbrechen"
                 color: root.appearance.foreground
                 accent: root.appearance.accent
-                onClicked: root.closed()
+                onClicked: root.newPlaylist.close()
             }
 
             ProminentButton {
+                id: createButton
+
                 objectName: "createButton"
-                text: "Erstellen"
-                enabled: field.text.trim() !== ""
-                onClicked: root.create()
+                text: root.newPlaylist.isCreating ? "Wird erstellt…" : "Erstellen"
+                enabled: root.newPlaylist.name.trim() !== "" && !root.newPlaylist.isCreating
+                         && root.service.canSend
+                onClicked: root.newPlaylist.create()
             }
         }
     }

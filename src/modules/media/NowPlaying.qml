@@ -15,7 +15,8 @@ Item {
     readonly property real coverSize: large ? 110 : 34
     readonly property bool hasTrack: service.trackName !== ""
 
-    implicitHeight: large ? coverSize : Math.max(coverSize, titles.height, controls.height)
+    implicitHeight: large ? Math.max(coverSize, 4 + titles.height + controls.height + 6)
+                          : Math.max(coverSize, titles.height, controls.height)
 
     CoverTile {
         id: cover
@@ -69,7 +70,6 @@ Item {
             size: text.length > 40 ? Metrics.captionSize : Metrics.calloutSize
             color: root.appearance.secondary
             wrapMode: Text.Wrap
-            maximumLineCount: 4
         }
     }
 

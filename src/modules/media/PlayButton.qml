@@ -18,6 +18,7 @@ T.AbstractButton {
     implicitHeight: diameter
     focusPolicy: Qt.TabFocus
     scale: down ? 0.96 : 1
+    opacity: enabled ? 1 : 0.4
 
     Accessible.role: Accessible.Button
     Accessible.name: text

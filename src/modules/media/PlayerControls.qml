@@ -22,6 +22,7 @@ Row {
         symbolSize: 20
         color: root.appearance.foreground
         accent: root.appearance.accent
+        enabled: root.service.canSend
         onClicked: root.service.previous()
     }
 
@@ -33,6 +34,7 @@ Row {
         symbolSize: root.diameter * 0.36
         accent: root.accent
         ringColor: root.appearance.accent
+        enabled: root.service.canSend
         onClicked: root.service.togglePlayPause()
     }
 
@@ -45,6 +47,7 @@ Row {
         symbolSize: 20
         color: root.appearance.foreground
         accent: root.appearance.accent
+        enabled: root.service.canSend
         onClicked: root.service.next()
     }
 }

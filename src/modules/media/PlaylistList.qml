@@ -12,6 +12,7 @@ FocusScope {
     required property CoverCache covers
 
     readonly property bool isEmpty: service.playlists.count === 0 && !service.loadingPlaylists
+                                    && service.playlistsProblem === ""
     readonly property bool showsRows: !service.needsReauth && !isEmpty
 
     signal opened(playlist: spotifyPlaylist)
@@ -43,30 +44,21 @@ FocusScope {
         onClicked: root.newRequested()
     }
 
-    Column {
-        objectName: "reauthNotice"
+    MediaNotice {
+        id: notice
+
         anchors.top: newButton.bottom
         anchors.topMargin: 2
         x: Metrics.cardPadding
         width: parent.width - 2 * Metrics.cardPadding
-        visible: root.service.needsReauth
-        spacing: Metrics.tightGap
-
-        CardText {
-            width: parent.width
-            appearance: root.appearance
-            text: "Aktualisierte Berechtigungen nötig."
-            size: Metrics.captionSize
-            color: root.appearance.secondary
-            wrapMode: Text.Wrap
-        }
-
-        ProminentButton {
-            objectName: "reauthButton"
-            text: "Neu anmelden"
-            textSize: Metrics.calloutSize
-            onClicked: root.auth.signIn()
-        }
+        height: visible ? implicitHeight : 0
+        visible: root.service.needsReauth || root.service.playlistsProblem !== ""
+        objectName: root.service.needsReauth ? "reauthNotice" : "playlistsNotice"
+        appearance: root.appearance
+        text: root.service.needsReauth ? "Aktualisierte Berechtigungen nötig." : root.service.playlistsProblem
+        action: root.service.needsReauth ? "Neu anmelden" : "Erneut versuchen"
+        canAct: root.service.needsReauth || (root.service.canSend && !root.service.loadingPlaylists)
+        onActed: root.service.needsReauth ? root.auth.signIn() : root.service.loadPlaylists()
     }
 
     CardText {
@@ -84,8 +76,7 @@ FocusScope {
         id: list
 
         objectName: "playlistList"
-        anchors.top: newButton.bottom
-        anchors.topMargin: 2
+        anchors.top: notice.bottom
         anchors.bottom: parent.bottom
         width: parent.width
         visible: root.showsRows

@@ -25,6 +25,7 @@ Q_LOGGING_CATEGORY(lcSpotify, "quillbar.spotify")
 constexpr auto defaultBackOff = 5s;
 // A list that would come later than this is no longer waited for.
 constexpr auto patience = 30s;
+constexpr auto margin = 20ms;
 constexpr qint64 replyLimit = 32'000'000;
 
 std::chrono::seconds backOffOf(const QByteArray &retryAfter)
@@ -47,9 +48,25 @@ SpotifyApi::SpotifyApi(SpotifyAuth &auth, QNetworkAccessManager &network, const 
     , m_auth(auth)
     , m_network(network)
     , m_base(host)
-    , m_backOff(0)
 {
     m_base.setPath(m_base.path() + "/v1"_L1);
+    m_backOffEnd.setSingleShot(true);
+    connect(&m_backOffEnd, &QTimer::timeout, this, &SpotifyApi::pauseChanged);
+}
+
+QDateTime SpotifyApi::pausedUntil() const
+{
+    return isPaused() ? QDateTime::currentDateTime().addMSecs(m_backOff.remainingTime()) : QDateTime();
+}
+
+void SpotifyApi::pause(std::chrono::seconds duration)
+{
+    qCInfo(lcSpotify, "Spotify bittet um %lld s Pause", static_cast<long long>(duration.count()));
+    m_backOff = std::max(m_backOff, QDeadlineTimer(duration));
+    // A little later, so that the timer cannot be early.
+    m_backOffEnd.start(std::chrono::ceil<std::chrono::milliseconds>(m_backOff.remainingTimeAsDuration()) +
+                       margin);
+    Q_EMIT pauseChanged();
 }
 
 void SpotifyApi::send(const SpotifyRequest &request, QObject *context, const Completion &completion)
@@ -61,31 +78,32 @@ void SpotifyApi::send(const SpotifyRequest &request, QObject *context, const Com
                                 if (!self)
                                     return;
                                 if (!token)
-                                    completion({.status = m_auth.isRefreshRefused() ? 401 : 0, .body = {}});
+                                    completion({.status = m_auth.isRefreshRefused() ? 401 : 0});
                                 else if (!waitOrFail(request, context, completion))
                                     dispatch(request, *token, false, context, completion);
                             });
 }
 
-void SpotifyApi::send(Moved moved, const SpotifyRequest &request, const SpotifyRequest &successor,
-                      QObject *context, const Completion &completion)
+void SpotifyApi::send(const SpotifyRequest &request, const SpotifyRequest &successor, QObject *context,
+                      const Completion &completion)
 {
-    const int key = static_cast<int>(moved);
-    if (m_moved.contains(key)) {
-        send(successor, context, completion);
+    const auto fromSuccessor = [this, self = QPointer(this), completion](const SpotifyReply &reply) {
+        if (self && reply.isSuccess())
+            m_hasMoved = true;
+        SpotifyReply marked = reply;
+        marked.isFromSuccessor = true;
+        completion(marked);
+    };
+    if (m_hasMoved) {
+        send(successor, context, fromSuccessor);
         return;
     }
     send(request, context,
-         [this, self = QPointer(this), key, successor, context, completion](const auto &reply) {
-             if (!self || !isNotThereForUs(reply.status)) {
+         [this, self = QPointer(this), successor, context, completion, fromSuccessor](const auto &reply) {
+             if (self && isNotThereForUs(reply.status))
+                 send(successor, context, fromSuccessor);
+             else
                  completion(reply);
-                 return;
-             }
-             send(successor, context, [this, self, key, completion](const auto &second) {
-                 if (self && second.isSuccess())
-                     m_moved.insert(key);
-                 completion(second);
-             });
          });
 }
 
@@ -113,15 +131,17 @@ void SpotifyApi::dispatch(const SpotifyRequest &request, const QString &token, b
         if (!self)
             return;
         if (reply.status == 429) {
-            const auto pause = backOffOf(reply.retryAfter);
-            m_backOff = std::max(m_backOff, QDeadlineTimer(pause));
-            qCInfo(lcSpotify, "Spotify bittet um %lld s Pause", static_cast<long long>(pause.count()));
+            pause(backOffOf(reply.retryAfter));
             // The same answer, now from here, for those who do not wait.
             waitOrFail(request, context, completion);
             return;
         }
         if (reply.status != 401 || isRepeated) {
-            completion({.status = reply.status, .body = reply.body});
+            const SpotifyReply answer{
+                .status = reply.status, .body = reply.body, .mayHaveArrived = reply.mayHaveArrived};
+            if (answer.isSuccess())
+                Q_EMIT succeeded();
+            completion(answer);
             return;
         }
         m_auth.replaceAccessToken(token, context,
@@ -131,7 +151,7 @@ void SpotifyApi::dispatch(const SpotifyRequest &request, const QString &token, b
                                       if (fresh)
                                           dispatch(request, *fresh, true, context, completion);
                                       else
-                                          completion({.status = 401, .body = {}});
+                                          completion({.status = m_auth.isRefreshRefused() ? 401 : 0});
                                   });
     };
     sendHttp(m_network, request.method, http, body, replyLimit, context, answered);
@@ -143,14 +163,13 @@ bool SpotifyApi::waitOrFail(const SpotifyRequest &request, QObject *context, con
     if (remaining <= 0ms)
         return false;
     if (request.isPatient && remaining <= patience) {
-        // A little later, so that the timer cannot be early.
-        QTimer::singleShot(remaining + 20ms, context,
+        QTimer::singleShot(remaining + margin, context,
                            [this, self = QPointer(this), request, context, completion] {
                                if (self)
                                    send(request, context, completion);
                            });
     } else {
-        completion({.status = 429, .body = {}});
+        completion({.status = 429});
     }
     return true;
 }

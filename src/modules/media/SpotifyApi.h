@@ -1,12 +1,14 @@
 #pragma once
 
+#include <QDateTime>
 #include <QDeadlineTimer>
 #include <QJsonObject>
 #include <QObject>
-#include <QSet>
 #include <QString>
+#include <QTimer>
 #include <QUrl>
 
+#include <chrono>
 #include <functional>
 #include <optional>
 #include <utility>
@@ -35,7 +37,11 @@ struct SpotifyReply
 {
     /// The HTTP status; 0 where nothing was sent or nothing complete came back.
     int status = 0;
-    QByteArray body;
+    QByteArray body = {};
+    /// Without a status: whether the call may have been carried out all the same.
+    bool mayHaveArrived = false;
+    /// Whether the answer is that of a path's successor.
+    bool isFromSuccessor = false;
 
     [[nodiscard]] bool isSuccess() const { return status >= 200 && status < 300; }
 };
@@ -48,8 +54,6 @@ class SpotifyApi : public QObject
 
 public:
     using Completion = std::function<void(const SpotifyReply &)>;
-    /// The paths that the service is replacing.
-    enum class Moved { playlistTracks, createPlaylist };
 
     /// Everything is borrowed and must outlive the object; `host` is the API's base URL.
     SpotifyApi(SpotifyAuth &auth, QNetworkAccessManager &network, const QUrl &host,
@@ -58,20 +62,32 @@ public:
     /// Calls `completion` once, unless `context` is gone by then.
     void send(const SpotifyRequest &request, QObject *context, const Completion &completion);
     /// The same for a path with a successor: where the service answers that the old one is not there for us,
-    /// the successor is tried, and from its first success on used alone.
-    void send(Moved moved, const SpotifyRequest &request, const SpotifyRequest &successor, QObject *context,
+    /// the successor is tried. From the first success of one on, successors alone are used.
+    void send(const SpotifyRequest &request, const SpotifyRequest &successor, QObject *context,
               const Completion &completion);
+
+    /// Until when nothing is sent; no valid time where nothing stands in the way.
+    [[nodiscard]] QDateTime pausedUntil() const;
+    [[nodiscard]] bool isPaused() const { return !m_backOff.hasExpired(); }
+
+Q_SIGNALS:
+    /// A call has succeeded; its completion is called next.
+    void succeeded();
+    /// A pause that the service asked for has begun, ended or become longer.
+    void pauseChanged();
 
 private:
     void dispatch(const SpotifyRequest &request, const QString &token, bool isRepeated, QObject *context,
                   const Completion &completion);
+    void pause(std::chrono::seconds duration);
     bool waitOrFail(const SpotifyRequest &request, QObject *context, const Completion &completion);
 
     SpotifyAuth &m_auth;
     QNetworkAccessManager &m_network;
     QUrl m_base;
-    QDeadlineTimer m_backOff;
-    QSet<int> m_moved;
+    QDeadlineTimer m_backOff{0};
+    QTimer m_backOffEnd;
+    bool m_hasMoved = false;
 };
 
 } // namespace randblatt

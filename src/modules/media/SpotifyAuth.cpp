@@ -27,7 +27,6 @@ const QString expiryKey = u"sp_expiry"_s;
 
 const QString builtInClientID = u"5d2c8e71a09f4b63b8e4c1f07a92d3e6"_s;
 const QString redirectURI = u"randblatt://callback"_s;
-const QString callbackScheme = u"randblatt"_s;
 
 constexpr std::array scopes{
     "streaming"_L1,
@@ -64,6 +63,13 @@ QUrl appended(QUrl base, const QString &path)
 {
     base.setPath(base.path() + path);
     return base;
+}
+
+/// Whether the service said no for good (RFC 6749, section 5.2), rather than that it cannot now.
+bool isRefusal(const HttpReply &reply)
+{
+    const QJsonValue error = QJsonDocument::fromJson(reply.body)["error"_L1];
+    return (reply.status == 400 || reply.status == 401) && error.isString();
 }
 
 } // namespace
@@ -126,8 +132,9 @@ void SpotifyAuth::signIn()
         setLastError(u"Bitte zuerst die Spotify-Client-ID in den Einstellungen eintragen."_s);
         return;
     }
-    // Before the new verifier is stored: the old sign-in ends with its own.
-    m_session.cancel();
+    // With its own verifier: the page may be open in the browser, and be answered there.
+    if (m_session.showAgain())
+        return;
     const QString verifier = randomString(64);
     m_preferences.setValue(verifierKey, verifier);
     QUrlQuery query;
@@ -144,7 +151,7 @@ void SpotifyAuth::signIn()
     url.setQuery(query);
     if (!url.isValid())
         return;
-    m_session.start(url, callbackScheme, [self = QPointer(this)](const WebAuthenticationResult &result) {
+    m_session.start(url, QUrl(redirectURI), [self = QPointer(this)](const WebAuthenticationResult &result) {
         if (self)
             self->sessionEnded(result);
     });
@@ -156,6 +163,9 @@ void SpotifyAuth::sessionEnded(const WebAuthenticationResult &result)
         setLastError(result.error);
         return;
     }
+    // One's own cancelling is no failure.
+    if (result.callback.isEmpty())
+        return;
     const QUrlQuery query(result.callback);
     if (!query.hasQueryItem(u"code"_s)) {
         setLastError(u"Keine Autorisierung erhalten."_s);
@@ -174,8 +184,8 @@ void SpotifyAuth::exchange(const QString &code)
                   {"redirect_uri", redirectURI},
                   {"client_id", clientID()},
                   {"code_verifier", verifier}},
-                 [this](bool success) {
-                     m_isRefreshRefused = false;
+                 [this](bool success, const HttpReply &) {
+                     setRefreshRefused(false);
                      // A refresh that began meanwhile would put the replaced tokens back.
                      if (success)
                          ++m_account;
@@ -195,7 +205,7 @@ void SpotifyAuth::validAccessToken(QObject *context, TokenCompletion completion)
         completion(access);
         return;
     }
-    if (!m_preferences.get<QString>(refreshKey)) {
+    if (m_isRefreshRefused || !m_preferences.get<QString>(refreshKey)) {
         completion(std::nullopt);
         return;
     }
@@ -217,12 +227,15 @@ void SpotifyAuth::refresh()
     requestToken({{"grant_type", u"refresh_token"_s},
                   {"refresh_token", m_preferences.get<QString>(refreshKey).value_or(QString())},
                   {"client_id", clientID()}},
-                 [this](bool success) {
+                 [this](bool success, const HttpReply &reply) {
+                     if (!success)
+                         setRefreshRefused(isRefusal(reply));
                      answerWaiting(success ? m_preferences.get<QString>(accessKey) : std::nullopt);
                  });
 }
 
-void SpotifyAuth::requestToken(const Fields &fields, const std::function<void(bool)> &completion)
+void SpotifyAuth::requestToken(const Fields &fields,
+                               const std::function<void(bool, const HttpReply &)> &completion)
 {
     QByteArray body;
     for (const auto &[key, value] : fields)
@@ -232,7 +245,7 @@ void SpotifyAuth::requestToken(const Fields &fields, const std::function<void(bo
     sendHttp(m_network, "POST", request, body, tokenReplyLimit, this,
              [this, completion, account = m_account](const HttpReply &reply) {
                  if (account == m_account)
-                     completion(storeTokens(reply.body));
+                     completion(storeTokens(reply.body), reply);
              });
 }
 
@@ -240,7 +253,6 @@ bool SpotifyAuth::storeTokens(const QByteArray &body)
 {
     const QJsonObject json = QJsonDocument::fromJson(body).object();
     const QJsonValue access = json.value("access_token"_L1);
-    m_isRefreshRefused = json.value("error"_L1) == "invalid_grant"_L1;
     if (!access.isString())
         return false;
     m_preferences.setValue(accessKey, access.toString());
@@ -265,9 +277,18 @@ void SpotifyAuth::signOut()
     m_preferences.remove(accessKey);
     m_preferences.remove(refreshKey);
     m_preferences.setValue(expiryKey, distantPast);
-    m_isRefreshRefused = false;
+    m_session.cancel();
+    setRefreshRefused(false);
     setAuthorized(false);
     answerWaiting(std::nullopt);
+}
+
+void SpotifyAuth::setRefreshRefused(bool refused)
+{
+    if (m_isRefreshRefused == refused)
+        return;
+    m_isRefreshRefused = refused;
+    Q_EMIT isRefreshRefusedChanged();
 }
 
 void SpotifyAuth::setAuthorized(bool authorized)

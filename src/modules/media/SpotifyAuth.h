@@ -15,6 +15,7 @@ class QNetworkAccessManager;
 namespace randblatt {
 
 class AppSettings;
+struct HttpReply;
 class Preferences;
 class WebAuthenticationSession;
 struct WebAuthenticationResult;
@@ -42,16 +43,17 @@ public:
                 QObject *parent = nullptr);
     ~SpotifyAuth() override;
 
-    /// Starts the sign-in in the browser; a running one is cancelled.
+    /// Starts the sign-in in the browser, or shows the page of the one that is waiting once more.
     Q_INVOKABLE void signIn();
-    /// Forgets the tokens.
+    /// Forgets the tokens, and cancels a sign-in that is waiting.
     Q_INVOKABLE void signOut();
     /// Calls `completion` with the stored token at once while that is valid for another 30 seconds, else with
     /// the outcome of a refresh, which callers share. It is not called once `context` is gone.
     void validAccessToken(QObject *context, TokenCompletion completion);
     /// The same for a caller whose token the service has rejected although it seemed valid.
     void replaceAccessToken(const QString &rejected, QObject *context, TokenCompletion completion);
-    /// The tokens' owner has to sign in again: the service has refused the refresh token for good.
+    /// The tokens' owner has to sign in again: the service has refused the refresh token for good. It is not
+    /// asked again.
     [[nodiscard]] bool isRefreshRefused() const { return m_isRefreshRefused; }
 
     /// Whether a refresh token is believed to be held.
@@ -66,6 +68,7 @@ public:
 Q_SIGNALS:
     void isAuthorizedChanged();
     void lastErrorChanged();
+    void isRefreshRefusedChanged();
     /// A sign-in succeeded, also where isAuthorized() was true before; sent before isAuthorizedChanged().
     void signedIn();
 
@@ -77,8 +80,10 @@ private:
     void sessionEnded(const WebAuthenticationResult &result);
     void exchange(const QString &code);
     void refresh();
-    void requestToken(const Fields &fields, const std::function<void(bool)> &completion);
+    /// Calls `completion` with whether there are new tokens now, and with the answer.
+    void requestToken(const Fields &fields, const std::function<void(bool, const HttpReply &)> &completion);
     [[nodiscard]] bool storeTokens(const QByteArray &body);
+    void setRefreshRefused(bool refused);
     void answerWaiting(const std::optional<QString> &token);
     void setAuthorized(bool authorized);
     void setLastError(const QString &error);

@@ -22,6 +22,7 @@ struct SpotifyModule::Player
                     })
         , service(auth, network, environment.hosts.api)
         , covers(network, CoverCache::defaultFolder())
+        , newPlaylist(environment.preferences, service)
     {
     }
 
@@ -30,6 +31,7 @@ struct SpotifyModule::Player
     SpotifyWebPlayer webPlayer;
     SpotifyService service;
     CoverCache covers;
+    NewPlaylist newPlaylist;
 };
 
 SpotifyModule::SpotifyModule(Environment environment, QObject *parent)
@@ -54,15 +56,28 @@ SpotifyModule::Player &SpotifyModule::player()
             [&made] { made.service.setDeviceReady(made.webPlayer.isReady()); });
     connect(&made.auth, &SpotifyAuth::isAuthorizedChanged, this, [this, &made] {
         if (!made.auth.isAuthorized())
-            made.service.reset();
+            signedOut();
         update();
     });
+    connect(&made.service, &SpotifyService::tracksRemoved, this, &SpotifyModule::offerUndo);
     // A sign-in while the player is shown brought new permissions.
     connect(&made.auth, &SpotifyAuth::signedIn, this, [this] {
         if (m_isActive)
             begin();
     });
     return made;
+}
+
+void SpotifyModule::signedOut()
+{
+    webPlayer()->stop();
+    service()->reset();
+    newPlaylist()->reset();
+}
+
+void SpotifyModule::offerUndo(const SpotifyRemoval &removal)
+{
+    undoHistory()->push(u"Titel entfernt"_s, [this, removal] { service()->restoreTracks(removal); });
 }
 
 SpotifyAuth *SpotifyModule::auth()
@@ -83,6 +98,11 @@ SpotifyWebPlayer *SpotifyModule::webPlayer()
 CoverCache *SpotifyModule::covers()
 {
     return &player().covers;
+}
+
+NewPlaylist *SpotifyModule::newPlaylist()
+{
+    return &player().newPlaylist;
 }
 
 QString SpotifyModule::id() const
@@ -137,6 +157,7 @@ void SpotifyModule::update()
         begin();
     else
         service()->stopPolling();
+    webPlayer()->setWatched(isActive);
 }
 
 void SpotifyModule::begin()

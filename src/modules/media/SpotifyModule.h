@@ -1,6 +1,7 @@
 #pragma once
 
 #include "modules/media/CoverCache.h"
+#include "modules/media/NewPlaylist.h"
 #include "modules/media/SpotifyAuth.h"
 #include "modules/media/SpotifyService.h"
 #include "modules/media/SpotifyWebPlayer.h"
@@ -27,6 +28,7 @@ class SpotifyModule : public SidebarModule
     Q_PROPERTY(randblatt::SpotifyService *service READ service CONSTANT FINAL)
     Q_PROPERTY(randblatt::SpotifyWebPlayer *webPlayer READ webPlayer CONSTANT FINAL)
     Q_PROPERTY(randblatt::CoverCache *covers READ covers CONSTANT FINAL)
+    Q_PROPERTY(randblatt::NewPlaylist *newPlaylist READ newPlaylist CONSTANT FINAL)
 
 public:
     /// What the module borrows; everything must outlive it.
@@ -58,6 +60,7 @@ public:
     [[nodiscard]] SpotifyService *service();
     [[nodiscard]] SpotifyWebPlayer *webPlayer();
     [[nodiscard]] CoverCache *covers();
+    [[nodiscard]] NewPlaylist *newPlaylist();
 
 private:
     struct Player;
@@ -65,6 +68,8 @@ private:
     [[nodiscard]] Player &player();
     void update();
     void begin();
+    void signedOut();
+    void offerUndo(const SpotifyRemoval &removal);
 
     Environment m_environment;
     MediaKeys *m_mediaKeys;

@@ -21,7 +21,7 @@ struct SpotifyPage
 struct SpotifyNowPlaying
 {
     bool isPlaying = false;
-    /// These are empty where the service names nothing.
+    /// These are empty where the service names nothing. An episode has its programme for an artist.
     QString trackName;
     QString artistName;
     QUrl albumArtURL;
@@ -29,8 +29,9 @@ struct SpotifyNowPlaying
     friend bool operator==(const SpotifyNowPlaying &, const SpotifyNowPlaying &) = default;
 };
 
-// What the service's answers say, from JSON of any shape: none where the text is no JSON object, empty values
-// where members are missing or have another type. These functions may be used on any thread.
+// What the service's answers say, from JSON of any shape: none where the text is no JSON object with the
+// member that it is about, empty values where others are missing or have another type. These functions may be
+// used on any thread.
 
 [[nodiscard]] std::optional<SpotifyPage<SpotifyPlaylist>> parsePlaylists(const QByteArray &json);
 /// Both forms of an entry: with the member `track`, and with its successor `item`.

@@ -10,17 +10,24 @@ FocusScope {
     required property SpotifyAuth auth
     required property SpotifyService service
     required property CoverCache covers
+    required property NewPlaylist newPlaylist
     required property color accent
 
     // The playlist being shown, while there is one.
     property spotifyPlaylist openPlaylist
     property bool isOpen: false
-    property bool isNaming: false
+    readonly property bool isNaming: newPlaylist.isOpen
 
     function open(playlist: spotifyPlaylist): void {
         openPlaylist = playlist
         isOpen = true
         service.loadTracks(playlist)
+    }
+
+    // Asks for a new playlist's name, with the keyboard in its field.
+    function askForName(): void {
+        newPlaylist.open()
+        prompt.item.takeFocus()
     }
 
     NowPlaying {
@@ -50,7 +57,6 @@ FocusScope {
         size: Metrics.captionSize
         color: root.appearance.secondary
         wrapMode: Text.Wrap
-        maximumLineCount: 2
     }
 
     Loader {
@@ -72,7 +78,7 @@ FocusScope {
             service: root.service
             covers: root.covers
             onOpened: playlist => root.open(playlist)
-            onNewRequested: root.isNaming = true
+            onNewRequested: root.askForName()
         }
     }
 
@@ -81,6 +87,7 @@ FocusScope {
 
         TrackList {
             appearance: root.appearance
+            auth: root.auth
             service: root.service
             playlist: root.openPlaylist
             onClosed: root.isOpen = false
@@ -88,12 +95,15 @@ FocusScope {
     }
 
     Loader {
+        id: prompt
+
         anchors.fill: parent
         active: root.isNaming
+        focus: root.isNaming
         sourceComponent: NewPlaylistPrompt {
             appearance: root.appearance
-            onCreated: name => root.service.createPlaylist(name)
-            onClosed: root.isNaming = false
+            newPlaylist: root.newPlaylist
+            service: root.service
         }
     }
 }

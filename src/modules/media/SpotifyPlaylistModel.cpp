@@ -74,6 +74,17 @@ void SpotifyPlaylistModel::truncate(int count)
     Q_EMIT countChanged();
 }
 
+void SpotifyPlaylistModel::addTracks(const QString &id, int count)
+{
+    const auto there = std::find_if(m_playlists.begin(), m_playlists.end(),
+                                    [&](const auto &playlist) { return playlist.id == id; });
+    if (there == m_playlists.end())
+        return;
+    SpotifyPlaylist changed = *there;
+    changed.trackCount += count;
+    setRow(static_cast<int>(std::distance(m_playlists.begin(), there)), changed);
+}
+
 void SpotifyPlaylistModel::setUserID(const QString &userID)
 {
     m_userID = userID;

@@ -28,6 +28,8 @@ public:
     void setRows(int first, const QList<SpotifyPlaylist> &playlists);
     /// Takes the rows from `count` on away.
     void truncate(int count);
+    /// Counts so many tracks more in a playlist.
+    void addTracks(const QString &id, int count);
     /// Marks the playlists of this owner as editable; none where the id is empty.
     void setUserID(const QString &userID);
 

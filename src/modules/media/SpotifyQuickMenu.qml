@@ -2,7 +2,7 @@ import QtQuick
 import Randblatt.Controls
 import Randblatt.Media
 
-// Whether our own playback device is there, and the way to sign out.
+// Whether our own playback device is there, why it is not, and the way to sign out.
 Column {
     id: root
 
@@ -27,11 +27,31 @@ Column {
 
         Text {
             objectName: "deviceText"
-            text: root.webPlayer.isReady ? "Gerät verbunden" : "Gerät verbindet…"
+            text: root.webPlayer.isReady ? "Gerät verbunden"
+                : root.webPlayer.problem !== "" ? "Kein eigenes Gerät" : "Gerät verbindet…"
             color: "white"
             font.pixelSize: Metrics.bodySize
             textFormat: Text.PlainText
         }
+    }
+
+    Text {
+        objectName: "deviceProblem"
+        width: parent.width
+        visible: root.webPlayer.problem !== ""
+        text: root.webPlayer.problem
+        color: Qt.rgba(1, 1, 1, 0.7)
+        font.pixelSize: Metrics.captionSize
+        wrapMode: Text.Wrap
+        textFormat: Text.PlainText
+    }
+
+    PlainButton {
+        objectName: "retryButton"
+        x: -reach
+        visible: root.webPlayer.canRetry
+        text: "Erneut versuchen"
+        onClicked: root.webPlayer.retry()
     }
 
     PlainButton {

@@ -59,6 +59,8 @@ public:
     QString uri;
     /// The place in the loaded list, from 0.
     int index = 0;
+    /// The place in the service's list, which has entries that are no tracks as well.
+    int place = 0;
 
     friend bool operator==(const SpotifyTrack &, const SpotifyTrack &) = default;
 };

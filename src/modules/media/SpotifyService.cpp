@@ -1,6 +1,7 @@
 #include "modules/media/SpotifyService.h"
 
 #include "modules/media/RunAside.h"
+#include "modules/media/SpotifyMessages.h"
 
 #include <QJsonArray>
 
@@ -12,43 +13,19 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto pollInterval = 4s;
-constexpr int playlistPage = 50;
-constexpr int savedTrackPage = 50;
-constexpr int playlistTrackPage = 100;
+// The service needs a moment before it tells what a command has changed.
+constexpr auto commandEffect = 500ms;
 // The service plays no longer list of tracks without a context; it refuses the request as too large.
 constexpr qsizetype longestTrackList = 500;
-
-const QString noDevice =
-    u"Kein Gerät gefunden. Öffne die Spotify-App oder warte, bis „Randblatt“ bereit ist."_s;
-
-QList<std::pair<QString, QString>> pageQuery(int limit, int offset, const QString &fields = {})
-{
-    QList<std::pair<QString, QString>> query{{u"limit"_s, QString::number(limit)}};
-    if (!fields.isEmpty())
-        query.append({u"fields"_s, fields});
-    if (offset > 0)
-        query.append({u"offset"_s, QString::number(offset)});
-    return query;
-}
-
-QString playlistPath(const SpotifyPlaylist &playlist, QLatin1StringView what)
-{
-    return "/playlists/"_L1 + playlist.id + what;
-}
-
-QJsonObject removal(const QString &list, const SpotifyTrack &track)
-{
-    return {{list, QJsonArray{QJsonObject{{u"uri"_s, track.uri}}}}};
-}
+// What is larger takes longer to parse than a frame may.
+constexpr qsizetype smallReply = 65'536;
 
 } // namespace
 
 SpotifyService::SpotifyService(SpotifyAuth &auth, QNetworkAccessManager &network, const QUrl &host,
                                QObject *parent)
-    : QObject(parent)
-    , m_api(auth, network, host)
-    , m_playlists(new SpotifyPlaylistModel(this))
-    , m_tracks(new SpotifyTrackModel(this))
+    : SpotifyLibrary(auth, network, host, parent)
+    , m_editor(*this)
 {
     m_timer.setInterval(pollInterval);
     connect(&m_timer, &QTimer::timeout, this, [this] {
@@ -56,196 +33,146 @@ SpotifyService::SpotifyService(SpotifyAuth &auth, QNetworkAccessManager &network
         if (m_pollsUnderWay == 0)
             refreshNowPlaying();
     });
+    m_pollSoon.setSingleShot(true);
+    m_pollSoon.setInterval(commandEffect);
+    connect(&m_pollSoon, &QTimer::timeout, this, &SpotifyService::refreshNowPlaying);
+    connect(this, &SpotifyConnection::canSendChanged, this, [this] {
+        // A pause is over, or has begun: the status line tells.
+        if (m_timer.isActive())
+            refreshNowPlaying();
+    });
+    connect(&m_editor, &PlaylistEditor::removed, this, &SpotifyService::tracksRemoved);
 }
 
 void SpotifyService::startPolling()
 {
-    refreshNowPlaying();
+    m_isResting = false;
     m_timer.start();
+    refreshNowPlaying();
 }
 
 void SpotifyService::stopPolling()
 {
+    m_isResting = false;
     m_timer.stop();
+    m_pollSoon.stop();
 }
 
 void SpotifyService::refreshNowPlaying()
 {
     ++m_pollsUnderWay;
-    m_api.send({.path = u"/me/player/currently-playing"_s}, this,
-               [this, turn = ++m_pollTurn](const SpotifyReply &reply) {
-                   --m_pollsUnderWay;
-                   // A later answer tells more than an earlier question.
-                   if (turn == m_pollTurn && reply.isSuccess())
-                       applyNowPlaying(reply);
-               });
+    send({.path = u"/me/player/currently-playing"_s, .query = {{u"additional_types"_s, u"episode"_s}}},
+         [this, turn = ++m_pollTurn](const SpotifyReply &reply) { pollAnswered(reply, turn); });
 }
 
-void SpotifyService::applyNowPlaying(const SpotifyReply &reply)
+void SpotifyService::pollAnswered(const SpotifyReply &reply, int turn)
 {
-    const bool mayReplaceMessage = m_messageHold.hasExpired();
-    if (reply.status == 204 || reply.body.isEmpty()) {
-        if (m_nowPlaying.trackName.isEmpty() && mayReplaceMessage)
-            setStatusMessage(m_deviceReady ? u"Bereit – wähle eine Playlist"_s : u"Verbinde Gerät…"_s);
+    --m_pollsUnderWay;
+    // A later answer tells more than an earlier question.
+    if (turn != m_pollTurn)
+        return;
+    if (!reply.isSuccess()) {
+        showPollFailure(reply);
+    } else if (reply.status == 204 || reply.body.isEmpty()) {
         setPlaying(false);
-    } else if (const auto nowPlaying = parseNowPlaying(reply.body)) {
-        if (mayReplaceMessage)
-            setStatusMessage({});
-        setNowPlaying(*nowPlaying);
+        showIdle();
+    } else if (reply.body.size() <= smallReply) {
+        showNowPlaying(parseNowPlaying(reply.body));
+    } else {
+        runAside(
+            this, [json = reply.body] { return parseNowPlaying(json); },
+            [this, turn](const auto &nowPlaying) {
+                if (turn == m_pollTurn)
+                    showNowPlaying(nowPlaying);
+            });
     }
 }
 
-void SpotifyService::loadUserID()
+void SpotifyService::showNowPlaying(const std::optional<SpotifyNowPlaying> &nowPlaying)
 {
-    m_userID.clear();
-    withUserID([] {});
-}
-
-void SpotifyService::withUserID(const std::function<void()> &then)
-{
-    if (!m_userID.isEmpty()) {
-        then();
+    if (!nowPlaying) {
+        showPollFailure({.status = 200});
         return;
     }
-    m_api.send({.path = u"/me"_s, .isPatient = true}, this,
-               [this, then, account = m_account](const SpotifyReply &reply) {
-                   const auto id = reply.isSuccess() ? parseUserID(reply.body) : std::nullopt;
-                   if (!id || account != m_account)
-                       return;
-                   setUserID(*id);
-                   then();
-               });
+    setNowPlaying(*nowPlaying);
+    if (!nowPlaying->isPlaying)
+        showIdle();
+    else if (mayReplaceMessage())
+        setStatusMessage(trackName().isEmpty() ? u"Spotify nennt den Titel nicht."_s : QString());
 }
 
-void SpotifyService::setUserID(const QString &id)
+void SpotifyService::showIdle()
 {
-    m_userID = id;
-    m_playlists->setUserID(id);
-    m_tracks->setEditable(!id.isEmpty() && m_shown.ownerID == id);
-}
-
-void SpotifyService::loadPlaylists()
-{
-    setFlag(m_loadingPlaylists, true, &SpotifyService::loadingPlaylistsChanged);
-    ++m_playlistsTurn;
-    loadPlaylistPage(0, 0);
-}
-
-void SpotifyService::loadPlaylistPage(int offset, int row)
-{
-    const auto loaded = [this, offset, row, turn = m_playlistsTurn](const auto &page) {
-        if (turn != m_playlistsTurn)
-            return;
-        if (page) {
-            setFlag(m_needsReauth, false, &SpotifyService::needsReauthChanged);
-            const int end = row + static_cast<int>(page->records.size());
-            m_playlists->setRows(row, page->records);
-            if (page->entries == playlistPage) {
-                loadPlaylistPage(offset + page->entries, end);
-                return;
-            }
-            m_playlists->truncate(end);
-        }
-        setFlag(m_loadingPlaylists, false, &SpotifyService::loadingPlaylistsChanged);
-    };
-    m_api.send({.path = u"/me/playlists"_s, .query = pageQuery(playlistPage, offset), .isPatient = true},
-               this, [this, loaded, turn = m_playlistsTurn](const SpotifyReply &reply) {
-                   const bool isRefused = reply.status == 401 || reply.status == 403;
-                   if (turn == m_playlistsTurn && isRefused)
-                       setFlag(m_needsReauth, true, &SpotifyService::needsReauthChanged);
-                   if (reply.status == 200)
-                       runAside(
-                           this, [json = reply.body] { return parsePlaylists(json); }, loaded);
-                   else
-                       loaded(std::optional<SpotifyPage<SpotifyPlaylist>>());
-               });
-}
-
-void SpotifyService::loadTracks(const SpotifyPlaylist &playlist)
-{
-    setFlag(m_loadingTracks, true, &SpotifyService::loadingTracksChanged);
-    m_tracks->clear();
-    m_shown = playlist;
-    m_tracks->setEditable(!m_userID.isEmpty() && m_shown.ownerID == m_userID);
-    ++m_tracksTurn;
-    loadTrackPage(0);
-}
-
-void SpotifyService::loadTrackPage(int offset)
-{
-    const int pageSize = m_shown.isLiked() ? savedTrackPage : playlistTrackPage;
-    const auto loaded = [this, offset, pageSize, turn = m_tracksTurn](const auto &page) {
-        if (turn != m_tracksTurn)
-            return;
-        if (page)
-            m_tracks->append(page->records);
-        // What was removed meanwhile has moved the following entries up.
-        if (page && page->entries == pageSize)
-            loadTrackPage(offset + pageSize - std::exchange(m_removedWhileLoading, 0));
-        else
-            setFlag(m_loadingTracks, false, &SpotifyService::loadingTracksChanged);
-    };
-    const auto answered = [this, loaded](const SpotifyReply &reply) {
-        if (reply.status == 200)
-            runAside(
-                this, [json = reply.body] { return parseTracks(json); }, loaded);
-        else
-            loaded(std::optional<SpotifyPage<SpotifyTrack>>());
-    };
-    m_removedWhileLoading = 0;
-    if (m_shown.isLiked()) {
-        m_api.send({.path = u"/me/tracks"_s, .query = pageQuery(pageSize, offset), .isPatient = true}, this,
-                   answered);
+    if (!mayReplaceMessage())
         return;
-    }
-    m_api.send(SpotifyApi::Moved::playlistTracks,
-               {.path = playlistPath(m_shown, "/tracks"_L1),
-                .query = pageQuery(pageSize, offset, u"items(track(id,uri,name,artists(name)))"_s),
-                .isPatient = true},
-               {.path = playlistPath(m_shown, "/items"_L1),
-                .query = pageQuery(pageSize, offset, u"items(item(id,uri,name,artists(name)))"_s),
-                .isPatient = true},
-               this, answered);
+    if (!trackName().isEmpty())
+        setStatusMessage({});
+    else
+        setStatusMessage(m_deviceReady ? u"Bereit – wähle eine Playlist"_s : u"Verbinde Gerät…"_s);
+}
+
+void SpotifyService::showPollFailure(const SpotifyReply &reply)
+{
+    if (mayReplaceMessage())
+        setStatusMessage(pollFailure(reply, pausedUntil()));
+    if (reply.status != 401 || !m_timer.isActive())
+        return;
+    // Each further poll would cost a refresh of the token.
+    m_timer.stop();
+    m_isResting = true;
+}
+
+void SpotifyService::repeatFailedLoads()
+{
+    SpotifyLibrary::repeatFailedLoads();
+    if (!m_isResting)
+        return;
+    startPolling();
+    loadPlaylists();
 }
 
 void SpotifyService::command(const QByteArray &method, const QString &path,
                              const std::optional<QJsonObject> &body, const Answered &answered)
 {
     const auto sendTo = [this, method, path, body, answered](const QString &device) {
-        m_api.send({.method = method, .path = path, .query = {{u"device_id"_s, device}}, .body = body}, this,
-                   answered);
+        send({.method = method, .path = path, .query = {{u"device_id"_s, device}}, .body = body},
+             [this, answered](const SpotifyReply &reply) {
+                 answered(reply);
+                 if (reply.isSuccess() && m_timer.isActive())
+                     m_pollSoon.start();
+             });
     };
     if (m_deviceID) {
         sendTo(*m_deviceID);
         return;
     }
-    m_api.send({.path = u"/me/player/devices"_s}, this, [this, sendTo](const SpotifyReply &reply) {
+    send({.path = u"/me/player/devices"_s}, [this, sendTo](const SpotifyReply &reply) {
         const auto device = reply.isSuccess() ? parseDevice(reply.body) : std::nullopt;
-        if (device && device->isEmpty())
-            showFailure(noDevice);
-        else if (device)
+        if (!device)
+            showFailure(pollFailure(reply, pausedUntil()));
+        else if (device->isEmpty())
+            showFailure(noDeviceMessage());
+        else
             sendTo(*device);
     });
 }
 
 void SpotifyService::explain(const SpotifyReply &reply)
 {
-    if (reply.status == 403)
-        showFailure(u"Benötigt Spotify Premium."_s);
-    else if (reply.status == 404)
-        showFailure(m_deviceReady ? u"Wähle eine Playlist zum Starten."_s
-                                  : u"Kein aktives Gerät. Kurz warten, bis das Gerät bereit ist."_s);
+    if (const QString failure = commandFailure(reply, pausedUntil(), m_deviceReady); !failure.isEmpty())
+        showFailure(failure);
 }
 
 void SpotifyService::sendPlay(const std::optional<QJsonObject> &body)
 {
     command("PUT", u"/me/player/play"_s, body, [this](const SpotifyReply &reply) {
         if (reply.status == 404) {
-            showFailure(noDevice);
-        } else if (reply.status != 0) {
-            explain(reply);
-            refreshNowPlaying();
+            showFailure(noDeviceMessage());
+            return;
         }
+        explain(reply);
+        if (reply.status != 0)
+            refreshNowPlaying();
     });
 }
 
@@ -281,7 +208,7 @@ void SpotifyService::playTrack(const SpotifyTrack &track, const SpotifyPlaylist 
 QStringList SpotifyService::loadedURIs(int first) const
 {
     QStringList uris;
-    for (const SpotifyTrack &track : m_tracks->tracks().mid(first, longestTrackList))
+    for (const SpotifyTrack &track : tracks()->tracks().mid(first, longestTrackList))
         uris.append(track.uri);
     return uris;
 }
@@ -305,59 +232,39 @@ void SpotifyService::togglePlayPause()
 
 void SpotifyService::next()
 {
-    command("POST", u"/me/player/next"_s, std::nullopt,
-            [this](const SpotifyReply &reply) { explain(reply); });
+    skip(u"/me/player/next"_s);
 }
 
 void SpotifyService::previous()
 {
-    command("POST", u"/me/player/previous"_s, std::nullopt,
-            [this](const SpotifyReply &reply) { explain(reply); });
+    skip(u"/me/player/previous"_s);
+}
+
+void SpotifyService::skip(const QString &path)
+{
+    command("POST", path, std::nullopt, [this](const SpotifyReply &reply) { explain(reply); });
 }
 
 void SpotifyService::transferToDevice()
 {
     if (!m_deviceID)
         return;
-    m_api.send({.method = "PUT",
-                .path = u"/me/player"_s,
-                .body = QJsonObject{{u"device_ids"_s, QJsonArray{*m_deviceID}}, {u"play"_s, false}}},
-               this, [](const SpotifyReply &) {});
+    send({.method = "PUT",
+          .path = u"/me/player"_s,
+          .body = QJsonObject{{u"device_ids"_s, QJsonArray{*m_deviceID}}, {u"play"_s, false}}},
+         [this](const SpotifyReply &reply) { explain(reply); });
 }
 
-void SpotifyService::createPlaylist(const QString &name)
+void SpotifyService::createPlaylist(const QString &name, const PlaylistEditor::Done &done)
 {
-    const QString trimmed = name.trimmed();
-    if (trimmed.isEmpty())
-        return;
-    withUserID([this, trimmed] {
-        const QJsonObject body{{u"name"_s, trimmed}, {u"public"_s, false}};
-        m_api.send(SpotifyApi::Moved::createPlaylist,
-                   {.method = "POST", .path = "/users/"_L1 + m_userID + "/playlists"_L1, .body = body},
-                   {.method = "POST", .path = u"/me/playlists"_s, .body = body}, this,
-                   [this, account = m_account](const SpotifyReply &reply) {
-                       if (account == m_account && (reply.status == 200 || reply.status == 201))
-                           loadPlaylists();
-                   });
-    });
+    if (const QString trimmed = name.trimmed(); !trimmed.isEmpty())
+        m_editor.create(
+            trimmed, done ? done : [](const QString &) {});
 }
 
 void SpotifyService::removeTrack(const SpotifyTrack &track, const SpotifyPlaylist &playlist)
 {
-    m_api.send(
-        SpotifyApi::Moved::playlistTracks,
-        {.method = "DELETE",
-         .path = playlistPath(playlist, "/tracks"_L1),
-         .body = removal(u"tracks"_s, track)},
-        {.method = "DELETE", .path = playlistPath(playlist, "/items"_L1), .body = removal(u"items"_s, track)},
-        this, [this, track, playlist, account = m_account](const SpotifyReply &reply) {
-            if (account != m_account)
-                return;
-            if (reply.status != 200)
-                showFailure(u"Konnte Titel nicht entfernen."_s);
-            else if (m_shown.id == playlist.id)
-                m_removedWhileLoading += m_tracks->remove(track.uri);
-        });
+    m_editor.remove(track, playlist);
 }
 
 void SpotifyService::setDeviceID(const std::optional<QString> &id)
@@ -368,25 +275,23 @@ void SpotifyService::setDeviceID(const std::optional<QString> &id)
 
 void SpotifyService::setDeviceReady(bool ready)
 {
-    setFlag(m_deviceReady, ready, &SpotifyService::deviceReadyChanged);
+    if (m_deviceReady == ready)
+        return;
+    m_deviceReady = ready;
+    Q_EMIT deviceReadyChanged();
 }
 
 void SpotifyService::reset()
 {
-    ++m_account;
+    SpotifyLibrary::reset();
+    m_editor.reset();
     ++m_pollTurn;
-    ++m_playlistsTurn;
-    ++m_tracksTurn;
-    m_shown = {};
+    // Their answers are dropped.
+    m_pollsUnderWay = 0;
+    m_pollSoon.stop();
     setNowPlaying({});
-    m_messageHold.setRemainingTime(0);
-    setStatusMessage({});
-    setUserID({});
-    m_tracks->clear();
-    m_playlists->truncate(0);
-    setFlag(m_loadingPlaylists, false, &SpotifyService::loadingPlaylistsChanged);
-    setFlag(m_loadingTracks, false, &SpotifyService::loadingTracksChanged);
-    setFlag(m_needsReauth, false, &SpotifyService::needsReauthChanged);
+    setDeviceReady(false);
+    m_deviceID.reset();
 }
 
 void SpotifyService::setPlaying(bool isPlaying)
@@ -402,28 +307,6 @@ void SpotifyService::setNowPlaying(const SpotifyNowPlaying &nowPlaying)
         return;
     m_nowPlaying = nowPlaying;
     Q_EMIT nowPlayingChanged();
-}
-
-void SpotifyService::setStatusMessage(const QString &message)
-{
-    if (m_statusMessage == message)
-        return;
-    m_statusMessage = message;
-    Q_EMIT statusMessageChanged();
-}
-
-void SpotifyService::showFailure(const QString &message)
-{
-    m_messageHold.setRemainingTime(pollInterval);
-    setStatusMessage(message);
-}
-
-void SpotifyService::setFlag(bool &flag, bool value, void (SpotifyService::*changed)())
-{
-    if (flag == value)
-        return;
-    flag = value;
-    Q_EMIT(this->*changed)();
 }
 
 } // namespace randblatt

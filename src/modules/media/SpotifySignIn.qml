@@ -49,7 +49,6 @@ FocusScope {
             color: root.appearance.destructive
             horizontalAlignment: Text.AlignHCenter
             wrapMode: Text.Wrap
-            maximumLineCount: 3
         }
     }
 }

@@ -1,5 +1,8 @@
 #include "modules/media/SpotifyTrackModel.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace randblatt {
 
 SpotifyTrackModel::SpotifyTrackModel(QObject *parent)
@@ -58,27 +61,43 @@ void SpotifyTrackModel::append(QList<SpotifyTrack> tracks)
     Q_EMIT countChanged();
 }
 
-int SpotifyTrackModel::remove(const QString &uri)
+QList<SpotifyTrack> SpotifyTrackModel::take(const QString &uri)
 {
-    int removed = 0;
-    int first = count();
+    QList<SpotifyTrack> taken;
     for (int row = count() - 1; row >= 0; --row) {
         if (m_tracks.at(row).uri != uri)
             continue;
         beginRemoveRows({}, row, row);
-        m_tracks.removeAt(row);
+        taken.prepend(m_tracks.takeAt(row));
+        for (int later = row; later < count(); ++later)
+            --m_tracks[later].place;
         endRemoveRows();
-        ++removed;
-        first = row;
     }
-    if (removed == 0)
-        return 0;
+    if (!taken.isEmpty())
+        renumber(taken.first().index);
+    return taken;
+}
+
+void SpotifyTrackModel::insert(const SpotifyTrack &track)
+{
+    const auto there = std::find_if(m_tracks.begin(), m_tracks.end(),
+                                    [&](const auto &other) { return other.place >= track.place; });
+    const int row = static_cast<int>(std::distance(m_tracks.begin(), there));
+    beginInsertRows({}, row, row);
+    m_tracks.insert(row, track);
+    for (int later = row + 1; later < count(); ++later)
+        ++m_tracks[later].place;
+    endInsertRows();
+    renumber(row);
+}
+
+void SpotifyTrackModel::renumber(int first)
+{
     for (int row = first; row < count(); ++row)
         m_tracks[row].index = row;
     if (first < count())
         Q_EMIT dataChanged(index(first), index(count() - 1), {static_cast<int>(Role::track)});
     Q_EMIT countChanged();
-    return removed;
 }
 
 void SpotifyTrackModel::setEditable(bool editable)

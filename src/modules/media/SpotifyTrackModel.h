@@ -27,8 +27,10 @@ public:
     void clear();
     /// Appends the tracks and numbers them on.
     void append(QList<SpotifyTrack> tracks);
-    /// Takes every occurrence of a track away; how many there were.
-    int remove(const QString &uri);
+    /// Takes every occurrence of a track away and gives them as they were.
+    QList<SpotifyTrack> take(const QString &uri);
+    /// Puts a track at its place in the service's list.
+    void insert(const SpotifyTrack &track);
     /// Whether the user may remove tracks from the playlist.
     void setEditable(bool editable);
 
@@ -41,6 +43,8 @@ Q_SIGNALS:
     void editableChanged();
 
 private:
+    void renumber(int first);
+
     QList<SpotifyTrack> m_tracks;
     bool m_isEditable = false;
 };

@@ -26,7 +26,8 @@ FocusScope {
             loader.setSource(content, Object.assign(common, { auth: module.auth }))
         else
             loader.setSource(content, Object.assign(common, { auth: module.auth, service: module.service,
-                                                              covers: module.covers, accent: accent }))
+                                                              covers: module.covers, newPlaylist: module.newPlaylist,
+                                                              accent: accent }))
     }
 
     onContentChanged: load()

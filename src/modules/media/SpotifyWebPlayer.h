@@ -2,6 +2,7 @@
 
 #include "webplayer/Protocol.h"
 
+#include <QDateTime>
 #include <QElapsedTimer>
 #include <QObject>
 #include <QProcess>
@@ -16,8 +17,9 @@
 namespace randblatt {
 
 /// Makes the application a playback device of its own. The service's SDK runs in a page of the helper process
-/// quillbar-webplayer, which is started when it is first needed, started again when it dies, and spoken to
-/// over its standard streams (see webplayer/Protocol.h). Without the helper nothing ever becomes ready.
+/// quillbar-webplayer, which is started when it is first needed, started again when it dies or hangs, up to
+/// five times in a row, and spoken to over its standard streams (see webplayer/Protocol.h). Without the
+/// helper nothing ever becomes ready.
 class SpotifyWebPlayer : public QObject
 {
     Q_OBJECT
@@ -25,6 +27,7 @@ class SpotifyWebPlayer : public QObject
     QML_UNCREATABLE("The media module has the player.")
     Q_PROPERTY(bool isReady READ isReady NOTIFY isReadyChanged FINAL)
     Q_PROPERTY(QString problem READ problem NOTIFY problemChanged FINAL)
+    Q_PROPERTY(bool canRetry READ canRetry NOTIFY problemChanged FINAL)
 
 public:
     using TokenCompletion = std::function<void(const std::optional<QString> &)>;
@@ -38,8 +41,16 @@ public:
     /// Where the helper is installed: beside the application or in its folder for helpers.
     [[nodiscard]] static QString defaultHelper();
 
-    /// Loads the page with the SDK; where it is there already, only hands it a token.
+    /// Loads the page with the SDK; where it is there already, only hands it a token. Where the helper was
+    /// given up it is tried again only if it is another by now.
     void start();
+    /// Tries the helper that was given up once more.
+    Q_INVOKABLE void retry();
+    /// Whether to ask now and then if the helper still runs. Somebody has to be there who would miss it:
+    /// asking keeps the processor awake.
+    void setWatched(bool watched);
+    /// Ends the helper, and with it the device.
+    void stop();
     /// Hands a token to the page, if there is one.
     void pushToken(const QString &token);
 
@@ -49,6 +60,8 @@ public:
     /// Why music cannot be played on this device, what to do about it and what works nevertheless, in German;
     /// empty where nothing is known to be missing. The engine is asked by the helper, not before that runs.
     [[nodiscard]] QString problem() const { return m_problem; }
+    /// The helper was given up, and may do better when it is tried again.
+    [[nodiscard]] bool canRetry() const { return m_isGivenUp; }
 
 Q_SIGNALS:
     /// The SDK told the device's id, be it the same as before, or the device is gone.
@@ -60,11 +73,15 @@ private:
     bool findHelper();
     void launch();
     void helperEnded();
+    void giveUp(const QString &problem);
+    void ping();
+    void readErrors();
     void readLines();
     void receive(const QJsonObject &line);
     void receiveMessage(const QJsonObject &body);
     void fetchToken();
     void send(const QJsonObject &line);
+    void forgetDevice();
     void setReady(bool ready);
     void setProblem(const QString &problem);
 
@@ -74,8 +91,18 @@ private:
     std::unique_ptr<QProcess> m_process;
     LineReader m_reader;
     QTimer m_restart;
-    int m_restartSeconds = 0;
+    /// How often in a row the helper has died soon.
+    int m_failures = 0;
     QElapsedTimer m_sinceLaunch;
+    /// The last line that the helper wrote to its standard error, or why it could not be started.
+    QByteArray m_lastWords;
+    bool m_isLoaded = false;
+    bool m_isGivenUp = false;
+    /// When the helper that was given up was installed.
+    QDateTime m_givenUpVersion;
+    QTimer m_watch;
+    /// Runs while the helper owes an answer.
+    QTimer m_patience;
     std::optional<QString> m_deviceID;
     bool m_isReady = false;
     QString m_problem;

@@ -7,6 +7,7 @@ FocusScope {
     id: root
 
     required property CardAppearance appearance
+    required property SpotifyAuth auth
     required property SpotifyService service
     required property spotifyPlaylist playlist
 
@@ -70,16 +71,33 @@ FocusScope {
             symbolSize: 22
             color: root.appearance.foreground
             accent: root.appearance.accent
+            enabled: root.service.canSend && (list.count > 0 || !root.playlist.isLiked)
             onClicked: root.service.playPlaylist(root.playlist)
         }
     }
 
-    CardText {
-        objectName: "loadingTracks"
+    MediaNotice {
+        id: notice
+
         anchors.top: header.bottom
         anchors.topMargin: Metrics.tightGap
         x: Metrics.cardPadding
-        visible: list.count === 0
+        width: parent.width - 2 * Metrics.cardPadding
+        height: visible ? implicitHeight : 0
+        visible: root.service.needsReauth || root.service.tracksProblem !== ""
+        objectName: root.service.needsReauth ? "reauthNotice" : "tracksNotice"
+        appearance: root.appearance
+        text: root.service.needsReauth ? "Aktualisierte Berechtigungen nötig." : root.service.tracksProblem
+        action: root.service.needsReauth ? "Neu anmelden" : "Erneut versuchen"
+        canAct: root.service.needsReauth || (root.service.canSend && !root.service.loadingTracks)
+        onActed: root.service.needsReauth ? root.auth.signIn() : root.service.loadMissingTracks()
+    }
+
+    CardText {
+        objectName: "loadingTracks"
+        anchors.top: notice.bottom
+        x: Metrics.cardPadding
+        visible: list.count === 0 && !notice.visible
         appearance: root.appearance
         text: root.service.loadingTracks ? "Titel werden geladen…" : "Keine Titel."
         size: Metrics.captionSize
@@ -90,8 +108,7 @@ FocusScope {
         id: list
 
         objectName: "trackList"
-        anchors.top: header.bottom
-        anchors.topMargin: Metrics.tightGap
+        anchors.top: notice.bottom
         anchors.bottom: parent.bottom
         width: parent.width
         focus: true
@@ -117,8 +134,9 @@ FocusScope {
             title: name
             subtitle: artist
             editable: root.service.tracks.editable
+            canRemove: root.service.canSend
             onClicked: root.service.playTrack(row.track, root.playlist)
-            onRemoved: if (editable)
+            onRemoved: if (editable && canRemove)
                 root.service.removeTrack(row.track, root.playlist)
         }
     }

@@ -6,6 +6,7 @@ MediaRow {
     id: root
 
     property bool editable: false
+    property bool canRemove: true
 
     signal removed
 
@@ -30,6 +31,7 @@ MediaRow {
             color: root.appearance.secondary
             accent: root.appearance.accent
             focusPolicy: Qt.NoFocus
+            enabled: root.canRemove
             onClicked: root.removed()
         }
     }

@@ -44,16 +44,17 @@ void NotesService::loadNotes(int limit)
 {
     QMetaObject::invokeMethod(
         this, [this] { setLoading(true); }, Qt::QueuedConnection);
-    run(notescripts::listNotes(m_currentFolder, limit), [service = QPointer(this)](const ASResult &result) {
-        if (service)
-            service->showNotes(result);
-    });
+    run(notescripts::listNotes(m_currentFolder, limit),
+        [service = QPointer(this), limit](const ASResult &result) {
+            if (service)
+                service->showNotes(result, limit);
+        });
 }
 
-void NotesService::showNotes(const ASResult &result)
+void NotesService::showNotes(const ASResult &result, int limit)
 {
     if (result.isSuccess()) {
-        if (m_notes.replace(notescripts::notes(result.text)))
+        if (m_notes.replace(notescripts::notes(result.text, limit)))
             Q_EMIT notesChanged();
         setStatusMessage(notes().isEmpty() ? u"Keine Notizen gefunden"_s : QString());
     } else {

@@ -102,7 +102,7 @@ Q_SIGNALS:
     void currentFolderChanged();
 
 private:
-    void showNotes(const ASResult &result);
+    void showNotes(const ASResult &result, int limit);
     void write(const QString &source, const QString &failurePrefix, const WriteCompletion &completion);
     void setStatusMessage(const QString &message);
     void setLoading(bool loading);

@@ -8,28 +8,52 @@ namespace randblatt {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// Whether scheme, host and path are those of `redirect`. Browsers may give an empty path a slash.
+bool isRedirect(const QUrl &url, const QUrl &redirect)
+{
+    const auto pathOf = [](const QUrl &of) { return of.path().isEmpty() ? u"/"_s : of.path(); };
+    return url.scheme() == redirect.scheme() && url.authority() == redirect.authority() &&
+           pathOf(url) == pathOf(redirect);
+}
+
+} // namespace
+
 BrowserAuthenticationSession::BrowserAuthenticationSession(UrlOpener openUrl)
     : m_openUrl(openUrl ? std::move(openUrl) : UrlOpener(&QDesktopServices::openUrl))
 {
 }
 
-void BrowserAuthenticationSession::start(const QUrl &url, const QString &callbackScheme,
-                                         Completion completion)
+void BrowserAuthenticationSession::start(const QUrl &url, const QUrl &redirect, Completion completion)
 {
     cancel();
-    m_waiting = Waiting{callbackScheme, std::move(completion)};
-    if (!m_openUrl(url))
+    m_waiting = Waiting{url, redirect, std::move(completion)};
+    open(url);
+}
+
+bool BrowserAuthenticationSession::showAgain()
+{
+    if (!m_waiting)
+        return false;
+    open(QUrl(m_waiting->page));
+    return true;
+}
+
+void BrowserAuthenticationSession::open(const QUrl &page)
+{
+    if (!m_openUrl(page))
         finish({.callback = {}, .error = u"Der Browser konnte nicht geöffnet werden."_s});
 }
 
 void BrowserAuthenticationSession::cancel()
 {
-    finish({.callback = {}, .error = u"Die vorige Anmeldung wurde abgebrochen."_s});
+    finish({});
 }
 
 bool BrowserAuthenticationSession::openCallback(const QUrl &url)
 {
-    if (!m_waiting || url.scheme() != m_waiting->scheme)
+    if (!m_waiting || !isRedirect(url, m_waiting->redirect))
         return false;
     finish({.callback = url, .error = {}});
     return true;

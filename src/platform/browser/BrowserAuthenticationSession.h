@@ -17,19 +17,22 @@ public:
     /// `openUrl` is for tests; by default it is the desktop's way to open a URL.
     explicit BrowserAuthenticationSession(UrlOpener openUrl = {});
 
-    void start(const QUrl &url, const QString &callbackScheme, Completion completion) override;
+    void start(const QUrl &url, const QUrl &redirect, Completion completion) override;
+    bool showAgain() override;
     void cancel() override;
-    /// Ends the waiting sign-in with `url`, if it has the scheme that is waited for. Whether it did: other
+    /// Ends the waiting sign-in with `url`, if it is the redirect that is waited for. Whether it did: other
     /// URLs, and the second redirect of one sign-in, are left to the caller.
     bool openCallback(const QUrl &url);
 
 private:
     struct Waiting
     {
-        QString scheme;
+        QUrl page;
+        QUrl redirect;
         Completion completion;
     };
 
+    void open(const QUrl &page);
     void finish(const WebAuthenticationResult &result);
 
     UrlOpener m_openUrl;

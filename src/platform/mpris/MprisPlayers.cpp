@@ -1,5 +1,8 @@
 #include "platform/mpris/MprisPlayers.h"
 
+#include "platform/mpris/ProcessTree.h"
+
+#include <QCoreApplication>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
@@ -20,6 +23,8 @@ constexpr auto prefix = "org.mpris.MediaPlayer2."_L1;
 // A proxy for the other players, which would be found twice.
 constexpr auto proxy = "org.mpris.MediaPlayer2.playerctld"_L1;
 constexpr int callTimeout = 1000;
+// A player that takes longer to say whether it plays hangs.
+constexpr int stateTimeout = 300;
 
 const QString objectPath = u"/org/mpris/MediaPlayer2"_s;
 const QString playerInterface = u"org.mpris.MediaPlayer2.Player"_s;
@@ -36,11 +41,27 @@ QDBusMessage busCall(const QString &method)
                                           u"org.freedesktop.DBus"_s, method);
 }
 
+bool isTimeout(const QDBusPendingCall &call)
+{
+    const QDBusError::ErrorType type = call.error().type();
+    return type == QDBusError::NoReply || type == QDBusError::Timeout || type == QDBusError::TimedOut;
+}
+
+QDBusMessage stateCall(const QString &service)
+{
+    QDBusMessage message = QDBusMessage::createMethodCall(service, objectPath, propertiesInterface, u"Get"_s);
+    message << playerInterface << u"PlaybackStatus"_s;
+    // Asking must not start a player that has just ended.
+    message.setAutoStartService(false);
+    return message;
+}
+
 /// Calls without waiting; `done` is called with the watcher unless `context` is gone by then.
 template <typename Done>
-void call(QDBusConnection bus, const QDBusMessage &message, QObject *context, Done done)
+void call(QDBusConnection bus, const QDBusMessage &message, QObject *context, Done done,
+          int timeout = callTimeout)
 {
-    auto *watcher = new QDBusPendingCallWatcher(bus.asyncCall(message, callTimeout), context);
+    auto *watcher = new QDBusPendingCallWatcher(bus.asyncCall(message, timeout), context);
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, context,
                      [done](QDBusPendingCallWatcher *finished) {
                          finished->deleteLater();
@@ -74,12 +95,50 @@ void MprisPlayers::runCommands()
 {
     const bool plays =
         std::any_of(m_players.begin(), m_players.end(), [](const auto &player) { return player.isPlaying; });
-    if (m_owed > 0 && !plays)
+    if (!m_probed.isEmpty() || (m_owed > 0 && !plays))
         return;
-    const QStringList commands = std::exchange(m_commands, {});
-    for (const QString &method : commands) {
-        if (m_current.isEmpty())
+    if (m_current.isEmpty() || m_silent.contains(m_current)) {
+        if (!m_current.isEmpty())
+            qCWarning(lcMpris, "MPRIS: kein Player antwortet");
+        m_commands.clear();
+        m_silent.clear();
+        return;
+    }
+    probe();
+}
+
+void MprisPlayers::probe()
+{
+    m_probed = m_current;
+    const auto answered = [this, service = m_probed](const QDBusPendingCall &probed) {
+        const QDBusPendingReply<QDBusVariant> reply = probed;
+        if (isTimeout(reply)) {
+            qCInfo(lcMpris, "MPRIS: %ls antwortet nicht", qUtf16Printable(service));
+            m_probed.clear();
+            m_silent.append(service);
+            setHung(service, true);
             return;
+        }
+        if (!reply.isError())
+            setPlaying(service, reply.value().variant().toString() == "Playing"_L1);
+        m_probed.clear();
+        // Another one may play by now.
+        if (m_current == service)
+            sendCommands();
+        else
+            runCommands();
+    };
+    call(m_bus, stateCall(m_probed), this, answered, stateTimeout);
+}
+
+void MprisPlayers::sendCommands()
+{
+    // Those that hang may be asked again the next time.
+    const QStringList silent = std::exchange(m_silent, {});
+    const QStringList commands = std::exchange(m_commands, {});
+    for (const QString &service : silent)
+        askState(service);
+    for (const QString &method : commands) {
         call(m_bus, QDBusMessage::createMethodCall(m_current, objectPath, playerInterface, method), this,
              [player = m_current](const QDBusPendingCall &reply) {
                  if (reply.isError())
@@ -96,10 +155,8 @@ void MprisPlayers::listPlayers()
         const QDBusPendingReply<QStringList> reply = call;
         const QStringList names = reply.isError() ? QStringList() : reply.value();
         for (const QString &name : names) {
-            if (isPlayer(name)) {
-                add(name);
+            if (isPlayer(name))
                 askOwner(name);
-            }
         }
         --m_owed;
         settle();
@@ -114,12 +171,31 @@ void MprisPlayers::ownerChanged(const QString &service, const QString &oldOwner,
         remove(service);
         return;
     }
-    m_owners.insert(service, newOwner);
-    if (oldOwner.isEmpty())
-        add(service);
-    else
+    if (!oldOwner.isEmpty())
         setPlaying(service, false);
-    askState(service);
+    admit(service, newOwner);
+}
+
+void MprisPlayers::admit(const QString &service, const QString &owner)
+{
+    m_owners.insert(service, owner);
+    QDBusMessage message = busCall(u"GetConnectionUnixProcessID"_s);
+    message << owner;
+    ++m_owed;
+    call(m_bus, message, this, [this, service, owner](const QDBusPendingCall &call) {
+        const QDBusPendingReply<uint> reply = call;
+        // It may have gone meanwhile, or have become another's.
+        if (m_owners.value(service) == owner) {
+            if (!reply.isError() && isDescendant(reply.value(), QCoreApplication::applicationPid())) {
+                remove(service);
+            } else {
+                add(service);
+                askState(service);
+            }
+        }
+        --m_owed;
+        settle();
+    });
 }
 
 void MprisPlayers::add(const QString &service)
@@ -147,8 +223,7 @@ void MprisPlayers::askOwner(const QString &service)
         if (reply.isError()) {
             remove(service);
         } else {
-            m_owners.insert(service, reply.value());
-            askState(service);
+            admit(service, reply.value());
         }
         --m_owed;
         settle();
@@ -157,18 +232,16 @@ void MprisPlayers::askOwner(const QString &service)
 
 void MprisPlayers::askState(const QString &service)
 {
-    QDBusMessage message = QDBusMessage::createMethodCall(service, objectPath, propertiesInterface, u"Get"_s);
-    message << playerInterface << u"PlaybackStatus"_s;
-    // Asking must not start a player that has just ended.
-    message.setAutoStartService(false);
     ++m_owed;
-    call(m_bus, message, this, [this, service](const QDBusPendingCall &call) {
-        const QDBusPendingReply<QDBusVariant> reply = call;
+    const auto answered = [this, service](const QDBusPendingCall &state) {
+        const QDBusPendingReply<QDBusVariant> reply = state;
+        --m_owed;
         if (!reply.isError())
             setPlaying(service, reply.value().variant().toString() == "Playing"_L1);
-        --m_owed;
-        settle();
-    });
+        else
+            setHung(service, isTimeout(reply));
+    };
+    call(m_bus, stateCall(service), this, answered, stateTimeout);
 }
 
 void MprisPlayers::propertiesChanged(const QString &interface, const QVariantMap &changed,
@@ -185,10 +258,25 @@ void MprisPlayers::propertiesChanged(const QString &interface, const QVariantMap
     }
 }
 
+void MprisPlayers::setHung(const QString &service, bool isHung)
+{
+    for (PlayerState &player : m_players) {
+        if (player.service != service)
+            continue;
+        player.isHung = isHung;
+        if (isHung)
+            player.isPlaying = false;
+    }
+    settle();
+}
+
 void MprisPlayers::setPlaying(const QString &service, bool isPlaying)
 {
     for (PlayerState &player : m_players) {
-        if (player.service != service || player.isPlaying == isPlaying)
+        if (player.service != service)
+            continue;
+        player.isHung = false;
+        if (player.isPlaying == isPlaying)
             continue;
         player.isPlaying = isPlaying;
         player.lastPlayed = ++m_clock;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <functional>
 #include <iterator>
+#include <utility>
 
 namespace randblatt {
 
@@ -22,7 +23,7 @@ std::optional<qsizetype> choosePlayer(const QList<PlayerState> &players, const Q
     // Of equal elements the first is the maximum: without any history that is the first player.
     return indexOf(
         std::max_element(players.begin(), players.end(), [](const PlayerState &a, const PlayerState &b) {
-            return a.lastPlayed < b.lastPlayed;
+            return std::pair(!a.isHung, a.lastPlayed) < std::pair(!b.isHung, b.lastPlayed);
         }));
 }
 

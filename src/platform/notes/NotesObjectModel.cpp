@@ -136,7 +136,7 @@ Object NotesObjectModel::named(const Object &container, ElementClass elementClas
         }
     }
     fail(applescripterror::noSuchObject,
-         u"%1 mit dem Namen „%2“ ist nicht vorhanden."_s.arg(germanName(elementClass), name));
+         u"%1 dieses Namens ist nicht vorhanden: „%2“"_s.arg(germanName(elementClass), name));
 }
 
 Object NotesObjectModel::identified(const Object &container, ElementClass elementClass,
@@ -150,7 +150,7 @@ Object NotesObjectModel::identified(const Object &container, ElementClass elemen
     const QString folder = m_library.ask([&](NotesLibrary &library) { return library.folderOf(id); });
     if (container.kind == ObjectKind::folder && container.key != folder) {
         fail(applescripterror::noSuchObject,
-             u"Im Ordner „%1“ ist keine Notiz mit der Kennung „%2“."_s.arg(container.key, id));
+             u"Diese Notiz ist nicht in diesem Ordner vorhanden: „%1“, „%2“"_s.arg(id, container.key));
     }
     return {ObjectKind::note, id};
 }

@@ -31,8 +31,15 @@ struct MediaFixture
             preferences.setValue(QStringLiteral("sp_expiry"), 1e12);
             server.accessTokens = {QStringLiteral("access-0")};
         }
+        m_helper = helper;
+        restart();
+    }
+
+    /// Makes the module anew, as a new process does.
+    void restart()
+    {
         module = std::make_unique<SpotifyModule>(
-            SpotifyModule::Environment{settings, preferences, sink, session, server.hosts(), helper});
+            SpotifyModule::Environment{settings, preferences, sink, session, server.hosts(), m_helper});
     }
 
     /// Follows the redirect of the browser's sign-in, as a user who agrees to everything does.
@@ -64,6 +71,9 @@ struct MediaFixture
     SilentSink sink;
     QNetworkAccessManager network;
     std::unique_ptr<SpotifyModule> module;
+
+private:
+    QString m_helper;
 };
 
 } // namespace randblatt

@@ -11,21 +11,24 @@ class ScriptedSession : public WebAuthenticationSession
 {
 public:
     QUrl url;
-    QString scheme;
-    int cancelled = 0;
+    QUrl expected;
+    int shown = 0;
 
-    void start(const QUrl &startUrl, const QString &callbackScheme, Completion completion) override
+    void start(const QUrl &startUrl, const QUrl &redirect, Completion completion) override
     {
+        cancel();
         url = startUrl;
-        scheme = callbackScheme;
+        expected = redirect;
+        shown = 1;
         m_completion = std::move(completion);
     }
-    void cancel() override
+    bool showAgain() override
     {
         if (m_completion)
-            ++cancelled;
-        end({.callback = {}, .error = QStringLiteral("Abgebrochen.")});
+            ++shown;
+        return bool(m_completion);
     }
+    void cancel() override { end({}); }
     void end(const WebAuthenticationResult &result)
     {
         if (const auto completion = std::exchange(m_completion, {}))

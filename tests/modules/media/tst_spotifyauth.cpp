@@ -98,7 +98,7 @@ private Q_SLOTS:
         QVERIFY(!f.auth->isAuthorized());
         QSignalSpy signedIn(f.auth.get(), &SpotifyAuth::signedIn);
         f.auth->signIn();
-        QCOMPARE(f.session.scheme, u"randblatt"_s);
+        QCOMPARE(f.session.expected, QUrl(u"randblatt://callback"_s));
         QCOMPARE(f.stored(u"sp_verifier"_s).size(), 64);
         f.session.redirect(f.followRedirect());
         QVERIFY(signedIn.wait());
@@ -138,18 +138,27 @@ private Q_SLOTS:
         QCOMPARE(f.server.violations, QStringList());
     }
 
-    void aNewSignInCancelsTheOldOne()
+    void aSecondClickShowsTheSamePageAgain()
     {
         Fixture f;
         f.auth->signIn();
-        const QString first = f.stored(u"sp_verifier"_s);
+        const QString redirect = f.followRedirect();
+        const QString verifier = f.stored(u"sp_verifier"_s);
         f.auth->signIn();
-        QCOMPARE(f.session.cancelled, 1);
-        QCOMPARE(f.auth->lastError(), u"Abgebrochen."_s);
-        QVERIFY(f.stored(u"sp_verifier"_s) != first);
-        f.session.redirect(f.followRedirect());
+        QCOMPARE(f.session.shown, 2);
+        QCOMPARE(f.stored(u"sp_verifier"_s), verifier);
+        QCOMPARE(f.auth->lastError(), QString());
+        f.session.redirect(redirect);
         QTRY_VERIFY(f.auth->isAuthorized());
-        QVERIFY(f.auth->lastError().isEmpty());
+        // The next one is another.
+        f.auth->signIn();
+        QCOMPARE(f.session.shown, 1);
+        QVERIFY(f.stored(u"sp_verifier"_s) != verifier);
+        // Who signs out does not want to come in by a page that is still open.
+        f.auth->signOut();
+        f.session.redirect(f.followRedirect());
+        QCOMPARE(f.server.count(u"POST /api/token"_s), 1);
+        QCOMPARE(f.auth->lastError(), QString());
     }
 
     void failsTheExchangeOnBadReplies_data()
@@ -235,13 +244,18 @@ private Q_SLOTS:
         Fixture f(0);
         Tokens tokens;
         f.server.refreshToken = u"another"_s;
+        f.server.fault(u"POST /api/token"_s, {.status = 503, .body = "{}"});
         f.auth->validAccessToken(&tokens.context, tokens.take());
         QTRY_COMPARE(tokens.got, QStringList(u"none"_s));
         QVERIFY(f.auth->isAuthorized());
-        QVERIFY(f.auth->isRefreshRefused());
-        f.server.loseNetwork();
+        QVERIFY(!f.auth->isRefreshRefused());
         f.auth->validAccessToken(&tokens.context, tokens.take());
         QTRY_COMPARE(tokens.got.size(), 2);
+        QVERIFY(f.auth->isRefreshRefused());
+        // That is the last that the service hears of the token.
+        f.auth->validAccessToken(&tokens.context, tokens.take());
+        QCOMPARE(tokens.got.size(), 3);
+        QCOMPARE(f.server.count(u"POST /api/token"_s), 2);
         QCOMPARE(f.stored(u"sp_refresh"_s), u"refresh-0"_s);
         QVERIFY(f.auth->lastError().isEmpty());
     }

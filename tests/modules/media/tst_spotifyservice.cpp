@@ -1,13 +1,6 @@
-#include "modules/media/ScriptedSession.h"
-#include "modules/media/SpotifyAuth.h"
-#include "modules/media/SpotifyService.h"
-#include "settings/AppSettings.h"
-#include "settings/Preferences.h"
-#include "support/Fakes.h"
-#include "support/SpotifyServer.h"
+#include "modules/media/ServiceFixture.h"
 #include "support/TestEnvironment.h"
 
-#include <QAbstractItemModelTester>
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QJsonDocument>
@@ -25,85 +18,6 @@ const QString play = u"PUT /v1/me/player/play"_s;
 const QString noDevice =
     u"Kein Gerät gefunden. Öffne die Spotify-App oder warte, bis „Randblatt“ bereit ist."_s;
 
-/// The service for a user who is signed in.
-struct Fixture
-{
-    SpotifyServer server;
-    Preferences preferences{Preferences::inMemory()};
-    FakeLoginItem loginItem;
-    AppSettings settings{preferences, loginItem};
-    ScriptedSession session;
-    QNetworkAccessManager network;
-    std::unique_ptr<SpotifyAuth> auth;
-    std::unique_ptr<SpotifyService> service;
-    std::unique_ptr<QAbstractItemModelTester> playlistsTester;
-    std::unique_ptr<QAbstractItemModelTester> tracksTester;
-
-    Fixture()
-    {
-        preferences.setValue(u"sp_access"_s, u"access-0"_s);
-        preferences.setValue(u"sp_refresh"_s, server.refreshToken);
-        preferences.setValue(u"sp_expiry"_s, 1e12);
-        server.accessTokens = {u"access-0"_s};
-        auth = std::make_unique<SpotifyAuth>(preferences, settings, session, network, server.hosts());
-        service = std::make_unique<SpotifyService>(*auth, network, server.hosts().api);
-        playlistsTester = std::make_unique<QAbstractItemModelTester>(service->playlists());
-        tracksTester = std::make_unique<QAbstractItemModelTester>(service->tracks());
-    }
-    ~Fixture() { QCOMPARE(server.violations, QStringList()); }
-
-    void playlists(const QList<QJsonObject> &list)
-    {
-        server.playlists = {};
-        for (const QJsonObject &playlist : list)
-            server.playlists.append(playlist);
-    }
-    void loadPlaylists()
-    {
-        service->loadPlaylists();
-        QVERIFY(service->loadingPlaylists());
-        QTRY_VERIFY(!service->loadingPlaylists());
-    }
-    void loadTracks(const SpotifyPlaylist &playlist)
-    {
-        service->loadTracks(playlist);
-        QVERIFY(service->loadingTracks());
-        QTRY_VERIFY(!service->loadingTracks());
-    }
-    [[nodiscard]] QStringList playlistNames() const
-    {
-        QStringList names;
-        for (const SpotifyPlaylist &playlist : service->playlists()->playlists())
-            names.append(playlist.name);
-        return names;
-    }
-    [[nodiscard]] QJsonObject lastBody(const QString &line) const
-    {
-        const auto requests = server.requestsOf(line);
-        return requests.isEmpty() ? QJsonObject() : QJsonDocument::fromJson(requests.last().body).object();
-    }
-};
-
-SpotifyPlaylist shown(const QString &id, const QString &owner = u"me"_s)
-{
-    SpotifyPlaylist playlist;
-    playlist.id = id;
-    playlist.uri = u"spotify:playlist:"_s + id;
-    playlist.ownerID = owner;
-    return playlist;
-}
-
-QJsonObject playing()
-{
-    return {
-        {u"is_playing"_s, true},
-        {u"item"_s,
-         QJsonObject{{u"name"_s, u"Nacht\u202Ezug \"live\""_s},
-                     {u"artists"_s, SpotifyServer::track(0)["track"_L1]["artists"_L1]},
-                     {u"album"_s,
-                      QJsonObject{{u"images"_s, QJsonArray{QJsonObject{{u"url"_s, u"https://i/1"_s}}}}}}}}};
-}
-
 } // namespace
 
 class TestSpotifyService : public QObject
@@ -113,7 +27,7 @@ class TestSpotifyService : public QObject
 private Q_SLOTS:
     void showsWhatIsPlaying()
     {
-        Fixture f;
+        ServiceFixture f;
         f.service->refreshNowPlaying();
         QTRY_COMPARE(f.service->statusMessage(), u"Verbinde Gerät…"_s);
         f.service->setDeviceReady(true);
@@ -148,7 +62,7 @@ private Q_SLOTS:
     void keepsWhatIsShownOnBadReplies()
     {
         QFETCH(HttpResponse, response);
-        Fixture f;
+        ServiceFixture f;
         f.server.nowPlaying = playing();
         f.service->refreshNowPlaying();
         QTRY_VERIFY(f.service->isPlaying());
@@ -170,8 +84,7 @@ private Q_SLOTS:
         };
         row("no item", "{'is_playing':true}");
         row("null", "{'is_playing':null,'item':null}");
-        row("other types", "{'is_playing':'yes','item':{'name':1,'artists':null,'album':{'images':[{}]}}}");
-        row("item is a list", "{'item':[{'name':'x'}]}");
+        row("other types", "{'is_playing':false,'item':{'name':1,'artists':null,'album':{'images':[{}]}}}");
         row("local file", "{'item':{'name':'','artists':[null,{'name':3}],"
                           "'album':{'images':[{'url':'file:///etc'}]}}}");
     }
@@ -183,16 +96,49 @@ private Q_SLOTS:
         QCOMPARE(nowPlaying->trackName, QString());
         QCOMPARE(nowPlaying->artistName, QString());
         QVERIFY(nowPlaying->albumArtURL.isEmpty());
-        QVERIFY(parseTracks(json)->records.isEmpty());
-        QVERIFY(parsePlaylists(json)->records.isEmpty());
-        QCOMPARE(parseDevice(json), QString());
+        // A list that is not there is not an empty one.
+        QVERIFY(!parseTracks(json));
+        QVERIFY(!parsePlaylists(json));
+        QVERIFY(!parseDevice(json));
         QVERIFY(!parseUserID(json));
-        QVERIFY(!parseTracks("[" + json + "]"));
+        QVERIFY(!parseNowPlaying("[" + json + "]"));
+        QVERIFY(!parseNowPlaying(QByteArray("{'item':[]}").replace('\'', '"')));
+    }
+
+    void readsWhatIsNoTrack_data()
+    {
+        QTest::addColumn<QByteArray>("json");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("by");
+        QTest::addColumn<QString>("image");
+        // With single quotes for the double ones.
+        const auto row = [](const char *name, QByteArray json, const QString &title, const QString &by = {},
+                            const QString &image = {}) {
+            QTest::newRow(name) << json.replace('\'', '"') << title << by << image;
+        };
+        row("episode",
+            "{'currently_playing_type':'episode','item':{'name':'Folge 3','show':{'name':'Funk',"
+            "'images':[{'url':'https://i/show'}]},'images':[{'url':'https://i/3'}]}}",
+            u"Folge 3"_s, u"Funk"_s, u"https://i/3"_s);
+        row("episode without a picture",
+            "{'item':{'name':'Folge 3','show':{'name':'Funk','images':[{'url':'https://i/show'}]}}}",
+            u"Folge 3"_s, u"Funk"_s, u"https://i/show"_s);
+        row("advertisement", "{'currently_playing_type':'ad','item':null}", u"Werbung"_s);
+        row("episode that is not told", "{'currently_playing_type':'episode','item':null}", u"Podcast"_s);
+    }
+    void readsWhatIsNoTrack()
+    {
+        QFETCH(QByteArray, json);
+        const auto playing = parseNowPlaying(json);
+        QVERIFY(playing);
+        QTEST(playing->trackName, "name");
+        QTEST(playing->artistName, "by");
+        QTEST(playing->albumArtURL.toString(), "image");
     }
 
     void pollsOnlyWhileAsked()
     {
-        Fixture f;
+        ServiceFixture f;
         f.service->startPolling();
         f.service->startPolling();
         f.service->stopPolling();
@@ -204,7 +150,7 @@ private Q_SLOTS:
 
     void sendsCommandsToTheRightDevice()
     {
-        Fixture f;
+        ServiceFixture f;
         f.service->next();
         QTRY_COMPARE(f.service->statusMessage(), noDevice);
         QCOMPARE(f.server.lines(), QStringList(u"GET /v1/me/player/devices"_s));
@@ -235,7 +181,7 @@ private Q_SLOTS:
 
     void aPollFromBeforeAPauseDoesNotUndoIt()
     {
-        Fixture f;
+        ServiceFixture f;
         f.service->setDeviceID(u"own"_s);
         f.server.nowPlaying = playing();
         f.service->refreshNowPlaying();
@@ -269,7 +215,7 @@ private Q_SLOTS:
         QFETCH(int, status);
         QFETCH(bool, isReady);
         QFETCH(QString, message);
-        Fixture f;
+        ServiceFixture f;
         f.service->setDeviceID(u"own"_s);
         f.service->setDeviceReady(isReady);
         f.server.fault(isPlay ? play : u"POST /v1/me/player/next"_s, {.status = status, .body = "no JSON"});
@@ -287,7 +233,7 @@ private Q_SLOTS:
 
     void playsWhatIsChosen()
     {
-        Fixture f;
+        ServiceFixture f;
         f.service->setDeviceID(u"own"_s);
         f.server.savedTracks = SpotifyServer::tracks(3);
         f.loadTracks(f.service->likedPlaylist());
@@ -301,14 +247,14 @@ private Q_SLOTS:
         f.service->playPlaylist(shown(u"a"_s));
         QTRY_COMPARE(f.server.count(play), 3);
         QCOMPARE(f.lastBody(play), QJsonObject({{u"context_uri"_s, u"spotify:playlist:a"_s}}));
-        f.service->playTrack({{}, {}, {}, u"spotify:track:t9"_s, 0}, shown(u"a"_s));
+        f.service->playTrack({{}, {}, {}, u"spotify:track:t9"_s, 0, 0}, shown(u"a"_s));
         QTRY_COMPARE(f.server.count(play), 4);
         QCOMPARE(f.lastBody(play)["offset"_L1], QJsonObject({{u"uri"_s, u"spotify:track:t9"_s}}));
     }
 
     void listsThePlaylistsPageByPage()
     {
-        Fixture f;
+        ServiceFixture f;
         QList<QJsonObject> all;
         for (int number = 0; number < 120; ++number)
             all.append(SpotifyServer::playlist(u"p%1"_s.arg(number), u"Liste %1"_s.arg(number), number,
@@ -334,7 +280,7 @@ private Q_SLOTS:
 
     void asksForANewSignInWhereThePlaylistsAreRefused()
     {
-        Fixture f;
+        ServiceFixture f;
         f.playlists({SpotifyServer::playlist(u"a"_s, u"A"_s, 1)});
         f.loadPlaylists();
         f.server.fault(listPlaylists, {.status = 403, .body = "{}"});
@@ -347,7 +293,7 @@ private Q_SLOTS:
 
     void refreshesARejectedTokenOnceForAll()
     {
-        Fixture f;
+        ServiceFixture f;
         f.server.accessTokens.clear();
         f.playlists({SpotifyServer::playlist(u"a"_s, u"A"_s, 1)});
         f.service->loadUserID();
@@ -363,7 +309,7 @@ private Q_SLOTS:
 
     void asksForANewSignInWhenTheRefreshTokenHasEnded()
     {
-        Fixture f;
+        ServiceFixture f;
         f.preferences.setValue(u"sp_expiry"_s, 0.0);
         f.server.refreshToken = u"another"_s;
         f.loadPlaylists();
@@ -373,7 +319,7 @@ private Q_SLOTS:
 
     void sendsNothingDuringABackOff()
     {
-        Fixture f;
+        ServiceFixture f;
         f.playlists({SpotifyServer::playlist(u"a"_s, u"A"_s, 1)});
         f.server.fault(poll, {.status = 429, .headers = {{"Retry-After", "1"}}});
         f.service->refreshNowPlaying();
@@ -400,7 +346,7 @@ private Q_SLOTS:
 
     void listsTheTracksOfAPlaylist()
     {
-        Fixture f;
+        ServiceFixture f;
         f.service->loadUserID();
         QJsonArray entries = SpotifyServer::tracks(250);
         entries.replace(5, QJsonObject{{u"track"_s, QJsonValue::Null}});
@@ -409,7 +355,7 @@ private Q_SLOTS:
         QCOMPARE(f.service->tracks()->count(), 249);
         QCOMPARE(f.service->tracks()->tracks().last(),
                  (SpotifyTrack{u"t249"_s, u"Titel 249"_s, u"Nora Feld, Die Brandung"_s,
-                               u"spotify:track:t249"_s, 248}));
+                               u"spotify:track:t249"_s, 248, 249}));
         QVERIFY(f.service->tracks()->isEditable());
         f.server.savedTracks = SpotifyServer::tracks(51);
         f.loadTracks(f.service->likedPlaylist());
@@ -419,7 +365,7 @@ private Q_SLOTS:
 
     void dropsTheTracksOfAPlaylistThatIsNoLongerShown()
     {
-        Fixture f;
+        ServiceFixture f;
         f.server.playlistTracks.insert(u"slow"_s, SpotifyServer::tracks(100));
         f.server.playlistTracks.insert(u"fast"_s, SpotifyServer::tracks(2));
         const QByteArray late = QJsonDocument(QJsonObject{{u"items"_s, SpotifyServer::tracks(100)}}).toJson();
@@ -433,7 +379,7 @@ private Q_SLOTS:
 
     void movesToTheSuccessorsOfThePlaylistPaths()
     {
-        Fixture f;
+        ServiceFixture f;
         f.server.oldPathsClosed = true;
         f.server.playlistTracks.insert(u"a"_s, SpotifyServer::tracks(101));
         f.loadTracks(shown(u"a"_s));
@@ -448,10 +394,32 @@ private Q_SLOTS:
         QCOMPARE(f.service->tracks()->count(), 0);
     }
 
+    void sendsNothingTwiceThatIsNotIdempotent()
+    {
+        ServiceFixture f;
+        f.service->setDeviceID(u"own"_s);
+        f.service->loadUserID();
+        QTRY_COMPARE(f.server.count(u"GET /v1/me"_s), 1);
+        const QString next = u"POST /v1/me/player/next"_s;
+        const QString create = u"POST /v1/users/me/playlists"_s;
+        f.server.fault(next, {.isDropped = true});
+        f.server.fault(create, {.isDropped = true});
+        f.service->next();
+        f.service->createPlaylist(u"Neu"_s);
+        QTRY_COMPARE(f.server.count(next), 1);
+        QTRY_COMPARE(f.server.count(create), 1);
+        // The next one comes after whatever the toolkit would send again.
+        f.service->next();
+        QTRY_VERIFY(f.server.count(next) >= 2);
+        QTRY_COMPARE(f.service->statusMessage(), u"Keine Antwort von Spotify."_s);
+        QCOMPARE(f.server.count(next), 2);
+        QCOMPARE(f.server.count(create), 1);
+    }
+
     void createsPlaylists()
     {
         for (const bool closed : {false, true}) {
-            Fixture f;
+            ServiceFixture f;
             f.server.oldPathsClosed = closed;
             f.service->createPlaylist(u"  \n"_s);
             f.service->createPlaylist(u" Für \"Dich\" "_s);
@@ -463,7 +431,7 @@ private Q_SLOTS:
 
     void removesOnlyWhatTheServiceHasRemoved()
     {
-        Fixture f;
+        ServiceFixture f;
         f.server.playlistTracks.insert(u"a"_s, SpotifyServer::tracks(3));
         f.loadTracks(shown(u"a"_s));
         const SpotifyTrack track = f.service->tracks()->tracks().at(1);
@@ -479,7 +447,7 @@ private Q_SLOTS:
 
     void survivesTheLossOfTheNetwork()
     {
-        Fixture f;
+        ServiceFixture f;
         f.server.playlistTracks.insert(u"a"_s, SpotifyServer::tracks(100));
         f.playlists({SpotifyServer::playlist(u"a"_s, u"A"_s, 1)});
         f.loadPlaylists();
@@ -487,16 +455,16 @@ private Q_SLOTS:
         f.service->refreshNowPlaying();
         f.service->next();
         f.service->playPlaylist(shown(u"a"_s));
-        f.service->removeTrack({{}, {}, {}, u"x"_s, 0}, shown(u"a"_s));
+        f.service->removeTrack({{}, {}, {}, u"x"_s, 0, 0}, shown(u"a"_s));
         f.loadPlaylists();
         f.loadTracks(shown(u"a"_s));
         QCOMPARE(f.playlistNames(), QStringList(u"A"_s));
-        QCOMPARE(f.service->statusMessage(), u"Konnte Titel nicht entfernen."_s);
+        QCOMPARE(f.service->statusMessage(), u"Keine Verbindung zu Spotify. Konnte Titel nicht entfernen."_s);
     }
 
     void forgetsTheAccountWhenItIsReset()
     {
-        Fixture f;
+        ServiceFixture f;
         f.server.nowPlaying = playing();
         f.playlists({SpotifyServer::playlist(u"a"_s, u"A"_s, 1)});
         f.loadPlaylists();

@@ -116,7 +116,16 @@ private Q_SLOTS:
     {
         QFETCH(QString, result);
         QFETCH(QList<NoteSummary>, notes);
-        QCOMPARE(notescripts::notes(result), notes);
+        QCOMPARE(notescripts::notes(result, 80), notes);
+    }
+
+    void readsNoMoreThanIsShown()
+    {
+        const QString row = u"1<§>A<§><§>B<¶>"_s;
+        QCOMPARE(notescripts::notes(row.repeated(1'000'000), 80).size(), 80);
+        QCOMPARE(notescripts::notes(u"1"_s + u"<§>A"_s.repeated(1'000'000), 80),
+                 (QList<NoteSummary>{{u"1"_s, u"A"_s}}));
+        QVERIFY(notescripts::folders(row.repeated(1'000'000)).size() < 10'000);
     }
 
     /// Saving what was opened must change nothing, so a text must come back as it was typed.

@@ -158,6 +158,16 @@ private Q_SLOTS:
         QTRY_COMPARE(m_service->statusMessage(), u"Unbekannter AppleScript-Fehler"_s);
     }
 
+    void shortensMessages()
+    {
+        m_runner->allow();
+        m_runner->fail(u"Keine Zeit:\n\tso\u0007 "_s + QString(10'000, u'x'));
+        m_service->loadNotes(80);
+        QTRY_VERIFY(m_service->statusMessage().startsWith(u"Keine Zeit:  so  xxx"));
+        QVERIFY(m_service->statusMessage().size() <= 300);
+        QVERIFY(m_service->statusMessage().endsWith(u"x…"));
+    }
+
     void survivesExceptions_data()
     {
         QTest::addColumn<std::function<void()>>("fault");

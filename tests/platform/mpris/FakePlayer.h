@@ -30,7 +30,7 @@ public:
 
     /// The player's methods that were called.
     QStringList calls;
-    /// Whether it takes calls without ever answering.
+    /// Whether it takes calls without ever answering, as one that hangs: it will act on them when it wakes.
     bool isMute = false;
 
     /// Some players own a name for each instance besides their own.
@@ -54,6 +54,8 @@ public:
     bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override
     {
         if (isMute) {
+            if (message.interface() == QStringLiteral("org.mpris.MediaPlayer2.Player"))
+                calls.append(message.member());
             message.setDelayedReply(true);
             return true;
         }

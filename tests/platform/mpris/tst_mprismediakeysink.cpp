@@ -124,6 +124,65 @@ private Q_SLOTS:
         QTRY_COMPARE(lively.calls, QStringList(u"PlayPause"_s));
     }
 
+    void leavesAPlayerThatHangsAlone()
+    {
+        FakePlayer hung(m_address, u"a"_s, u"Playing"_s);
+        FakePlayer other(m_address, u"b"_s, u"Paused"_s);
+        MprisMediaKeySink sink(*m_bus);
+        sink.post(keyDown(16));
+        QTRY_COMPARE(hung.calls, QStringList(u"PlayPause"_s));
+        hung.isMute = true;
+        other.setStatus(u"Playing"_s);
+        // In order, and nothing for the other one to do when it wakes.
+        QElapsedTimer waiting;
+        waiting.start();
+        sink.post(keyDown(17));
+        sink.post(keyDown(18));
+        QTRY_COMPARE(other.calls, QStringList({u"Next"_s, u"Previous"_s}));
+        QVERIFY(waiting.elapsed() < 1000);
+        // From now on nobody waits for it.
+        waiting.start();
+        sink.post(keyDown(16));
+        QTRY_COMPARE(other.calls.size(), 3);
+        QVERIFY(waiting.elapsed() < 250);
+        QCOMPARE(hung.calls.size(), 1);
+        // It is awake, and plays alone.
+        hung.isMute = false;
+        other.setStatus(u"Paused"_s);
+        hung.setStatus(u"Playing"_s);
+        QTRY_VERIFY((sink.post(keyDown(17)), hung.calls.contains(u"Next"_s)));
+    }
+
+    void keepsKeysFromPlayersThatAllHang()
+    {
+        FakePlayer hung(m_address, u"a"_s, u"Playing"_s);
+        MprisMediaKeySink sink(*m_bus);
+        sink.post(keyDown(16));
+        QTRY_COMPARE(hung.calls.size(), 1);
+        hung.isMute = true;
+        sink.post(keyDown(17));
+        FakePlayer late(m_address, u"b"_s, u"Stopped"_s);
+        QTRY_VERIFY((sink.post(keyDown(18)), late.calls.contains(u"Previous"_s)));
+        QCOMPARE(hung.calls.size(), 1);
+    }
+
+    void leavesPlayersOfItsOwnAlone()
+    {
+        // As the helper of the web player, which the desktop's media widgets are to find.
+        QProcess own;
+        own.start(QStringLiteral(PLAYER_PROCESS), {m_address});
+        QTRY_VERIFY(own.canReadLine());
+        MprisPlayers players(*m_bus);
+        QStringList seen;
+        connect(&players, &MprisPlayers::currentChanged, &players, [&] { seen.append(players.current()); });
+        const FakePlayer other(m_address, u"b"_s, u"Stopped"_s);
+        const QString name = u"org.mpris.MediaPlayer2.b"_s;
+        QTRY_COMPARE(players.current(), name);
+        QCOMPARE(seen, QStringList(name));
+        own.kill();
+        own.waitForFinished();
+    }
+
     void forgetsAPlayerThatVanishes()
     {
         auto gone = std::make_unique<FakePlayer>(m_address, u"a"_s, u"Playing"_s);

@@ -28,6 +28,10 @@ private Q_SLOTS:
             << QList<PlayerState>{{u"a"_s, false, 0}, {u"b"_s, false, 3}, {u"c"_s, false, 7}} << u"b"_s << 2;
         QTest::newRow("else the first")
             << QList<PlayerState>{{u"a"_s, false, 0}, {u"b"_s, false, 0}} << u"b"_s << 0;
+        QTest::newRow("rather one that answers than one that hangs")
+            << QList<PlayerState>{{u"a"_s, false, 0}, {u"b"_s, false, 7, true}} << u"b"_s << 0;
+        QTest::newRow("one that hangs where there is no other")
+            << QList<PlayerState>{{u"a"_s, false, 7, true}} << u"b"_s << 0;
         QTest::newRow("none without players") << QList<PlayerState>() << u"b"_s << -1;
     }
     void choosesThePlayer()
