@@ -140,6 +140,7 @@ void NoteEdit::finishWriting(bool success, const QString &written, const std::op
 {
     const bool savesAgain = std::exchange(m_savesAgain, false);
     if (success) {
+        const bool replacesOther = m_other.has_value();
         m_base = written;
         m_known = written;
         m_other.reset();
@@ -152,10 +153,13 @@ void NoteEdit::finishWriting(bool success, const QString &written, const std::op
                 m_known = now;
         });
         if (former && *former != written && !reverts) {
-            m_environment.history.push(u"Gespeichert"_s,
+            m_environment.history.push(u"Andere Fassung ersetzt"_s,
                                        [find = m_environment.find, note = m_note, former = *former, written] {
                                            find(note)->revert(former, written);
                                        });
+            // Of ordinary saving the buttons' row tells, which no bar is to push aside each time.
+            if (!replacesOther)
+                m_environment.history.endOffer();
         }
     }
     setInFlight(false);

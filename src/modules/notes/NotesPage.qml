@@ -10,6 +10,7 @@ FocusScope {
     required property CardAppearance appearance
     required property NoteBrowsing browsing
 
+    readonly property var unsavedIds: browsing.unsavedIds
     readonly property bool composes: browsing.newNote.isOpen
     readonly property bool showsList: !composes && browsing.edit === null
 
@@ -60,13 +61,24 @@ FocusScope {
         sourceComponent: root.composes ? composer : root.showsList ? null : detail
     }
 
+    UnsavedRows {
+        id: unsaved
+
+        anchors.top: status.visible ? status.bottom : header.bottom
+        anchors.topMargin: Metrics.tightGap
+        width: parent.width
+        height: Math.min(contentHeight, parent.height / 3)
+        visible: root.showsList
+        appearance: root.appearance
+        browsing: root.browsing
+    }
+
     // Stays while a note is open, and with it the place in it.
     RowList {
         id: list
 
         objectName: "notesList"
-        anchors.top: status.visible ? status.bottom : header.bottom
-        anchors.topMargin: Metrics.tightGap
+        anchors.top: unsaved.bottom
         anchors.bottom: parent.bottom
         width: parent.width
         focus: root.showsList
@@ -81,12 +93,6 @@ FocusScope {
         onVisibleChanged: if (visible && root.activeFocus)
             forceActiveFocus(Qt.OtherFocusReason)
 
-        header: UnsavedRows {
-            width: list.width
-            appearance: root.appearance
-            browsing: root.browsing
-        }
-
         delegate: NotesRow {
             required property noteSummary note
             required property string name
@@ -97,7 +103,7 @@ FocusScope {
             appearance: root.appearance
             symbol: "note.text"
             text: name
-            isUnsaved: root.browsing.unsavedIds.includes(note.id)
+            isUnsaved: root.unsavedIds.includes(note.id)
             trailingSymbol: "chevron.right"
             onClicked: {
                 list.currentIndex = index

@@ -94,7 +94,7 @@ T.AbstractButton {
             color: root.appearance.alpha(root.down ? 0.12 : root.hovered ? 0.07 : 0)
 
             FocusRing {
-                visible: root.isCurrent
+                visible: root.isCurrent || root.visualFocus
                 anchors.margins: 0
                 radius: Metrics.rowRadius
                 accent: root.appearance.accent

@@ -4,33 +4,45 @@ import Randblatt.Controls
 import Randblatt.Notes
 
 // What was typed and not saved in notes that the list below does not show, and in the composer.
-Column {
+Flickable {
     id: root
 
     required property CardAppearance appearance
     required property NoteBrowsing browsing
 
-    spacing: 1
-    bottomPadding: implicitHeight > 0 ? 1 : 0
+    contentHeight: rows.height
+    boundsBehavior: Flickable.StopAtBounds
+    interactive: contentHeight > height
+    clip: true
 
-    UnsavedRow {
-        objectName: "newNoteRow"
-        visible: !root.browsing.newNote.isEmpty
-        symbol: "square.and.pencil"
-        text: root.browsing.newNote.title.trim() === "" ? "Neue Notiz" : root.browsing.newNote.title
-        onClicked: root.browsing.newNote.isOpen = true
-    }
+    Column {
+        id: rows
 
-    Repeater {
-        model: root.browsing.unlisted
+        width: root.width
 
-        UnsavedRow {
-            required property noteSummary modelData
+        // Not merely made visible: a column that is out of sight would keep its place.
+        Repeater {
+            model: root.browsing.newNote.isEmpty ? 0 : 1
 
-            objectName: "unlistedRow"
-            symbol: "note.text"
-            text: modelData.name
-            onClicked: root.browsing.open(modelData)
+            UnsavedRow {
+                objectName: "newNoteRow"
+                symbol: "square.and.pencil"
+                text: root.browsing.newNote.title.trim() === "" ? "Neue Notiz" : root.browsing.newNote.title
+                onClicked: root.browsing.newNote.isOpen = true
+            }
+        }
+
+        Repeater {
+            model: root.browsing.unlisted
+
+            UnsavedRow {
+                required property noteSummary modelData
+
+                objectName: "unlistedRow"
+                symbol: "note.text"
+                text: modelData.name
+                onClicked: root.browsing.open(modelData)
+            }
         }
     }
 

@@ -181,6 +181,9 @@ private Q_SLOTS:
         card.click(u"createButton"_s);
         QTRY_COMPARE(card.heading(), u"Notizen"_s);
         QTRY_COMPARE(card.rows(), QStringList(u"   x"_s));
+        // Where the list begins, with no gap left by the row of the note that was not there yet.
+        const auto top = [](const QQuickItem *item) { return item->mapToScene({}).y(); };
+        QTRY_VERIFY(top(card.first(u"noteRow"_s)) < top(card.first(u"folderName"_s)) + 30);
         QCOMPARE(card.stored(u"   x"_s), u"Text"_s);
         card.click(u"composeButton"_s);
         QTRY_COMPARE(card.view->texts(u"titleField"_s), QStringList(QString()));
