@@ -114,7 +114,7 @@ def change_screen(walk, _):
     walk.hide()
 
 
-@action(8, when=lambda model: model.fresh)
+@action(8, when=lambda model: model.can_undo(model.fresh))
 def undo_by_bar(walk, _):
     """Right after a change."""
     card = walk.model.fresh

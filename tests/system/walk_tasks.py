@@ -162,7 +162,7 @@ def switch_board(walk, _):
     choose_quickly(walk, "To-Do", "Kanban-Tafel" if walk.model.showsBoard else "Liste")
 
 
-@action(6, when=lambda model: model.tasks and model.undone_from("To-Do"))
+@action(6, when=lambda model: model.tasks and model.can_undo(model.undone_from("To-Do")))
 def undo_by_key(walk, rng):
     """With the keyboard in the list or on the board: its own latest change, or else the latest of all."""
     task = pick_task(walk, rng)
