@@ -67,7 +67,7 @@ void listTheFirstTime(benchmark::State &state)
     const QString script = notescripts::listNotes(std::nullopt, 80);
     for (auto _ : state) {
         InterpreterScriptRunner runner(library().open());
-        const auto notes = notescripts::notes(runner.run(script).text.value_or(QString()));
+        const auto notes = notescripts::notes(runner.run(script).text.value_or(QString()), 80);
         if (notes.size() != 80)
             state.SkipWithError("falsche Liste");
     }
@@ -79,7 +79,7 @@ void listAgain(benchmark::State &state)
     InterpreterScriptRunner runner(library().open());
     (void)runner.run(script);
     for (auto _ : state) {
-        const auto notes = notescripts::notes(runner.run(script).text.value_or(QString()));
+        const auto notes = notescripts::notes(runner.run(script).text.value_or(QString()), 80);
         if (notes.size() != 80)
             state.SkipWithError("falsche Liste");
     }

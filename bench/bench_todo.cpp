@@ -1,9 +1,10 @@
 // How long a change of one of many tasks takes until it is on disk and in the models of the list and the
 // board. Each figure is the time of one change; p50 and p99 are over all changes of a run, in microseconds.
 
+#include "modules/todo/TodoActions.h"
 #include "modules/todo/TodoColumn.h"
-#include "modules/todo/TodoStore.h"
 #include "settings/Preferences.h"
+#include "settings/UndoHistory.h"
 
 #include <QCoreApplication>
 #include <QTemporaryDir>
@@ -32,13 +33,15 @@ QByteArray tasks(qsizetype count)
     return joinItems(encoded);
 }
 
-/// A store of tasks on a real file, and the models over it.
+/// A store of tasks on a real file, the models over it, and the actions that give changes their ways back.
 struct Fixture
 {
     QTemporaryDir folder;
     Preferences preferences{folder.filePath(u"preferences.sqlite"_s)};
     std::unique_ptr<TodoStore> store;
     std::vector<std::unique_ptr<TodoTaskModel>> models;
+    UndoHistory history;
+    std::unique_ptr<TodoActions> actions;
 
     explicit Fixture(qsizetype count)
     {
@@ -48,10 +51,11 @@ struct Fixture
             *store, TodoTaskModel::Groups{{TodoStatus::backlog, TodoStatus::doing}, {TodoStatus::done}}));
         for (const TodoStatusCase &status : rawValues<TodoStatus>)
             models.push_back(std::make_unique<TodoTaskModel>(*store, TodoTaskModel::Groups{{status.value}}));
+        actions = std::make_unique<TodoActions>(*store, history, preferences);
     }
 };
 
-/// Repeats `change`, which gets the store and the number of the repetition.
+/// Repeats `change`, which gets the fixture and the number of the repetition.
 template <typename Change>
 void measure(benchmark::State &state, Change change)
 {
@@ -60,7 +64,7 @@ void measure(benchmark::State &state, Change change)
     qsizetype repetition = 0;
     for ([[maybe_unused]] auto iteration : state) {
         const auto begin = std::chrono::steady_clock::now();
-        change(*fixture.store, repetition++);
+        change(fixture, repetition++);
         const std::chrono::duration<double, std::micro> taken = std::chrono::steady_clock::now() - begin;
         microseconds.push_back(taken.count());
     }
@@ -73,33 +77,52 @@ void measure(benchmark::State &state, Change change)
     state.counters["max_us"] = microseconds.back();
 }
 
-QUuid taskAt(const TodoStore &store, qsizetype repetition)
+QUuid taskAt(const Fixture &fixture, qsizetype repetition)
 {
-    return store.items().at(repetition * 997 % store.items().size()).id;
+    const QList<TodoItem> &items = fixture.store->items();
+    return items.at(repetition * 997 % items.size()).id;
 }
 
 void addTask(benchmark::State &state)
 {
-    measure(state, [](TodoStore &store, qsizetype) { store.add(u"Noch eine Aufgabe mit einem Titel"_s); });
+    measure(state, [](Fixture &fixture, qsizetype) {
+        fixture.actions->newTitle()->setText(u"Noch eine Aufgabe mit einem Titel"_s);
+        fixture.actions->add();
+    });
 }
 
 void toggleTask(benchmark::State &state)
 {
-    measure(state,
-            [](TodoStore &store, qsizetype repetition) { store.toggleDone(taskAt(store, repetition)); });
+    measure(state, [](Fixture &fixture, qsizetype repetition) {
+        fixture.actions->toggleDone(taskAt(fixture, repetition));
+    });
 }
 
 void renameTask(benchmark::State &state)
 {
-    measure(state, [](TodoStore &store, qsizetype repetition) {
-        store.rename(taskAt(store, repetition), u"Umbenannt zum %1. Mal"_s.arg(repetition));
+    measure(state, [](Fixture &fixture, qsizetype repetition) {
+        fixture.actions->beginEdit(taskAt(fixture, repetition));
+        fixture.actions->setEditText(u"Umbenannt zum %1. Mal"_s.arg(repetition));
+        fixture.actions->commitEdit();
     });
 }
 
 void deleteTask(benchmark::State &state)
 {
-    measure(state,
-            [](TodoStore &store, qsizetype repetition) { store.deleteItem(taskAt(store, repetition)); });
+    measure(state, [](Fixture &fixture, qsizetype repetition) {
+        fixture.actions->deleteTask(taskAt(fixture, repetition));
+    });
+}
+
+/// Every other change is the undoing of the one before.
+void deleteAndUndo(benchmark::State &state)
+{
+    measure(state, [](Fixture &fixture, qsizetype repetition) {
+        if (repetition % 2 == 0)
+            fixture.actions->deleteTask(taskAt(fixture, repetition));
+        else
+            fixture.history.undo();
+    });
 }
 
 void loadTasks(benchmark::State &state)
@@ -116,6 +139,7 @@ BENCHMARK(addTask)->Arg(20)->Arg(10'000)->Iterations(300)->Unit(benchmark::kMicr
 BENCHMARK(toggleTask)->Arg(20)->Arg(10'000)->Iterations(300)->Unit(benchmark::kMicrosecond);
 BENCHMARK(renameTask)->Arg(20)->Arg(10'000)->Iterations(300)->Unit(benchmark::kMicrosecond);
 BENCHMARK(deleteTask)->Arg(10'000)->Iterations(300)->Unit(benchmark::kMicrosecond);
+BENCHMARK(deleteAndUndo)->Arg(10'000)->Iterations(300)->Unit(benchmark::kMicrosecond);
 BENCHMARK(loadTasks)->Arg(10'000)->Unit(benchmark::kMicrosecond);
 
 int main(int argc, char **argv)

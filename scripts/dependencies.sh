@@ -31,6 +31,8 @@ packages_runtime=("${packages_runtime_quillbar[@]}" "${packages_runtime_webplaye
 packages_virtual_desktop=(
     xvfb openbox picom xdotool maim hsetroot x11-utils x11-xserver-utils x11-xkb-utils xterm
     dbus libglib2.0-bin python3 python3-pil fonts-inter fonts-noto-core
+    # What is shown is read as assistive tools read it.
+    at-spi2-core python3-gi
 )
 
 # A Wayland desktop for the tests, the tool that works its pointer and keyboard, and a terminal.

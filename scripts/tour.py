@@ -14,7 +14,7 @@ from PIL import Image, ImageDraw, ImageFilter
 sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "tests/system"))
 from music_service import MusicService, install_browser  # noqa: E402
 from tour_desktops import visit_desktops  # noqa: E402
-from virtual_desktop import VirtualDesktop, wait_for  # noqa: E402
+from virtual_desktop import AS_A_PERSON, VirtualDesktop, wait_for  # noqa: E402
 
 SCREEN = (1440, 900)
 FONTS = """<?xml version="1.0"?>
@@ -117,7 +117,7 @@ class Tour:
         return self.desktop.windows("^Quillbar$")
 
     def start(self, env=None):
-        self.program = self.desktop.start([str(self.executables / "quillbar")], env=env)
+        self.program = self.desktop.start([*AS_A_PERSON, str(self.executables / "quillbar")], env=env)
         wait_for(self.panel, message=lambda: "no panel: " + self.program.log)
 
     def stop(self):
@@ -264,6 +264,12 @@ class Tour:
         self.settle()
         self.shot("notiz-fehler")
         library.with_name("weg").rename(library)
+        self.stop()
+        library.chmod(0)
+        self.start()
+        self.settle(1)
+        self.shot("notizen-kein-zugriff")
+        library.chmod(0o700)
         self.configure(alwaysVisible=False)
         self.leave()
 

@@ -23,6 +23,7 @@
 #include "ui/settings/SettingsWindowController.h"
 
 #include <QApplication>
+#include <QDesktopServices>
 #include <QLibraryInfo>
 #include <QLoggingCategory>
 #include <QTimer>
@@ -78,6 +79,7 @@ void RandblattApp::start()
 {
     m_views.finishImports();
     m_warmUp.finishGraphics();
+    followStore();
     m_delegate.applicationDidFinishLaunching();
     // While the first frame is drawn; the cards' contents come with the second.
     preloadModules();
@@ -88,6 +90,18 @@ void RandblattApp::start()
     connect(m_backends.tray.get(), &TrayHost::availableChanged, this, followTray);
     followTray();
     QTimer::singleShot(settled, this, [] { returnUnusedMemory(); });
+}
+
+void RandblattApp::followStore()
+{
+    const auto all = m_delegate.registry().allModules();
+    for (const SidebarModule *module : all)
+        module->notice()->follow(m_preferences.health(), module->id());
+    const auto shown = m_delegate.registry().enabledModules();
+    if (!shown.isEmpty())
+        shown.first()->notice()->setNamesAside(true);
+    connect(&m_preferences.health(), &StoreHealth::folderRequested, this,
+            [](const QString &folder) { QDesktopServices::openUrl(QUrl::fromLocalFile(folder)); });
 }
 
 void RandblattApp::preloadModules()
@@ -146,7 +160,7 @@ std::vector<std::unique_ptr<SidebarModule>> RandblattApp::makeModules()
     std::vector<std::unique_ptr<SidebarModule>> modules;
     modules.push_back(std::make_unique<TodoModule>(m_settings, m_preferences));
     modules.push_back(std::make_unique<CalendarModule>(*m_backends.calendar, *m_backends.wake));
-    modules.push_back(std::make_unique<NotesModule>(m_settings, m_backends.scripts));
+    modules.push_back(std::make_unique<NotesModule>(m_settings, m_preferences, m_backends.scripts));
     modules.push_back(std::make_unique<SpotifyModule>(
         SpotifyModule::Environment{m_settings, m_preferences, *m_backends.mediaKeys, *m_backends.signIn,
                                    ServiceHosts::fromEnvironment(), SpotifyWebPlayer::defaultHelper()}));
@@ -173,8 +187,8 @@ SidebarPanelController::PanelFactory RandblattApp::panelFactory(ModuleRegistry &
 std::unique_ptr<WindowController> RandblattApp::makeSettingsWindow(ModuleRegistry &registry)
 {
     installToolkitTranslations();
-    return std::make_unique<SettingsWindowController>(m_engine, m_settings, registry,
-                                                      registry.module(u"spotify"_s));
+    return std::make_unique<SettingsWindowController>(
+        m_engine, m_settings, registry, registry.module(u"spotify"_s), &m_preferences.health(), &m_backups);
 }
 
 // Nothing but the colour dialog speaks in the toolkit's words: not before there can be one.

@@ -5,6 +5,7 @@
 #include "app/ViewPreloader.h"
 #include "settings/AppSettings.h"
 #include "settings/Preferences.h"
+#include "settings/StoreBackups.h"
 #include "sidebar/MenuContent.h"
 #include "sidebar/StatusBarController.h"
 
@@ -34,6 +35,7 @@ public:
     void start();
 
 private:
+    void followStore();
     void preloadModules();
     void connectMenu();
     void connectInstance(SingleInstance &instance);
@@ -49,6 +51,7 @@ private:
     QQmlEngine m_engine;
     ViewPreloader m_views{m_engine};
     Preferences m_preferences;
+    StoreBackups m_backups{m_preferences};
     Backends m_backends;
     AppSettings m_settings;
     std::array<QTranslator, 2> m_translators;

@@ -1,6 +1,7 @@
 #include "app/PlatformChoice.h"
 #include "app/RandblattApp.h"
 #include "app/WarmUp.h"
+#include "platform/freedesktop/BaseFolders.h"
 #include "platform/freedesktop/SingleInstance.h"
 #include "platform/freedesktop/TerminationSignals.h"
 
@@ -15,6 +16,7 @@ using namespace Qt::StringLiterals;
 
 int main(int argc, char **argv)
 {
+    randblatt::ignoreRelativeBaseFolders();
     QApplication::setApplicationName(u"quillbar"_s);
     QApplication::setApplicationDisplayName(u"Quillbar"_s);
     QApplication::setApplicationVersion(QLatin1StringView(QUILLBAR_VERSION));

@@ -4,6 +4,7 @@
 #include "settings/Preferences.h"
 
 #include <QLoggingCategory>
+#include <QMetaProperty>
 
 #include <utility>
 
@@ -164,6 +165,7 @@ AppSettings::AppSettings(Preferences &preferences, LoginItem &loginItem, QObject
     , m_loginItem(loginItem)
 {
     load();
+    connect(&preferences.health(), &StoreHealth::valueArrived, this, &AppSettings::reload);
     if (sharedInstance == nullptr)
         sharedInstance = this;
 }
@@ -204,6 +206,29 @@ void AppSettings::load()
     loader.ids(u"enabledModuleIDs"_s, m_enabledModuleIDs);
     loader.ids(u"moduleOrder"_s, m_moduleOrder);
     loader.text(u"spotifyClientID"_s, m_spotifyClientID);
+}
+
+void AppSettings::reload()
+{
+    const QMetaObject &meta = staticMetaObject;
+    QVariantList before;
+    for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i)
+        before.append(meta.property(i).read(this));
+    const auto heights = m_moduleHeights;
+    const ModuleThemes themes = m_moduleThemes;
+    const bool launched = m_launchAtLogin;
+    load();
+    for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i) {
+        if (meta.property(i).read(this) != before.at(i - meta.propertyOffset()))
+            meta.property(i).notifySignal().invoke(this, Qt::DirectConnection);
+    }
+    if (m_moduleHeights != heights)
+        Q_EMIT moduleHeightsChanged();
+    if (m_moduleThemes != themes)
+        Q_EMIT moduleThemesChanged();
+    Q_EMIT changed();
+    if (m_launchAtLogin != launched)
+        reconcileLoginItem();
 }
 
 template <typename T>
@@ -261,7 +286,7 @@ void AppSettings::setTheme(const ThemeConfig &theme, const QString &moduleID)
     }
     auto themes = m_moduleThemes;
     themes.insert(moduleID, theme);
-    assign(m_moduleThemes, themes, u"moduleThemes"_s, &AppSettings::moduleThemesChanged);
+    setModuleThemes(themes);
 }
 
 bool AppSettings::isEnabled(const QString &moduleID) const
@@ -358,6 +383,11 @@ void AppSettings::setPanelHeightFraction(double fraction)
 void AppSettings::setPerModuleTheme(bool perModule)
 {
     assign(m_perModuleTheme, perModule, u"perModuleTheme"_s, &AppSettings::perModuleThemeChanged);
+}
+
+void AppSettings::setModuleThemes(const ModuleThemes &themes)
+{
+    assign(m_moduleThemes, themes, u"moduleThemes"_s, &AppSettings::moduleThemesChanged);
 }
 
 void AppSettings::setGlobalTheme(const ThemeConfig &theme)

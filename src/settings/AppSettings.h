@@ -112,7 +112,9 @@ public:
     void setPerModuleTheme(bool perModule);
     [[nodiscard]] ThemeConfig globalTheme() const { return m_globalTheme; }
     void setGlobalTheme(const ThemeConfig &theme);
+    /// The modules' own themes, which are kept while they are not in force.
     [[nodiscard]] ModuleThemes moduleThemes() const { return m_moduleThemes; }
+    void setModuleThemes(const ModuleThemes &themes);
     [[nodiscard]] TodoViewMode todoViewMode() const { return m_todoViewMode; }
     void setTodoViewMode(TodoViewMode mode);
     [[nodiscard]] QSet<QString> enabledModuleIDs() const { return m_enabledModuleIDs; }
@@ -150,6 +152,8 @@ private:
     using Signal = void (AppSettings::*)();
 
     void load();
+    /// Values that could not be read at construction come to light.
+    void reload();
     template <typename T>
     bool assign(T &member, const T &value, const QString &key, Signal signal);
     template <typename Enum>

@@ -12,6 +12,13 @@ Draft::Draft(Preferences &preferences, const QString &key, QObject *parent)
     , m_key(key)
     , m_values(preferences.draft(key))
 {
+    // What could not be read at first; what has been typed since stays.
+    connect(&preferences.health(), &StoreHealth::draftArrived, this, [this](const QString &arrived) {
+        if (arrived != m_key || !m_values.isEmpty())
+            return;
+        m_values = m_preferences.draft(m_key);
+        Q_EMIT changed();
+    });
 }
 
 QString Draft::text() const

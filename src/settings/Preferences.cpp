@@ -1,18 +1,16 @@
 #include "settings/Preferences.h"
 
-#include <QDateTime>
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QJsonDocument>
+#include "settings/StoreCopy.h"
+#include "settings/StoreLog.h"
+#include "settings/StoreOpening.h"
+#include "settings/StoreReader.h"
+#include "settings/StoreRepair.h"
+
 #include <QLoggingCategory>
+#include <QPointer>
 #include <QStandardPaths>
 
-#include <sqlite3.h>
-
-#include <array>
-#include <chrono>
-#include <cmath>
+#include <algorithm>
 
 namespace randblatt {
 
@@ -23,181 +21,66 @@ namespace {
 
 Q_LOGGING_CATEGORY(lcPreferences, "quillbar.preferences")
 
-constexpr std::array typeNames{"string", "boolean", "double", "array", "dictionary", "data"};
-static_assert(typeNames.size() == std::variant_size_v<PreferenceValue>);
-
 constexpr auto quietBeforeCheckpoint = 1s;
-constexpr int schemaVersion = 1;
 
-// How long a write may wait for the end of a checkpoint.
-constexpr int busyMilliseconds = 1000;
+// How long the main thread may wait for somebody else's lock, until a write succeeds again.
+constexpr auto longestWait = 100ms;
+// When the program ends: for locks, and for the disk.
+constexpr auto lastWait = 300ms;
+constexpr auto lastCheckpoint = 400ms;
 
-// The page size suits values of 8 bytes as well as a scratch pad of 100 kB. Checkpoints are ours; the
-// built-in one is only the limit for a write-ahead log that never gets its quiet second.
-constexpr auto setupStatements = R"(
-    PRAGMA page_size = 16384;
-    PRAGMA journal_mode = WAL;
-    PRAGMA synchronous = NORMAL;
-    PRAGMA wal_autocheckpoint = 4000;
-    CREATE TABLE IF NOT EXISTS preferences (
-        key   TEXT PRIMARY KEY NOT NULL,
-        type  TEXT NOT NULL,
-        value ANY NOT NULL
-    ) STRICT, WITHOUT ROWID;
-    CREATE TABLE IF NOT EXISTS drafts (
-        key   TEXT PRIMARY KEY NOT NULL,
-        type  TEXT NOT NULL,
-        value ANY NOT NULL
-    ) STRICT, WITHOUT ROWID;
-)";
-constexpr std::array tableNames{"preferences", "drafts"};
-constexpr auto selectStatement = "SELECT type, value FROM %1 WHERE key = ?1"_L1;
-constexpr auto upsertStatement =
-    "INSERT INTO %1 (key, type, value) VALUES (?1, ?2, ?3) "
-    "ON CONFLICT (key) DO UPDATE SET type = excluded.type, value = excluded.value"_L1;
-constexpr auto deleteStatement = "DELETE FROM %1 WHERE key = ?1"_L1;
+// A lock is soon gone, often that of our own checkpoint.
+constexpr auto firstPauseForLock = 50ms;
+constexpr std::chrono::milliseconds firstPause = 1s;
+constexpr std::chrono::milliseconds longestPause = 60s;
 
-QByteArray json(const QJsonDocument &document)
-{
-    return document.toJson(QJsonDocument::Compact);
-}
-
-/// Borrows `utf8`, which must live until the statement is reset.
-int bindText(sqlite3_stmt *statement, int index, const QByteArray &utf8)
-{
-    return sqlite3_bind_text(statement, index, utf8.constData(), static_cast<int>(utf8.size()),
-                             SQLITE_STATIC);
-}
-
-/// Binds a value's stored form, and keeps it until the statement has run.
-struct Binder
-{
-    sqlite3_stmt *statement;
-    int index;
-    QByteArray kept = {};
-
-    int operator()(const QString &text) { return bind(text.toUtf8()); }
-    int operator()(bool boolean) { return sqlite3_bind_int(statement, index, boolean ? 1 : 0); }
-    int operator()(double number) { return sqlite3_bind_double(statement, index, number); }
-    int operator()(const QJsonArray &array) { return bind(json(QJsonDocument(array))); }
-    int operator()(const QJsonObject &object) { return bind(json(QJsonDocument(object))); }
-    int operator()(const QByteArray &bytes)
-    {
-        // A null pointer would bind NULL instead of an empty blob.
-        kept = bytes;
-        const char *data = kept.isEmpty() ? "" : kept.constData();
-        return sqlite3_bind_blob(statement, index, data, static_cast<int>(kept.size()), SQLITE_STATIC);
-    }
-
-private:
-    int bind(const QByteArray &utf8)
-    {
-        kept = utf8;
-        return bindText(statement, index, kept);
-    }
-};
-
-QByteArray columnBytes(sqlite3_stmt *statement, int column)
-{
-    const auto *data = static_cast<const char *>(sqlite3_column_blob(statement, column));
-    return {data, sqlite3_column_bytes(statement, column)};
-}
-
-std::optional<PreferenceValue> readRow(sqlite3_stmt *statement)
-{
-    const QByteArray type = columnBytes(statement, 0);
-    const int storage = sqlite3_column_type(statement, 1);
-    if (type == "string" && storage == SQLITE_TEXT)
-        return QString::fromUtf8(columnBytes(statement, 1));
-    if (type == "boolean" && storage == SQLITE_INTEGER)
-        return sqlite3_column_int(statement, 1) != 0;
-    if (type == "double" && (storage == SQLITE_FLOAT || storage == SQLITE_INTEGER))
-        return sqlite3_column_double(statement, 1);
-    if (type == "data" && storage == SQLITE_BLOB)
-        return columnBytes(statement, 1);
-    if (storage == SQLITE_TEXT) {
-        const QJsonDocument document = QJsonDocument::fromJson(columnBytes(statement, 1));
-        if (type == "array" && document.isArray())
-            return document.array();
-        if (type == "dictionary" && document.isObject())
-            return document.object();
-    }
-    return std::nullopt;
-}
-
-/// Whether SQLite says that the file is no database of ours, as against one that it cannot reach now.
-bool isUnreadable(int result)
-{
-    return result == SQLITE_NOTADB || result == SQLITE_CORRUPT || result == SQLITE_ERROR;
-}
-
-int userVersion(sqlite3 *database)
-{
-    int version = 0;
-    sqlite3_exec(
-        database, "PRAGMA user_version",
-        [](void *target, int, char **columns, char **) {
-            *static_cast<int *>(target) = QByteArray(columns[0]).toInt();
-            return 0;
-        },
-        &version, nullptr);
-    return version;
-}
-
-/// Ends a use of a prepared statement, so that no read transaction stays open.
-class StatementUse
-{
-public:
-    explicit StatementUse(sqlite3_stmt *statement)
-        : m_statement(statement)
-    {
-    }
-    ~StatementUse()
-    {
-        sqlite3_reset(m_statement);
-        sqlite3_clear_bindings(m_statement);
-    }
-    StatementUse(const StatementUse &) = delete;
-    StatementUse &operator=(const StatementUse &) = delete;
-
-private:
-    sqlite3_stmt *m_statement;
-};
+const StorePlace asidePlace{StoreTable::preferences, u"storeSetAside"_s};
 
 } // namespace
 
-void Preferences::CloseDatabase::operator()(sqlite3 *database) const
-{
-    sqlite3_close_v2(database);
-}
-
-void Preferences::FinalizeStatement::operator()(sqlite3_stmt *statement) const
-{
-    sqlite3_finalize(statement);
-}
-
 Preferences::Preferences(const QString &path)
-    : m_path(path)
+    : m_file(path)
 {
     m_checkpointTimer.setSingleShot(true);
     m_checkpointTimer.setInterval(quietBeforeCheckpoint);
-    QObject::connect(&m_checkpointTimer, &QTimer::timeout, &m_checkpointTimer, [this] {
-        if (m_checkpoint)
-            m_checkpoint->start();
+    QObject::connect(&m_checkpointTimer, &QTimer::timeout, &m_checkpointTimer, [this] { checkpoint(); });
+    m_retryTimer.setSingleShot(true);
+    QObject::connect(&m_retryTimer, &QTimer::timeout, &m_retryTimer, [this] { retry(); });
+    QObject::connect(&m_health, &StoreHealth::retryRequested, &m_retryTimer, [this] {
+        m_pause = 0ms;
+        retry();
     });
-    if (onDisk())
-        m_checkpoint.emplace(QFile::encodeName(path));
+    QObject::connect(&m_health, &StoreHealth::asideDismissed, &m_retryTimer, [this] { nameAside({}); });
+    m_file.waitUntil(std::chrono::steady_clock::now() + longestWait);
+    const QString replaced = m_file.isOnDisk() ? takeChosenStore(path) : QString();
     open();
+    m_isStarted = true;
+    if (!replaced.isEmpty())
+        nameAside(replaced);
+    if (const auto aside = get<QString>(asidePlace.key))
+        m_health.setAsidePath(*aside);
+    tell();
 }
 
 Preferences::~Preferences()
 {
-    const auto unwritten = m_unwritten;
-    for (auto it = unwritten.cbegin(); it != unwritten.cend(); ++it)
-        store(it.key(), it.value());
-    m_checkpoint.reset();
-    // The last connection to be closed makes a checkpoint.
-    close();
+    m_health.blockSignals(true);
+    m_file.waitUntil(std::chrono::steady_clock::now() + lastWait);
+    if (!m_unwritten.isEmpty()) {
+        if (!isOpen())
+            open();
+        flush();
+    }
+    if (m_file.isOnDisk() && isOpen()) {
+        // The last connection to be closed removes the log.
+        const auto exclusive = m_file.isExclusive() ? m_file.connection() : nullptr;
+        m_file.close();
+        m_worker.run([path = m_file.path(), exclusive] {
+            emptyLog(path, exclusive);
+            return StoreWorker::Answer();
+        });
+    }
+    m_worker.wait(lastCheckpoint);
 }
 
 QString Preferences::defaultPath()
@@ -213,185 +96,323 @@ QString Preferences::inMemory()
 
 std::optional<PreferenceValue> Preferences::value(const QString &key) const
 {
-    return read({Table::preferences, key});
+    return read({StoreTable::preferences, key});
 }
 
 bool Preferences::setValue(const QString &key, const PreferenceValue &value)
 {
-    return store({Table::preferences, key}, value);
+    return store({StoreTable::preferences, key}, value);
 }
 
 bool Preferences::remove(const QString &key)
 {
-    return store({Table::preferences, key}, std::nullopt);
+    return store({StoreTable::preferences, key}, std::nullopt);
 }
 
 QJsonObject Preferences::draft(const QString &key) const
 {
-    const auto stored = read({Table::drafts, key});
+    const auto stored = read({StoreTable::drafts, key});
     return stored && std::holds_alternative<QJsonObject>(*stored) ? std::get<QJsonObject>(*stored)
                                                                   : QJsonObject();
 }
 
 bool Preferences::setDraft(const QString &key, const QJsonObject &draft)
 {
-    return store({Table::drafts, key},
-                 draft.isEmpty() ? std::nullopt : std::optional<PreferenceValue>(draft));
+    return store({StoreTable::drafts, key}, draft.isEmpty() ? std::nullopt : Value(draft));
 }
 
-std::optional<PreferenceValue> Preferences::read(const Place &place) const
+Preferences::Value Preferences::read(const StorePlace &place) const
 {
-    if (const auto it = m_unwritten.constFind(place); it != m_unwritten.cend())
-        return *it;
-    sqlite3_stmt *select = statements(place.table).select.get();
-    if (select == nullptr)
-        return std::nullopt;
-    const QByteArray name = place.key.toUtf8();
-    const StatementUse use(select);
-    bindText(select, 1, name);
-    if (sqlite3_step(select) != SQLITE_ROW)
-        return std::nullopt;
-    return readRow(select);
+    const auto it = m_values.constFind(place);
+    return it == m_values.cend() ? std::nullopt : Value(*it);
 }
 
-bool Preferences::store(const Place &place, const std::optional<PreferenceValue> &value)
+bool Preferences::store(const StorePlace &place, const Value &value)
 {
-    if (write(place, value)) {
+    const Value before = read(place);
+    if (value)
+        m_values.insert(place, *value);
+    else
+        m_values.remove(place);
+    m_file.waitUntil(std::chrono::steady_clock::now() + (m_hasWaited ? 0ms : longestWait));
+    const StoreResult result = write(place);
+    if (result != StoreResult::ok) {
+        hold(place, before, result);
+    } else if (!m_unwritten.isEmpty()) {
         m_unwritten.remove(place);
-        m_checkpointTimer.start();
-        return true;
+        flush();
     }
-    m_unwritten.insert(place, value);
-    return false;
+    tell();
+    return result == StoreResult::ok;
 }
 
-bool Preferences::write(const Place &place, const std::optional<PreferenceValue> &value)
+StoreResult Preferences::write(const StorePlace &place)
 {
-    const QString &key = place.key;
-    if (!statements(place.table).upsert)
+    if (m_file.hasMoved() || (!isOpen() && std::chrono::steady_clock::now() - m_lastOpened >= firstPause))
         open();
-    if (!statements(place.table).upsert) {
-        qCWarning(lcPreferences, "Einstellung „%ls“ nicht gespeichert: Speicher nicht verfügbar",
-                  qUtf16Printable(key));
-        return false;
+    StoreResult result = writeHeld(place);
+    if (result == StoreResult::damaged) {
+        open();
+        result = writeHeld(place);
     }
-    sqlite3_stmt *statement = (value ? statements(place.table).upsert : statements(place.table).remove).get();
-    const QByteArray name = key.toUtf8();
-    Binder binder{statement, 3};
-    const StatementUse use(statement);
-    bindText(statement, 1, name);
-    if (value) {
-        sqlite3_bind_text(statement, 2, typeNames.at(value->index()), -1, SQLITE_STATIC);
-        std::visit(binder, *value);
+    if (result == StoreResult::damaged) {
+        repair();
+        result = writeHeld(place);
     }
-    if (sqlite3_step(statement) == SQLITE_DONE)
-        return true;
-    qCWarning(lcPreferences, "Einstellung „%ls“ nicht gespeichert: %s", qUtf16Printable(key),
-              sqlite3_errmsg(m_database.get()));
-    return false;
-}
-
-void Preferences::prepareFolder() const
-{
-    const QFileInfo file(m_path);
-    const QString folder = file.absolutePath();
-    if (!QFileInfo::exists(folder) && QDir().mkpath(folder))
-        QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    // SQLite gives its companion files the permissions of the database.
-    constexpr auto privateFile = QFile::ReadOwner | QFile::WriteOwner;
-    if (QFile database(m_path); !database.exists())
-        database.open(QFile::NewOnly | QFile::WriteOnly, privateFile);
-    else if ((database.permissions() & (QFile::ReadGroup | QFile::ReadOther)) != 0)
-        database.setPermissions(privateFile);
-}
-
-void Preferences::open()
-{
-    if (onDisk())
-        prepareFolder();
-    int result = tryOpen(Access::readWrite);
-    if (onDisk() && isUnreadable(result)) {
-        setAside();
-        result = tryOpen(Access::readWrite);
-    }
-    if (result == SQLITE_OK)
-        return;
-    qCWarning(lcPreferences, "Einstellungen unter %ls nicht beschreibbar: %s", qUtf16Printable(m_path),
-              sqlite3_errstr(result));
-    // In a folder that cannot be written the stored values are still there to be read.
-    if (!onDisk() || (tryOpen(Access::readOnly) != SQLITE_OK && tryOpen(Access::immutable) != SQLITE_OK))
-        close();
-}
-
-int Preferences::tryOpen(Access access)
-{
-    close();
-    QByteArray name = QFile::encodeName(m_path);
-    int flags = SQLITE_OPEN_READONLY;
-    if (access == Access::readWrite)
-        flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
-    // Without the companion files, which a folder that cannot be written does not let SQLite make.
-    if (access == Access::immutable) {
-        name = "file:" + name.toPercentEncoding("/") + "?immutable=1";
-        flags |= SQLITE_OPEN_URI;
-    }
-    sqlite3 *database = nullptr;
-    int result = sqlite3_open_v2(name.constData(), &database, flags, nullptr);
-    m_database.reset(database);
-    if (result == SQLITE_OK && access == Access::readWrite) {
-        sqlite3_busy_timeout(database, busyMilliseconds);
-        result = sqlite3_exec(database, setupStatements, nullptr, nullptr, nullptr);
-        if (result == SQLITE_OK && userVersion(database) < schemaVersion)
-            result = sqlite3_exec(database, "PRAGMA user_version = 1", nullptr, nullptr, nullptr);
-    }
-    return result == SQLITE_OK ? prepare(access) : result;
-}
-
-int Preferences::prepare(Access access)
-{
-    int result = SQLITE_OK;
-    const auto prepareOne = [&](QLatin1StringView sql, size_t table, Statement &target) {
-        const QByteArray text = QString(sql).arg(QLatin1StringView(tableNames.at(table))).toLatin1();
-        sqlite3_stmt *statement = nullptr;
-        if (result == SQLITE_OK)
-            result = sqlite3_prepare_v3(m_database.get(), text.constData(), -1, SQLITE_PREPARE_PERSISTENT,
-                                        &statement, nullptr);
-        target.reset(statement);
-    };
-    for (size_t table = 0; table < m_statements.size(); ++table) {
-        Statements &statements = m_statements.at(table);
-        prepareOne(selectStatement, table, statements.select);
-        if (access != Access::readWrite) {
-            // A file of an earlier version that cannot be written has no drafts.
-            if (table > 0)
-                result = SQLITE_OK;
-            continue;
-        }
-        prepareOne(deleteStatement, table, statements.remove);
-        prepareOne(upsertStatement, table, statements.upsert);
+    if (result == StoreResult::ok) {
+        m_hasWaited = false;
+        m_pause = 0ms;
+        m_sinceCheckpoint.insert(place);
+        m_checkpointTimer.start();
     }
     return result;
 }
 
-void Preferences::close()
+StoreResult Preferences::writeHeld(const StorePlace &place)
 {
-    m_statements = {};
-    m_database.reset();
+    if (!isOpen())
+        return m_opened;
+    if (m_unread != StoreResult::ok && !m_known.contains(place))
+        return m_unread;
+    if (m_overwrites) {
+        const QString kept = keepAside(m_file.path(), Keeping::overwritten);
+        if (kept.isEmpty())
+            return StoreResult::full;
+        m_overwrites = false;
+        nameAside(kept);
+    }
+    // Where there is one connection alone, the checkpoint keeps it from others for as long as it takes.
+    if (m_file.isExclusive() && !m_worker.wait(m_hasWaited ? 0ms : longestWait))
+        return StoreResult::busy;
+    return m_file.write(place, read(place));
 }
 
-void Preferences::setAside() const
+void Preferences::open()
 {
-    const QString date = QDateTime::currentDateTime().toString(u"yyyy-MM-dd'T'HHmmss.zzz"_s);
-    const QString aside = m_path + ".unlesbar-"_L1 + date;
-    for (const auto &companion : {QString(), u"-wal"_s, u"-shm"_s})
-        QFile::rename(m_path + companion, aside + companion);
-    qCWarning(lcPreferences, "Einstellungen unlesbar, beiseitegelegt als %ls", qUtf16Printable(aside));
-    prepareFolder();
+    m_lastOpened = std::chrono::steady_clock::now();
+    m_file.close();
+    OpenedStore opened{StoreResult::full, {}};
+    // A checkpoint on its way changes the log.
+    if (!m_aside.isEmpty() || !m_worker.isIdle() || keepDamagedLog(m_file, m_aside))
+        opened = openStore(m_file);
+    m_opened = opened.result;
+    if (m_opened == StoreResult::damaged)
+        m_opened = repair();
+    else if (m_opened == StoreResult::ok)
+        take(opened.rows, true);
+    else
+        readWithoutWriting();
+    if (m_opened == StoreResult::ok)
+        return;
+    qCWarning(lcPreferences, "Einstellungen unter %ls nicht beschreibbar: %s", qUtf16Printable(m_file.path()),
+              describe(m_opened));
+    tryAgain(m_opened);
 }
 
-bool Preferences::onDisk() const
+void Preferences::readWithoutWriting()
 {
-    return m_path != inMemory();
+    m_file.close();
+    if (m_unread == StoreResult::ok)
+        return;
+    const OpenedStore opened = readStore(m_file);
+    m_unread = opened.result;
+    take(opened.rows, m_unread == StoreResult::ok);
+}
+
+void Preferences::take(const QList<StoredRow> &rows, bool isWhole)
+{
+    QSet<StorePlace> present;
+    for (const StoredRow &row : rows) {
+        present.insert(row.place);
+        if (row.value)
+            takeRow(row);
+    }
+    if (!isWhole) {
+        m_known.unite(present);
+        return;
+    }
+    m_known.clear();
+    m_unread = StoreResult::ok;
+    // What is known and not there any more: the file is another, and gets it again.
+    for (auto it = m_values.cbegin(); it != m_values.cend(); ++it) {
+        if (!present.contains(it.key()) && !m_unwritten.contains(it.key()))
+            m_unwritten.insert(it.key(), {std::nullopt, StoreResult::unavailable});
+    }
+    if (!m_aside.isEmpty())
+        nameAside(std::exchange(m_aside, {}));
+}
+
+void Preferences::takeRow(const StoredRow &row)
+{
+    const Value present = read(row.place);
+    const auto unwritten = m_unwritten.find(row.place);
+    const bool isNews =
+        present != row.value && (unwritten == m_unwritten.end() || unwritten->before != row.value);
+    if (unwritten == m_unwritten.end()) {
+        m_values.insert(row.place, *row.value);
+    } else if (isNews) {
+        unwritten->before = row.value;
+        m_overwrites = true;
+    }
+    if (!isNews || !m_isStarted)
+        return;
+    if (row.place.table == StoreTable::preferences)
+        Q_EMIT m_health.valueArrived(row.place.key, *row.value);
+    else
+        Q_EMIT m_health.draftArrived(row.place.key);
+}
+
+StoreResult Preferences::repair()
+{
+    m_file.close();
+    m_worker.wait(longestWait);
+    const QString path = m_file.path();
+    if (m_unread != StoreResult::ok) {
+        const auto salvaged = salvageRows(path);
+        for (const StoredRow &row : salvaged) {
+            if (row.value && !m_unwritten.contains(row.place))
+                takeRow(row);
+        }
+        m_unread = StoreResult::ok;
+    }
+    if (m_aside.isEmpty())
+        m_aside = keepAside(path, Keeping::damagedFile);
+    if (m_aside.isEmpty())
+        return m_opened = StoreResult::full;
+    QList<StoredRow> rows;
+    for (auto it = m_values.cbegin(); it != m_values.cend(); ++it)
+        rows.append({it.key(), it.value()});
+    m_opened = replaceStore(path, rows);
+    if (m_opened != StoreResult::ok)
+        return m_opened;
+    qCWarning(lcPreferences, "Einstellungen unlesbar, beiseitegelegt als %ls", qUtf16Printable(m_aside));
+    m_unwritten.clear();
+    m_unsynced.clear();
+    m_opened = m_file.open();
+    nameAside(std::exchange(m_aside, {}));
+    return m_opened;
+}
+
+void Preferences::retry()
+{
+    m_retryTimer.stop();
+    m_file.waitUntil(std::chrono::steady_clock::now());
+    m_pause = std::min(std::max(m_pause * 2, firstPauseForLock), longestPause);
+    if (!isOpen() || m_unread != StoreResult::ok)
+        open();
+    flush();
+    if (!m_sinceCheckpoint.isEmpty())
+        m_checkpointTimer.start();
+    tell();
+}
+
+void Preferences::flush()
+{
+    const auto places = m_unwritten.keys();
+    for (const StorePlace &place : places) {
+        const auto it = m_unwritten.find(place);
+        // A value that no file takes waits for another one.
+        if (it == m_unwritten.end() || it->reason == StoreResult::refused)
+            continue;
+        const StoreResult result = write(place);
+        if (result == StoreResult::ok)
+            m_unwritten.remove(place);
+        else
+            hold(place, std::nullopt, result);
+        if (result != StoreResult::ok && result != StoreResult::refused)
+            return;
+    }
+}
+
+void Preferences::hold(const StorePlace &place, const Value &before, StoreResult reason)
+{
+    if (const auto it = m_unwritten.find(place); it != m_unwritten.end()) {
+        it->reason = reason;
+    } else {
+        m_unwritten.insert(place, {before, reason});
+        qCWarning(lcPreferences, "Einstellung „%ls“ nicht gespeichert: %s", qUtf16Printable(place.key),
+                  describe(reason));
+    }
+    if (reason != StoreResult::refused)
+        tryAgain(reason);
+}
+
+void Preferences::tryAgain(StoreResult reason)
+{
+    m_hasWaited = m_hasWaited || reason == StoreResult::busy;
+    if (m_pause == 0ms)
+        m_pause = reason == StoreResult::busy ? firstPauseForLock : firstPause;
+    if (!m_retryTimer.isActive())
+        m_retryTimer.start(m_pause);
+}
+
+void Preferences::tell()
+{
+    StoreHealth::Unsaved unsaved;
+    for (const StorePlace &place : std::as_const(m_unsynced))
+        unsaved.insert(place, StoreResult::ioError);
+    for (auto it = m_unwritten.cbegin(); it != m_unwritten.cend(); ++it)
+        unsaved.insert(it.key(), it->reason);
+    m_health.setUnsaved(unsaved, m_unread);
+}
+
+void Preferences::checkpoint()
+{
+    if (m_file.hasMoved()) {
+        open();
+        flush();
+        tell();
+    }
+    if (!m_file.isOnDisk() || !isOpen())
+        return;
+    const auto exclusive = m_file.isExclusive() ? m_file.connection() : nullptr;
+    m_worker.run([this, path = m_file.path(), exclusive, places = std::exchange(m_sinceCheckpoint, {})] {
+        const StoreResult result = emptyLog(path, exclusive);
+        return [this, result, places] { checkpointEnded(result, places); };
+    });
+}
+
+void Preferences::checkpointEnded(StoreResult result, const QSet<StorePlace> &places)
+{
+    if (result == StoreResult::ok) {
+        m_unsynced.clear();
+        Q_EMIT m_health.synced();
+    } else if (result == StoreResult::damaged) {
+        open();
+        flush();
+    } else {
+        m_sinceCheckpoint.unite(places);
+        // Somebody who reads keeps the log from being emptied, not from being on the disk.
+        if (result != StoreResult::busy)
+            m_unsynced.unite(places);
+        tryAgain(result);
+    }
+    tell();
+}
+
+bool Preferences::copyTo(const QString &target, const QObject *context,
+                         const std::function<void(StoreResult)> &ended)
+{
+    if (!m_file.isOnDisk() || !isOpen())
+        return false;
+    const auto exclusive = m_file.isExclusive() ? m_file.connection() : nullptr;
+    m_worker.run([this, path = m_file.path(), exclusive, target, guard = QPointer(context), ended] {
+        const StoreResult result = copyStore(path, exclusive, target);
+        return [this, result, guard, ended] {
+            // The copy read what nobody else reads again.
+            if (result == StoreResult::damaged)
+                checkpointEnded(result, {});
+            if (guard)
+                ended(result);
+        };
+    });
+    return true;
+}
+
+void Preferences::nameAside(const QString &path)
+{
+    m_health.setAsidePath(path);
+    store(asidePlace, path.isEmpty() ? std::nullopt : Value(path));
 }
 
 } // namespace randblatt

@@ -1,41 +1,33 @@
 #pragma once
 
-#include "settings/LogCheckpoint.h"
+#include "settings/PreferenceValue.h"
+#include "settings/StoreFile.h"
+#include "settings/StoreHealth.h"
+#include "settings/StoreWorker.h"
 
-#include <QByteArray>
 #include <QHash>
-#include <QJsonArray>
-#include <QJsonObject>
-#include <QString>
+#include <QSet>
 #include <QTimer>
 
-#include <array>
-#include <memory>
-#include <optional>
-#include <variant>
-
-struct sqlite3;
-struct sqlite3_stmt;
+#include <functional>
 
 namespace randblatt {
 
-/// What a preference can hold. The alternatives are the stored types string, boolean, double, array,
-/// dictionary and data, in this order; a number that was stored as a string is a string.
-using PreferenceValue = std::variant<QString, bool, double, QJsonArray, QJsonObject, QByteArray>;
-
 /// The user's preferences: typed values by key, and drafts of what is being typed, in a SQLite file that only
-/// the user can read.
+/// the user can read. All rows are read at the start and held in memory.
 ///
 /// A value is on disk, safe from the end of the process, when setValue() returns; it is safe from a power
-/// failure after a second without writes. A file that SQLite cannot read is set aside under a dated name. A
-/// write that fails is logged, its value kept in memory, and tried again with the next write of that key and
-/// when the object is destroyed. To be used on one thread.
+/// failure after a second without writes. What cannot be written is held, told by health(), and tried again
+/// after a growing pause, with every write and when the object is destroyed. What could not be read is not
+/// written over before it could. A damaged file is kept under a dated name, and all its rows that can be read
+/// are taken over. No call waits longer than 100 ms for somebody else's lock. To be used on one thread.
 class Preferences
 {
 public:
     /// Opens or creates the file at `path`, with its folder. Never fails: where nothing can be opened, the
     /// values live in memory as after failed writes.
     explicit Preferences(const QString &path);
+    /// Takes at most a second.
     ~Preferences();
     Preferences(const Preferences &) = delete;
     Preferences &operator=(const Preferences &) = delete;
@@ -69,63 +61,66 @@ public:
     /// Stores a draft, or takes it away where `draft` is empty; whether that is on disk.
     bool setDraft(const QString &key, const QJsonObject &draft);
 
+    [[nodiscard]] StoreHealth &health() { return m_health; }
+    [[nodiscard]] const QString &path() const { return m_file.path(); }
+
+    /// Copies all of it to a file of its own beside the main thread; whether it could be begun. `ended` is
+    /// called for as long as `context` lives.
+    bool copyTo(const QString &target, const QObject *context, const std::function<void(StoreResult)> &ended);
+
 private:
-    enum class Table { preferences, drafts };
-    enum class Access { readWrite, readOnly, immutable };
-    struct CloseDatabase
+    using Value = std::optional<PreferenceValue>;
+    struct Unwritten
     {
-        void operator()(sqlite3 *database) const;
-    };
-    struct FinalizeStatement
-    {
-        void operator()(sqlite3_stmt *statement) const;
-    };
-    using Database = std::unique_ptr<sqlite3, CloseDatabase>;
-    using Statement = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
-    struct Statements
-    {
-        Statement select;
-        Statement upsert;
-        Statement remove;
-    };
-    /// A row's table and key.
-    struct Place
-    {
-        Table table;
-        QString key;
-
-        friend bool operator==(const Place &, const Place &) = default;
-        friend size_t qHash(const Place &place, size_t seed)
-        {
-            return qHashMulti(seed, static_cast<int>(place.table), place.key);
-        }
+        /// What was on the disk when it was last seen there.
+        Value before;
+        StoreResult reason = StoreResult::unavailable;
     };
 
-    [[nodiscard]] bool onDisk() const;
-    void prepareFolder() const;
+    [[nodiscard]] Value read(const StorePlace &place) const;
+    bool store(const StorePlace &place, const Value &value);
+    StoreResult write(const StorePlace &place);
+    StoreResult writeHeld(const StorePlace &place);
+    [[nodiscard]] bool isOpen() const { return m_file.access() == StoreFile::Access::readWrite; }
     void open();
-    int tryOpen(Access access);
-    int prepare(Access access);
-    void close();
-    void setAside() const;
-    [[nodiscard]] Statements &statements(Table table) { return m_statements.at(static_cast<size_t>(table)); }
-    [[nodiscard]] const Statements &statements(Table table) const
-    {
-        return m_statements.at(static_cast<size_t>(table));
-    }
-    [[nodiscard]] std::optional<PreferenceValue> read(const Place &place) const;
-    /// Stores `value`, or removes the row where there is none; keeps in memory what cannot be written.
-    bool store(const Place &place, const std::optional<PreferenceValue> &value);
-    bool write(const Place &place, const std::optional<PreferenceValue> &value);
+    void readWithoutWriting();
+    void take(const QList<StoredRow> &rows, bool isWhole);
+    void takeRow(const StoredRow &row);
+    StoreResult repair();
+    void retry();
+    void flush();
+    void hold(const StorePlace &place, const Value &before, StoreResult reason);
+    void tryAgain(StoreResult reason);
+    void tell();
+    void checkpoint();
+    void checkpointEnded(StoreResult result, const QSet<StorePlace> &places);
+    void nameAside(const QString &path);
 
-    QString m_path;
-    Database m_database;
-    /// By table.
-    std::array<Statements, 2> m_statements;
-    QHash<Place, std::optional<PreferenceValue>> m_unwritten;
+    StoreFile m_file;
+    StoreHealth m_health;
+    /// The present values, on the disk or not.
+    QHash<StorePlace, PreferenceValue> m_values;
+    QHash<StorePlace, Unwritten> m_unwritten;
+    /// What was written since the last checkpoint began, and what the last one could not bring to the disk.
+    QSet<StorePlace> m_sinceCheckpoint;
+    QSet<StorePlace> m_unsynced;
+    /// The rows that were read, where not all could be.
+    QSet<StorePlace> m_known;
+    /// Why not all could be read; ok where they were.
+    StoreResult m_unread = StoreResult::unavailable;
+    /// How the last opening ended.
+    StoreResult m_opened = StoreResult::unavailable;
+    std::chrono::steady_clock::time_point m_lastOpened;
+    /// The name under which the damaged file is kept while there is no new one yet.
+    QString m_aside;
+    bool m_isStarted = false;
+    bool m_hasWaited = false;
+    /// A value is about to be written over that was not known.
+    bool m_overwrites = false;
     QTimer m_checkpointTimer;
-    /// None where the preferences are in memory.
-    std::optional<LogCheckpoint> m_checkpoint;
+    QTimer m_retryTimer;
+    std::chrono::milliseconds m_pause{0};
+    StoreWorker m_worker;
 };
 
 } // namespace randblatt

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "settings/CardNotice.h"
 #include "settings/UndoHistory.h"
 
 #include <QObject>
@@ -33,11 +34,13 @@ class SidebarModule : public QObject
     Q_PROPERTY(QString id READ id CONSTANT FINAL)
     Q_PROPERTY(QString title READ title CONSTANT FINAL)
     Q_PROPERTY(QString systemImage READ systemImage CONSTANT FINAL)
+    Q_PROPERTY(randblatt::CardNotice *notice READ notice CONSTANT FINAL)
     Q_PROPERTY(randblatt::UndoHistory *undoHistory READ undoHistory CONSTANT FINAL)
 
 public:
     explicit SidebarModule(QObject *parent = nullptr)
         : QObject(parent)
+        , m_notice(new CardNotice(this))
         , m_undoHistory(new UndoHistory(this))
     {
     }
@@ -53,11 +56,14 @@ public:
     /// What the module adds to its card's quick settings; empty for a module without a menu. White on dark.
     [[nodiscard]] Q_INVOKABLE virtual randblatt::ViewDescription makeQuickMenu() const { return {}; }
 
+    /// What the card has to say about its data.
+    [[nodiscard]] CardNotice *notice() const { return m_notice; }
     /// The ways back that the module offers. The card shows the latest for a while, and takes changes back by
     /// key.
     [[nodiscard]] UndoHistory *undoHistory() const { return m_undoHistory; }
 
 private:
+    CardNotice *m_notice;
     UndoHistory *m_undoHistory;
 };
 

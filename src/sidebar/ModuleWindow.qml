@@ -133,7 +133,8 @@ FocusScope {
                 anchors.topMargin: 8
                 anchors.left: parent.left
                 anchors.right: parent.right
-                anchors.bottom: undoBar.active ? undoBar.top : parent.bottom
+                anchors.bottom: noticeBar.active ? noticeBar.top : undoBar.isBelow ? undoBar.top : parent.bottom
+                anchors.bottomMargin: noticeBar.active || undoBar.isBelow ? Metrics.tightGap : 0
                 focus: true
                 Component.onCompleted: {
                     const view = root.module.makeView()
@@ -143,17 +144,43 @@ FocusScope {
 
             // Below the view, which makes room for it: nothing is covered.
             Loader {
-                id: undoBar
+                id: noticeBar
 
                 anchors.left: parent.left
                 anchors.right: parent.right
-                anchors.bottom: parent.bottom
-                anchors.margins: Metrics.gap
+                anchors.leftMargin: Metrics.cardPadding
+                anchors.rightMargin: Metrics.cardPadding
+                anchors.bottom: undoBar.isBelow ? undoBar.top : parent.bottom
+                anchors.bottomMargin: undoBar.isBelow ? Metrics.tightGap : Metrics.gap
+                active: root.module.notice.text !== ""
+                sourceComponent: NoticeBar {
+                    objectName: "noticeBar"
+                    appearance: root.appearance
+                    message: root.module.notice.text
+                    action: root.module.notice.action
+                    isDismissible: root.module.notice.isDismissible
+                    onActed: root.module.notice.act()
+                    onDismissed: root.module.notice.dismiss()
+                }
+            }
+
+            // Below the view, which makes room for it, or beside the title where the view has none to spare:
+            // nothing is covered.
+            Loader {
+                id: undoBar
+
+                readonly property bool isLow: root.cardHeight < 220
+                readonly property bool isBelow: active && !isLow
+
+                x: isLow ? header.x + header.width + Metrics.gap : Metrics.cardPadding
+                y: isLow ? header.y + (header.height - height) / 2 : parent.height - height - Metrics.wideGap
+                width: parent.width - x - Metrics.cardPadding
                 active: root.module.undoHistory.offer !== ""
                 sourceComponent: UndoBar {
                     objectName: "undoBar"
                     appearance: root.appearance
                     message: root.module.undoHistory.offer
+                    isCompact: undoBar.isLow
                     onUndone: root.undo()
                     onHeld: hold => root.module.undoHistory.holdOffer(hold)
                 }

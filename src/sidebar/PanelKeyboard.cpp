@@ -2,8 +2,6 @@
 
 #include "sidebar/SidebarUIState.h"
 
-#include <QGuiApplication>
-#include <QInputMethod>
 #include <QKeyEvent>
 #include <QQuickItem>
 #include <QQuickView>
@@ -85,13 +83,14 @@ bool PanelKeyboard::eventFilter(QObject *watched, QEvent *event)
 
 void PanelKeyboard::followFocus(QObject *object)
 {
-    if (m_focus == object)
+    // The window itself is named while none of its items has the focus.
+    QObject *item = object == &m_window ? nullptr : object;
+    if (m_focus == item)
         return;
     if (m_focus)
         m_focus->removeEventFilter(this);
-    m_focus = object;
-    // The window's own events come already.
-    if (m_focus && m_focus != &m_window)
+    m_focus = item;
+    if (m_focus)
         m_focus->installEventFilter(this);
     m_uiState.setComposing(false);
 }
@@ -104,8 +103,6 @@ void PanelKeyboard::followKey(const QKeyEvent &event)
 
 void PanelKeyboard::followHide()
 {
-    if (m_uiState.isComposing())
-        QGuiApplication::inputMethod()->commit();
     closePopups(m_window);
     dropFocus(m_window);
 }

@@ -12,8 +12,8 @@ namespace randblatt {
 class SidebarUIState;
 
 /// Tells what the keyboard does in the panel's window: whether it is there, and when something is typed, also
-/// through an input method. When the window hides, a word in the making is taken over, and the keyboard stays
-/// at most in a text: no button or row has it, unseen, when the window comes again.
+/// through an input method. When the window hides, the keyboard stays at most in a text: no button or row has
+/// it, unseen, when the window comes again.
 class PanelKeyboard : public QObject
 {
     Q_OBJECT

@@ -99,9 +99,7 @@ FocusScope {
     Accessible.name: "Quillbar"
 
     // What is open in the cards has had the key before.
-    Keys.onEscapePressed: event => {
-        if (event.isAutoRepeat)
-            return
+    Keys.onEscapePressed: {
         if (quickCard !== null)
             quickCard.setQuick(false)
         else

@@ -237,7 +237,6 @@ private Q_SLOTS:
         QVERIFY(blocker.open(QFile::WriteOnly));
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"nicht beschreibbar"_s));
         auto preferences = std::make_unique<Preferences>(path());
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"nicht beschreibbar"_s));
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"„key“ nicht gespeichert"_s));
         QVERIFY(!preferences->setValue(u"key"_s, true));
         QCOMPARE(preferences->get<bool>(u"key"_s), true);

@@ -1,6 +1,7 @@
 #include "settings/AppSettings.h"
 #include "settings/ModuleRegistry.h"
 #include "settings/Preferences.h"
+#include "settings/StoreHealth.h"
 #include "sidebar/FocusReveal.h"
 #include "sidebar/PanelKeyboard.h"
 #include "sidebar/SidebarModel.h"
@@ -300,6 +301,38 @@ private Q_SLOTS:
         f.view.press(Qt::Key_Z, Qt::ControlModifier);
         QCOMPARE(undone.last(), u"Geleert"_s);
         QCOMPARE(undone.size(), 3);
+    }
+
+    void saysWhatIsNotSavedInTheCardsConcerned()
+    {
+        Fixture f;
+        StoreHealth health;
+        QSignalSpy retried(&health, &StoreHealth::retryRequested);
+        const auto modules = f.registry.enabledModules();
+        for (SidebarModule *module : modules)
+            module->notice()->follow(health, module->id());
+        modules.first()->notice()->setNamesAside(true);
+        QVERIFY(f.view.findAll(u"noticeBar"_s).isEmpty());
+
+        health.setUnsaved({{{StoreTable::preferences, u"todoItems.v1"_s}, StoreResult::full},
+                           {{StoreTable::drafts, u"notes.search"_s}, StoreResult::full}},
+                          StoreResult::ok);
+        QTRY_COMPARE(f.view.findAll(u"noticeBar"_s).size(), 2);
+        QCOMPARE(f.view.findAll(u"noticeMessage"_s).first()->property("text").toString(),
+                 u"Kein Platz auf dem Datenträger: Änderungen sind noch nicht gespeichert."_s);
+        f.view.click(f.view.findAll(u"noticeAction"_s).first());
+        QCOMPARE(retried.count(), 1);
+        health.setUnsaved({}, StoreResult::ok);
+        QTRY_VERIFY(f.view.findAll(u"noticeBar"_s).isEmpty());
+
+        QSignalSpy folders(&health, &StoreHealth::folderRequested);
+        health.setAsidePath(u"/somewhere/preferences.sqlite.unlesbar-2026"_s);
+        QTRY_COMPARE(f.view.findAll(u"noticeBar"_s).size(), 1);
+        f.view.click(f.view.findAll(u"noticeAction"_s).first());
+        QCOMPARE(folders.value(0).value(0).toString(), u"/somewhere"_s);
+        connect(&health, &StoreHealth::asideDismissed, &health, [&] { health.setAsidePath({}); });
+        f.view.click(f.view.findAll(u"noticeDismiss"_s).first());
+        QTRY_VERIFY(f.view.findAll(u"noticeBar"_s).isEmpty());
     }
 
     void leavesTheUndoKeyToAFieldThatHasSomethingToUndo()

@@ -138,15 +138,20 @@ void ViewTest::press(Qt::Key key, Qt::KeyboardModifiers modifiers)
 
 void ViewTest::hold(Qt::Key key, int repeats, const QString &text)
 {
+    constexpr quint32 scanCode = 42;
+    quint64 time = 1000;
     const auto send = [&](QEvent::Type type, bool isRepeat) {
-        QKeyEvent event(type, key, Qt::NoModifier, text, isRepeat);
+        QKeyEvent event(type, key, Qt::NoModifier, scanCode, 0, 0, text, isRepeat);
+        event.setTimestamp(time);
         QCoreApplication::sendEvent(m_view, &event);
     };
     send(QEvent::KeyPress, false);
     for (int repeat = 0; repeat < repeats; ++repeat) {
-        send(QEvent::KeyRelease, true);
-        send(QEvent::KeyPress, true);
+        time += 40;
+        send(QEvent::KeyRelease, repeat >= repeats / 2);
+        send(QEvent::KeyPress, repeat >= repeats / 2);
     }
+    time += 40;
     send(QEvent::KeyRelease, false);
 }
 

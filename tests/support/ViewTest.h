@@ -39,7 +39,8 @@ public:
     /// Types text on the keyboard, one key after another.
     void type(const QString &text);
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
-    /// Holds a key down until it has repeated so often, as X11 tells it.
+    /// Holds a key down until it has repeated so often. X11 tells repeats as releases and presses, and the
+    /// toolkit knows only some of them for what they are: here the last half.
     void hold(Qt::Key key, int repeats = 5, const QString &text = {});
     /// Taps twice with a finger, as quickly as can be.
     void doubleTap(const QQuickItem *item);

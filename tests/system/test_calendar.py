@@ -6,25 +6,12 @@ import time
 import unittest
 from datetime import datetime, timedelta, timezone
 
+from calendar_file import events
 from test_sidebar import SHOWN, Sidebar, store
 from virtual_desktop import VirtualDesktop, wait_for
 
 # The plus sign of the first card.
 FORM_SWITCH = (385, 83)
-
-
-def events(path):
-    """The events of an iCalendar file, as another program reads them: one dictionary of properties each."""
-    found = []
-    if not path.exists():
-        return found
-    for line in path.read_text(encoding="utf-8").replace("\n ", "").splitlines():
-        name, _, value = line.partition(":")
-        if (name, value) == ("BEGIN", "VEVENT"):
-            found.append({})
-        elif found:
-            found[-1].setdefault(name.partition(";")[0], value)
-    return found
 
 
 def moment(text):

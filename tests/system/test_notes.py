@@ -1,19 +1,15 @@
 """The notes card in the built program, with another program at the same library."""
 
-import os
 import time
 import unittest
 
 from test_sidebar import SHOWN, Sidebar, store
-from virtual_desktop import VirtualDesktop, wait_for
+from virtual_desktop import AS_A_PERSON, VirtualDesktop, wait_for
 
 # Places in a card that is alone in the panel.
 BACK, REFRESH, COMPOSE, DELETE = (36, 83), (357, 83), (383, 83), (36, 491)
 FIRST_ROW = (200, 134)
 TEXT = (200, 200)
-
-# The superuser may read everything; without what sets him apart he is a person like any other.
-AS_A_PERSON = ("setpriv", "--bounding-set=-all", "--inh-caps=-all") if os.geteuid() == 0 else ()
 
 
 class NotesTest(unittest.TestCase):

@@ -187,7 +187,7 @@ class SidebarTest(unittest.TestCase):
         desktop.click(900, 450)
         sidebar.wait_hidden()
 
-    def test_does_nothing_to_a_task_that_had_the_keyboard_before_it_hid(self):
+    def test_does_nothing_unseen_or_twice_to_a_task(self):
         desktop = self.desktop()
         store(desktop, todoViewMode="list")
         sidebar = Sidebar(desktop)
@@ -203,10 +203,18 @@ class SidebarTest(unittest.TestCase):
         self.call(desktop, "show")
         sidebar.wait_shown(SHOWN)
         desktop.key("space", "Delete")
-        desktop.type("Zwei")
-        desktop.key("Return")
+        for title in ("Zwei", "Drei", "Vier"):
+            desktop.type(title)
+            desktop.key("Return")
         wait_for(lambda: [(task["title"], task["status"]) for task in sidebar.tasks()]
-                 == [("Eins", "backlog"), ("Zwei", "backlog")], message=lambda: str(sidebar.tasks()))
+                 == [(title, "backlog") for title in ("Eins", "Zwei", "Drei", "Vier")],
+                 message=lambda: str(sidebar.tasks()))
+
+        # A held key deletes one.
+        desktop.key("Tab", "Tab")
+        desktop.at_screen("xdotool", "keydown", "Delete", "sleep", 1.5, "keyup", "Delete")
+        wait_for(lambda: [task["title"] for task in sidebar.tasks()] == ["Zwei", "Drei", "Vier"],
+                 message=lambda: str(sidebar.tasks()))
 
     def test_gives_the_keyboard_back_from_where_it_is_always_visible(self):
         desktop = self.desktop()

@@ -20,6 +20,10 @@ from PIL import Image
 POLL_INTERVAL = 0.02
 DEFAULT_TIMEOUT = 10.0
 
+# What a command begins with, so that file permissions hold for it as for a person. The superuser may read
+# everything; without what sets him apart he is a user like any other.
+AS_A_PERSON = ("setpriv", "--bounding-set=-all", "--inh-caps=-all") if os.geteuid() == 0 else ()
+
 WINDOW_MANAGER_ARGUMENTS = {"openbox": ["--sm-disable"], "mutter": ["--x11", "--sm-disable"],
                             "xfwm4": ["--sm-client-disable"], "i3": ["-c", "{folder}/i3.conf"]}
 
@@ -378,6 +382,13 @@ class VirtualDesktop:
 
     def preferences(self, data_home=None):
         """The stored preferences by key, with the values' types as they were stored."""
+        return self._rows("preferences", data_home)
+
+    def drafts(self):
+        """What is being typed, by key."""
+        return self._rows("drafts")
+
+    def _rows(self, table, data_home=None):
         path = Path(data_home or self.data_home) / "quillbar/preferences.sqlite"
         if not path.exists():
             return {}
@@ -385,7 +396,7 @@ class VirtualDesktop:
                   "dictionary": json.loads, "data": bytes}
         database = sqlite3.connect(f"file:{path}?mode=ro", uri=True, timeout=5)
         try:
-            rows = database.execute("SELECT key, type, value FROM preferences").fetchall()
+            rows = database.execute(f"SELECT key, type, value FROM {table}").fetchall()
         finally:
             database.close()
         return {key: decode[kind](value) for key, kind, value in rows}

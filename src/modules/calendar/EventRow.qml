@@ -18,6 +18,10 @@ Item {
     Accessible.name: title + ", " + timeLine
     Accessible.description: calendarName
 
+    // A row in the pool is only out of the picture; it must be gone for assistive tools as well.
+    ListView.onPooled: visible = false
+    ListView.onReused: visible = true
+
     Rectangle {
         id: bar
 

@@ -30,6 +30,10 @@ T.AbstractButton {
     Accessible.name: subtitle === "" ? title : title + ", " + subtitle
     Accessible.onPressAction: root.clicked()
 
+    // A row in the pool is only out of the picture; it must be gone for assistive tools as well.
+    ListView.onPooled: visible = false
+    ListView.onReused: visible = true
+
     contentItem: Item {
         implicitHeight: Math.max(start.height, titles.height, end.height)
 

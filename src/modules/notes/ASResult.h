@@ -12,7 +12,8 @@ struct ASResult
     enum class Kind { success, failure };
 
     Kind kind = Kind::success;
-    /// The script's result, empty where it gave nothing; or the message of the error.
+    /// The script's result, empty where it gave nothing; or the message of the error, shortened to what a
+    /// card can show.
     QString text;
 
     /// What a script runner's outcome comes to.

@@ -1,82 +1,481 @@
 #include "modules/notes/EditedDocument.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QQuickTextDocument>
 #include <QScopedValueRollback>
+#include <QTextBlock>
 #include <QTextCursor>
-#include <QTextDocument>
 
 #include <algorithm>
+#include <chrono>
+#include <iterator>
+#include <utility>
 
 namespace randblatt {
 
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
 namespace {
 
-/// As many characters as the document has positions. Its own conversion would turn no-break spaces into
-/// blanks.
-QString plainText(const QTextDocument &document)
+// A piece is laid out anew at each key in it, in a time that grows with the square of its length where it has
+// no blanks.
+constexpr qsizetype pieceLength = 2000;
+constexpr qsizetype longestPiece = 2 * pieceLength;
+// How far before a piece's end a blank is looked for; and what is too short to be a piece.
+constexpr qsizetype blankReach = 200;
+// More than a card shows; and what is laid out between two events.
+constexpr qsizetype firstSlice = 16'000;
+constexpr qsizetype nextSlice = 32'000;
+
+bool endsLine(QChar character)
 {
-    QString text = document.toRawText();
-    // Every character is written, so that the compiler takes many at a time.
-    std::transform(text.cbegin(), text.cend(), text.begin(), [](QChar character) {
-        const bool endsLine = character == QChar::ParagraphSeparator || character == QChar::LineSeparator;
-        return endsLine ? QChar(QChar::LineFeed) : character;
-    });
-    return text;
+    switch (character.unicode()) {
+    case u'\n':
+    case QChar::LineSeparator:
+    case QChar::ParagraphSeparator:
+    // The document takes these two for ends of frames.
+    case u'\xfdd0':
+    case u'\xfdd1':
+        return true;
+    default:
+        return false;
+    }
 }
 
-QString withLineFeeds(QString text)
+/// Whether the document and the text say the same.
+bool same(QChar a, QChar b)
 {
-    if (text.contains(QChar::CarriageReturn)) {
-        text.replace(QLatin1StringView("\r\n"), QLatin1StringView("\n"));
-        text.replace(QChar::CarriageReturn, QChar::LineFeed);
+    return a == b || (endsLine(a) && endsLine(b));
+}
+
+/// Whether what a reader takes for one character may end before `at`.
+bool mayBreak(QStringView text, qsizetype at)
+{
+    constexpr QChar joiner(0x200d);
+    return !text.at(at).isLowSurrogate() && !text.at(at).isMark() && text.at(at) != joiner &&
+           text.at(at - 1) != joiner;
+}
+
+/// Where the piece that begins at `from` ends, in a paragraph that ends at `end`.
+qsizetype pieceEnd(QStringView text, qsizetype from, qsizetype end)
+{
+    if (end - from <= longestPiece)
+        return end;
+    const qsizetype wanted = from + pieceLength;
+    for (qsizetype at = wanted; at > wanted - blankReach; --at) {
+        if (text.at(at - 1) == u' ' && mayBreak(text, at))
+            return at;
     }
-    return text;
+    for (qsizetype at = wanted; at > wanted - blankReach; --at) {
+        if (mayBreak(text, at))
+            return at;
+    }
+    return wanted;
 }
 
 } // namespace
 
-void EditedDocument::setDocument(QQuickTextDocument *document)
+EditedDocument::EditedDocument(QObject *parent)
+    : QObject(parent)
 {
-    if (m_document == document)
+    m_more.setInterval(0ms);
+    connect(&m_more, &QTimer::timeout, this, [this] { showMore(nextSlice); });
+}
+
+void EditedDocument::setEditor(QQuickItem *editor)
+{
+    if (m_editor == editor)
         return;
+    if (m_editor)
+        m_editor->removeEventFilter(this);
     if (m_document)
-        m_document->textDocument()->disconnect(this);
-    m_document = document;
-    if (m_document) {
-        m_text = plainText(*m_document->textDocument());
-        connect(m_document->textDocument(), &QTextDocument::contentsChanged, this, &EditedDocument::follow);
+        m_document->disconnect(this);
+    m_editor = editor;
+    m_document = nullptr;
+    if (m_editor) {
+        m_editor->installEventFilter(this);
+        m_document = m_editor->property("textDocument").value<QQuickTextDocument *>()->textDocument();
+        connect(m_document, &QTextDocument::contentsChange, this, &EditedDocument::noteChange);
+        connect(m_document, &QTextDocument::contentsChanged, this, &EditedDocument::follow);
     }
-    Q_EMIT documentChanged();
+    show();
+    Q_EMIT editorChanged();
+}
+
+void EditedDocument::setText(EditedText *text)
+{
+    if (m_text == text)
+        return;
+    if (m_text)
+        m_text->disconnect(this);
+    m_text = text;
+    if (m_text) {
+        connect(m_text, &EditedText::loaded, this, &EditedDocument::show);
+        connect(m_text, &EditedText::replaced, this, &EditedDocument::followText);
+    }
+    show();
+    Q_EMIT textChanged();
+}
+
+void EditedDocument::show()
+{
+    if (!m_document || !m_text)
+        return;
+    const qsizetype cursor = m_text->cursor();
+    m_changed.reset();
+    {
+        const QScopedValueRollback applying(m_isApplying, true);
+        // What can be undone is the text's.
+        m_document->setUndoRedoEnabled(false);
+        QTextCursor all(m_document);
+        all.select(QTextCursor::Document);
+        all.removeSelectedText();
+    }
+    m_breaks.clear();
+    m_length = 0;
+    m_shown = 0;
+    m_more.start();
+    showMore(std::max(cursor, qsizetype(0)) + firstSlice);
+    moveCursor(cursor);
+}
+
+void EditedDocument::showMore(qsizetype least)
+{
+    const QStringView rest =
+        m_document && m_text ? QStringView(m_text->text()).sliced(m_shown) : QStringView();
+    // A slice ends with a line, or within one that is longer.
+    qsizetype end = std::min(least, rest.size());
+    if (end < rest.size()) {
+        const qsizetype lineEnd = rest.indexOf(u'\n', end - 1);
+        end = lineEnd < 0 ? rest.size() : lineEnd + 1;
+        if (end > least + longestPiece)
+            end = pieceEnd(rest, least, rest.size());
+    }
+    if (end == rest.size())
+        m_more.stop();
+    if (end == 0)
+        return;
+    const bool breaksLine = end < rest.size() && rest.at(end - 1) != u'\n';
+    QString slice = inPieces(rest.first(end), m_length, m_breaks);
+    if (breaksLine) {
+        m_breaks.push_back(m_length + static_cast<int>(slice.size()));
+        slice += u'\n';
+    }
+    const QScopedValueRollback applying(m_isApplying, true);
+    QTextCursor cursor(m_document);
+    cursor.movePosition(QTextCursor::End);
+    cursor.insertText(slice);
+    m_length += static_cast<int>(slice.size());
+    m_shown += end;
+}
+
+// The text with breaks put in, which are added to `breaks`; it is to stand at `position`.
+QString EditedDocument::inPieces(QStringView text, int position, std::vector<int> &breaks) const
+{
+    QString pieces;
+    pieces.reserve(text.size() + text.size() / pieceLength + 1);
+    for (qsizetype at = 0; at < text.size();) {
+        qsizetype lineEnd = text.indexOf(u'\n', at);
+        if (lineEnd < 0)
+            lineEnd = text.size();
+        while (at < lineEnd) {
+            const qsizetype end = pieceEnd(text, at, lineEnd);
+            pieces += text.sliced(at, end - at);
+            at = end;
+            if (at < lineEnd) {
+                breaks.push_back(position + static_cast<int>(pieces.size()));
+                pieces += u'\n';
+            }
+        }
+        if (at < text.size()) {
+            pieces += u'\n';
+            ++at;
+        }
+    }
+    return pieces;
+}
+
+void EditedDocument::noteChange(int from, int removed, int added)
+{
+    if (m_isApplying)
+        return;
+    if (!m_changed) {
+        m_changed = {from, from + removed, from + added};
+        return;
+    }
+    const int grown = m_changed->newEnd - m_changed->oldEnd;
+    const int oldEnd = std::max(m_changed->oldEnd, from + removed - grown);
+    m_changed = {std::min(m_changed->from, from), oldEnd, oldEnd + grown + added - removed};
 }
 
 void EditedDocument::follow()
 {
-    QString text = plainText(*m_document->textDocument());
-    if (text == m_text)
+    if (m_isApplying || !m_changed || !m_text)
         return;
-    m_text = std::move(text);
-    if (!m_isTaking)
-        Q_EMIT edited(m_text);
+    Range range = *std::exchange(m_changed, std::nullopt);
+    const int length = m_document->characterCount() - 1;
+    // The document counts its end as a character now and then.
+    range.oldEnd = std::min(range.oldEnd, m_length);
+    range.newEnd = std::min(range.newEnd, length);
+    if (range.newEnd - range.oldEnd != length - m_length)
+        range = {0, m_length, length};
+    narrow(range);
+    const QString typed = shown(range.from, range.newEnd);
+    const qsizetype at = offset(range.from);
+    const EditedText::Change change{at, offset(range.oldEnd) - at, EditedText::cleaned(typed)};
+    moveBreaks(range);
+    m_length = length;
+    m_shown += change.inserted.size() - change.length;
+    const QScopedValueRollback applying(m_isApplying, true);
+    m_text->replace(change);
+    if (change.inserted.size() != typed.size())
+        replace(range.from, range.newEnd, change.inserted);
+    evenOut(range.from, range.from + static_cast<int>(change.inserted.size()));
 }
 
-void EditedDocument::take(const QString &text)
+// The document tells of whole paragraphs and more. What is the same before and after did not change.
+void EditedDocument::narrow(Range &range) const
 {
-    // What comes back of the user's own is compared as it is, at every key.
-    if (!m_document || text == m_text)
-        return;
-    const QString wanted = withLineFeeds(text);
-    if (wanted == m_text)
-        return;
-    const auto begins = std::mismatch(m_text.cbegin(), m_text.cend(), wanted.cbegin(), wanted.cend());
-    const auto start = begins.first - m_text.cbegin();
-    const auto ends = std::mismatch(m_text.crbegin(), std::make_reverse_iterator(begins.first),
-                                    wanted.crbegin(), std::make_reverse_iterator(begins.second));
-    const auto tail = ends.first - m_text.crbegin();
+    const qsizetype at = offset(range.from);
+    QString before = m_text->text().sliced(at, offset(range.oldEnd) - at);
+    for (auto it = std::lower_bound(m_breaks.cbegin(), m_breaks.cend(), range.from);
+         it != m_breaks.cend() && *it < range.oldEnd; ++it)
+        before.insert(*it - range.from, u'\n');
+    const QString after = shown(range.from, range.newEnd);
+    const auto begins = std::mismatch(before.cbegin(), before.cend(), after.cbegin(), after.cend(), same);
+    const auto ends = std::mismatch(before.crbegin(), std::make_reverse_iterator(begins.first),
+                                    after.crbegin(), std::make_reverse_iterator(begins.second), same);
+    range.from += static_cast<int>(begins.first - before.cbegin());
+    const auto tail = static_cast<int>(ends.first - before.crbegin());
+    range.oldEnd -= tail;
+    range.newEnd -= tail;
+}
 
-    const QScopedValueRollback taking(m_isTaking, true);
-    QTextCursor cursor(m_document->textDocument());
-    cursor.setPosition(static_cast<int>(start));
-    cursor.setPosition(static_cast<int>(m_text.size() - tail), QTextCursor::KeepAnchor);
-    cursor.insertText(wanted.mid(start, wanted.size() - tail - start));
+void EditedDocument::moveBreaks(const Range &range)
+{
+    const auto first = std::lower_bound(m_breaks.begin(), m_breaks.end(), range.from);
+    const auto last = std::lower_bound(first, m_breaks.end(), range.oldEnd);
+    for (auto it = m_breaks.erase(first, last); it != m_breaks.end(); ++it)
+        *it += range.newEnd - range.oldEnd;
+}
+
+void EditedDocument::followText(const EditedText::Change &change)
+{
+    if (m_isApplying || !m_document)
+        return;
+    // What is not shown yet will be shown as it is then.
+    if (change.at > m_shown || (change.at == m_shown && m_more.isActive()))
+        return;
+    if (change.at + change.length > m_shown) {
+        replace(position(change.at, true), m_length, {});
+        m_shown = change.at;
+        m_more.start();
+        return;
+    }
+    const int from = position(change.at, true);
+    const int end = change.length == 0 ? from : position(change.at + change.length, false);
+    m_shown += change.inserted.size() - change.length;
+    replace(from, end, change.inserted);
+    evenOut(from, from + static_cast<int>(change.inserted.size()));
+}
+
+// From `from` to `end` the document shows `text` instead.
+void EditedDocument::replace(int from, int end, const QString &text)
+{
+    const QScopedValueRollback applying(m_isApplying, true);
+    std::vector<int> breaks;
+    const QString pieces = inPieces(text, from, breaks);
+    QTextCursor cursor(m_document);
+    cursor.setPosition(from);
+    cursor.setPosition(end, QTextCursor::KeepAnchor);
+    cursor.insertText(pieces);
+    const auto size = static_cast<int>(pieces.size());
+    moveBreaks({from, end, from + size});
+    m_breaks.insert(std::lower_bound(m_breaks.begin(), m_breaks.end(), from), breaks.begin(), breaks.end());
+    m_length += size - (end - from);
+}
+
+// Pieces that became too long are broken, and short ones joined.
+void EditedDocument::evenOut(int from, int end)
+{
+    const QScopedValueRollback applying(m_isApplying, true);
+    // With the one behind, of which the changed one may be the beginning.
+    for (QTextBlock block = m_document->findBlock(from); block.isValid() && block.position() <= end + 1;
+         block = block.next()) {
+        const int start = block.position();
+        const int size = block.length() - 1;
+        const int previous = block.previous().length() - 1;
+        const bool isShort = std::min(size, previous) < blankReach && size + previous <= longestPiece;
+        QTextCursor cursor(m_document);
+        if (size > longestPiece) {
+            const int at = start + static_cast<int>(pieceEnd(block.text(), 0, size));
+            cursor.setPosition(at);
+            cursor.insertBlock();
+            moveBreaks({at, at, at + 1});
+            m_breaks.insert(std::lower_bound(m_breaks.begin(), m_breaks.end(), at), at);
+            ++m_length;
+            ++end;
+            block = m_document->findBlock(start);
+        } else if (isBreak(start - 1) && (isShort || size + previous < pieceLength)) {
+            cursor.setPosition(start);
+            cursor.deletePreviousChar();
+            moveBreaks({start - 1, start, start - 1});
+            --m_length;
+            --end;
+            block = m_document->findBlock(start - 1);
+        }
+    }
+}
+
+// What the document has there, with line feeds.
+QString EditedDocument::shown(int from, int end) const
+{
+    QTextCursor cursor(m_document);
+    cursor.setPosition(from);
+    cursor.setPosition(end, QTextCursor::KeepAnchor);
+    QString text = cursor.selectedText();
+    text.replace(QChar::ParagraphSeparator, QChar::LineFeed);
+    return text;
+}
+
+qsizetype EditedDocument::offset(int position) const
+{
+    return position - (std::lower_bound(m_breaks.cbegin(), m_breaks.cend(), position) - m_breaks.cbegin());
+}
+
+int EditedDocument::position(qsizetype offset, bool afterBreak) const
+{
+    // The text's offset of the nth break is its position without the breaks before it.
+    std::size_t low = 0;
+    std::size_t high = m_breaks.size();
+    while (low < high) {
+        const std::size_t middle = (low + high) / 2;
+        const auto at = m_breaks[middle] - static_cast<qsizetype>(middle);
+        if (at < offset || (afterBreak && at == offset))
+            low = middle + 1;
+        else
+            high = middle;
+    }
+    return static_cast<int>(offset + static_cast<qsizetype>(low));
+}
+
+bool EditedDocument::isBreak(int position) const
+{
+    return std::binary_search(m_breaks.cbegin(), m_breaks.cend(), position);
+}
+
+bool EditedDocument::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched != m_editor || !m_document || !m_text)
+        return false;
+    switch (event->type()) {
+    case QEvent::KeyPress:
+        return handleKey(*static_cast<QKeyEvent *>(event));
+    case QEvent::MouseButtonRelease:
+        return handleRelease(*static_cast<QMouseEvent *>(event));
+    default:
+        return false;
+    }
+}
+
+bool EditedDocument::handleRelease(const QMouseEvent &mouse)
+{
+    const QClipboard *clipboard = QGuiApplication::clipboard();
+    if (mouse.button() != Qt::MiddleButton || !clipboard->supportsSelection()) {
+        // Once the editor has offered its own.
+        QMetaObject::invokeMethod(
+            this, [this] { cleanPrimarySelection(); }, Qt::QueuedConnection);
+        return false;
+    }
+    int place = 0;
+    QMetaObject::invokeMethod(m_editor, "positionAt", Q_RETURN_ARG(int, place),
+                              Q_ARG(qreal, mouse.position().x()), Q_ARG(qreal, mouse.position().y()));
+    m_editor->setProperty("cursorPosition", place);
+    insert(clipboard->text(QClipboard::Selection));
+    return true;
+}
+
+bool EditedDocument::handleKey(const QKeyEvent &key)
+{
+    if (key.matches(QKeySequence::Undo) || key.matches(QKeySequence::Redo)) {
+        if (const auto change = key.matches(QKeySequence::Undo) ? m_text->undo() : m_text->redo())
+            moveCursor(change->at + change->inserted.size());
+        return true;
+    }
+    const bool cuts = key.matches(QKeySequence::Cut);
+    if (cuts || key.matches(QKeySequence::Copy)) {
+        const EditedText::Change selected = selection();
+        if (selected.length == 0)
+            return true;
+        QGuiApplication::clipboard()->setText(m_text->text().sliced(selected.at, selected.length));
+        if (cuts)
+            insert({});
+        return true;
+    }
+    if (key.matches(QKeySequence::Paste)) {
+        insert(QGuiApplication::clipboard()->text());
+        return true;
+    }
+    skipBreak(key);
+    return false;
+}
+
+// Keys that delete go by the text: what they meet is the character behind a break.
+void EditedDocument::skipBreak(const QKeyEvent &key)
+{
+    if (selection().length > 0)
+        return;
+    const int cursor = m_editor->property("cursorPosition").toInt();
+    if (key.key() == Qt::Key_Backspace && isBreak(cursor - 1))
+        m_editor->setProperty("cursorPosition", cursor - 1);
+    else if (key.key() == Qt::Key_Delete && isBreak(cursor))
+        m_editor->setProperty("cursorPosition", cursor + 1);
+}
+
+EditedText::Change EditedDocument::selection() const
+{
+    const qsizetype start = offset(m_editor->property("selectionStart").toInt());
+    return {start, offset(m_editor->property("selectionEnd").toInt()) - start, {}};
+}
+
+// In the selection's place, as the user's change.
+void EditedDocument::insert(const QString &text)
+{
+    EditedText::Change change = selection();
+    change.inserted = EditedText::cleaned(text);
+    m_text->replace(change);
+    moveCursor(change.at + change.inserted.size());
+}
+
+void EditedDocument::moveCursor(qsizetype offset)
+{
+    if (offset > m_shown)
+        showMore(offset - m_shown + firstSlice);
+    m_editor->setProperty("cursorPosition", position(std::min(offset, m_shown), true));
+}
+
+void EditedDocument::keepCursor()
+{
+    if (m_text && m_editor && !m_isApplying)
+        m_text->setCursor(offset(m_editor->property("cursorPosition").toInt()));
+}
+
+// The toolkit offers the document's text to other programs' middle click.
+void EditedDocument::cleanPrimarySelection() const
+{
+    QClipboard *clipboard = QGuiApplication::clipboard();
+    if (!m_editor || !m_text || !clipboard->supportsSelection() || !clipboard->ownsSelection())
+        return;
+    const int start = m_editor->property("selectionStart").toInt();
+    const auto first = std::lower_bound(m_breaks.cbegin(), m_breaks.cend(), start);
+    if (first == m_breaks.cend() || *first >= m_editor->property("selectionEnd").toInt())
+        return;
+    const EditedText::Change selected = selection();
+    clipboard->setText(m_text->text().sliced(selected.at, selected.length), QClipboard::Selection);
 }
 
 } // namespace randblatt

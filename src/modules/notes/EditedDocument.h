@@ -1,44 +1,97 @@
 #pragma once
 
+#include "modules/notes/EditedText.h"
+
 #include <QObject>
 #include <QPointer>
-#include <QQuickTextDocument>
-#include <QString>
+#include <QQuickItem>
+#include <QTextDocument>
+#include <QTimer>
 #include <QtQml/qqmlregistration.h>
+
+#include <optional>
+#include <vector>
 
 namespace randblatt {
 
-/// The plain text of an editor's document: tells of what the user changes, and takes changes from elsewhere.
-/// Large texts pass through here without being looked at by scripts, at each key.
+/// Joins an editor's document and the text that it shows: what the user does to the one becomes the other's.
+///
+/// An editor lays out whole paragraphs, so a very long one is shown in pieces, each a paragraph of the
+/// document. The breaks between them are not in the text: positions are the document's, offsets the text's,
+/// and a position is the offset and the number of breaks before it. A long text is shown up to what is seen
+/// first, and then bit by bit.
 class EditedDocument : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QQuickTextDocument *document READ document WRITE setDocument NOTIFY documentChanged FINAL)
-    Q_PROPERTY(bool isTaking MEMBER m_isTaking FINAL)
+    Q_PROPERTY(QQuickItem *editor READ editor WRITE setEditor NOTIFY editorChanged FINAL)
+    Q_PROPERTY(randblatt::EditedText *text READ text WRITE setText NOTIFY textChanged FINAL)
 
 public:
-    using QObject::QObject;
+    explicit EditedDocument(QObject *parent = nullptr);
 
-    /// The editor's document; borrowed.
-    [[nodiscard]] QQuickTextDocument *document() const { return m_document; }
-    void setDocument(QQuickTextDocument *document);
+    /// A TextEdit for plain text, of which nothing else changes the text; borrowed. What it would undo, copy
+    /// and paste by itself goes by the text.
+    [[nodiscard]] QQuickItem *editor() const { return m_editor; }
+    void setEditor(QQuickItem *editor);
+    /// Borrowed.
+    [[nodiscard]] EditedText *text() const { return m_text; }
+    void setText(EditedText *text);
 
-    /// Makes the document's text `text` by changing only what differs: the cursor keeps its place, and the
-    /// change can be undone. Line ends of any kind become line feeds.
-    Q_INVOKABLE void take(const QString &text);
+    /// The user moved the cursor.
+    Q_INVOKABLE void keepCursor();
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 Q_SIGNALS:
-    void documentChanged();
-    /// The text became this one, and not by take() or while `isTaking`. Lines end with line feeds.
-    void edited(const QString &text);
+    void editorChanged();
+    void textChanged();
 
 private:
-    void follow();
+    /// A change of the document that is not in the text yet: what was from `from` to `oldEnd` is now from
+    /// `from` to `newEnd`.
+    struct Range
+    {
+        int from;
+        int oldEnd;
+        int newEnd;
+    };
 
-    QPointer<QQuickTextDocument> m_document;
-    QString m_text;
-    bool m_isTaking = false;
+    void show();
+    void showMore(qsizetype least);
+    void noteChange(int from, int removed, int added);
+    void follow();
+    void narrow(Range &range) const;
+    void followText(const EditedText::Change &change);
+    void replace(int from, int end, const QString &text);
+    void moveBreaks(const Range &range);
+    void evenOut(int from, int end);
+    [[nodiscard]] QString inPieces(QStringView text, int position, std::vector<int> &breaks) const;
+    [[nodiscard]] QString shown(int from, int end) const;
+    [[nodiscard]] qsizetype offset(int position) const;
+    /// At a break, the end of the first piece or the beginning of the second.
+    [[nodiscard]] int position(qsizetype offset, bool afterBreak) const;
+    [[nodiscard]] bool isBreak(int position) const;
+
+    [[nodiscard]] bool handleKey(const QKeyEvent &key);
+    [[nodiscard]] bool handleRelease(const QMouseEvent &mouse);
+    void skipBreak(const QKeyEvent &key);
+    [[nodiscard]] EditedText::Change selection() const;
+    void insert(const QString &text);
+    void moveCursor(qsizetype offset);
+    void cleanPrimarySelection() const;
+
+    QPointer<QQuickItem> m_editor;
+    QPointer<QTextDocument> m_document;
+    QPointer<EditedText> m_text;
+    /// The positions of the breaks, in their order.
+    std::vector<int> m_breaks;
+    /// The document's length, and how much of the text it shows.
+    int m_length = 0;
+    qsizetype m_shown = 0;
+    std::optional<Range> m_changed;
+    bool m_isApplying = false;
+    QTimer m_more;
 };
 
 } // namespace randblatt

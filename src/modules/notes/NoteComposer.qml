@@ -1,17 +1,19 @@
 import QtQuick
 
 import Randblatt.Controls
+import Randblatt.Notes
 
-// Writes a new note. What was typed stays in the view, so that it outlasts the composer.
+// Writes a new note.
 FocusScope {
     id: root
 
     required property CardAppearance appearance
     required property NoteBrowsing browsing
 
+    readonly property NewNote note: browsing.newNote
+
     Component.onCompleted: {
-        title.text = browsing.newTitle
-        body.load(browsing.newBody)
+        title.text = note.title
         title.forceActiveFocus(Qt.OtherFocusReason)
     }
 
@@ -19,13 +21,31 @@ FocusScope {
     Keys.onBackPressed: root.browsing.back()
     Keys.onPressed: event => {
         event.accepted = event.matches(StandardKey.Save)
-        if (event.accepted)
-            browsing.create()
+        if (event.accepted && !event.isAutoRepeat)
+            note.create()
+    }
+
+    Connections {
+        target: root.note
+
+        function onChanged(): void {
+            title.text = root.note.title
+        }
+    }
+
+    NoteNotice {
+        id: notice
+
+        x: Metrics.cardPadding
+        width: parent.width - 2 * x
+        appearance: root.appearance
+        text: root.note.notice
     }
 
     FieldFrame {
         id: titleFrame
 
+        anchors.top: notice.bottom
         x: Metrics.cardPadding
         width: parent.width - 2 * x
         height: Math.max(30, title.implicitHeight + 2 * 7)
@@ -42,16 +62,8 @@ FocusScope {
             appearance: root.appearance
             activeFocusOnTab: true
             placeholderText: "Titel"
-            onTextChanged: root.browsing.newTitle = text
+            onTextChanged: root.note.title = text
             onAccepted: body.forceActiveFocus(Qt.TabFocusReason)
-        }
-    }
-
-    Connections {
-        target: body.content
-
-        function onEdited(text: string): void {
-            root.browsing.newBody = text
         }
     }
 
@@ -66,7 +78,20 @@ FocusScope {
         x: Metrics.cardPadding
         width: parent.width - 2 * x
         appearance: root.appearance
+        content: root.note.body
         name: "Text der Notiz"
+    }
+
+    PlainButton {
+        objectName: "discardButton"
+        x: Metrics.cardPadding - reach
+        anchors.verticalCenter: saveButton.verticalCenter
+        visible: !root.note.isEmpty
+        text: "Verwerfen"
+        textSize: Metrics.bodySize * root.appearance.textScale
+        color: root.appearance.secondary
+        accent: root.appearance.accent
+        onClicked: root.note.discard()
     }
 
     ProminentButton {
@@ -80,7 +105,7 @@ FocusScope {
         accent: root.appearance.accent
         textSize: Metrics.bodySize * root.appearance.textScale
         text: "Speichern"
-        enabled: root.browsing.canCreate
-        onClicked: root.browsing.create()
+        enabled: root.note.canCreate
+        onClicked: root.note.create()
     }
 }

@@ -1,6 +1,7 @@
 import QtQuick
 
 import Randblatt.Controls
+import Randblatt.Notes
 
 // The note that is open: its text to edit, and what can be done with it.
 FocusScope {
@@ -9,61 +10,47 @@ FocusScope {
     required property CardAppearance appearance
     required property NoteBrowsing browsing
 
-    function show(): void {
-        editor.load(browsing.editBody)
-        if (activeFocus)
-            editor.forceActiveFocus(Qt.OtherFocusReason)
-    }
+    // Null for a moment when the note is closed.
+    readonly property NoteEdit edit: browsing.edit
+    readonly property bool isLoading: edit?.isLoading ?? false
+    readonly property bool isUnsaved: edit?.isUnsaved ?? false
 
-    // By key only where nothing is lost by it.
-    function leave(): void {
-        if (browsing.editBody === browsing.savedBody)
-            browsing.back()
-    }
+    onIsLoadingChanged: if (!isLoading && activeFocus)
+        editor.forceActiveFocus(Qt.OtherFocusReason)
 
-    Component.onCompleted: {
-        if (!browsing.loadingBody)
-            show()
-    }
-
-    Keys.onEscapePressed: leave()
-    Keys.onBackPressed: leave()
+    Keys.onEscapePressed: browsing.back()
+    Keys.onBackPressed: browsing.back()
     Keys.onPressed: event => {
         event.accepted = event.matches(StandardKey.Save)
-        if (event.accepted && saveButton.enabled)
-            browsing.save()
+        if (event.accepted && !event.isAutoRepeat)
+            edit?.save()
     }
 
-    Connections {
-        target: root.browsing
+    NoteNotice {
+        id: notice
 
-        function onLoadingBodyChanged(): void {
-            if (!root.browsing.loadingBody)
-                root.show()
-        }
-    }
-
-    Connections {
-        target: editor.content
-
-        function onEdited(text: string): void {
-            root.browsing.editBody = text
-        }
+        x: Metrics.cardPadding
+        width: parent.width - 2 * x
+        appearance: root.appearance
+        text: root.edit?.notice ?? ""
+        remedy: root.edit?.remedy ?? ""
+        onRemedied: root.edit?.applyRemedy()
     }
 
     NoteEditor {
         id: editor
 
         objectName: "bodyEditor"
-        anchors.top: parent.top
+        anchors.top: notice.bottom
         anchors.bottom: actions.top
         anchors.bottomMargin: Metrics.tightGap
         x: Metrics.cardPadding
         width: parent.width - 2 * x
         focus: true
-        visible: !root.browsing.loadingBody
+        visible: !root.isLoading
         appearance: root.appearance
-        name: root.browsing.selected.name
+        content: root.edit?.text ?? null
+        name: root.edit?.name ?? ""
     }
 
     BusyMark {
@@ -71,7 +58,7 @@ FocusScope {
         anchors.centerIn: editor
         appearance: root.appearance
         size: 18
-        running: root.browsing.loadingBody
+        running: root.isLoading
     }
 
     Item {
@@ -94,11 +81,41 @@ FocusScope {
             showsText: false
             color: root.appearance.destructive
             accent: root.appearance.accent
-            onClicked: root.browsing.deleteSelected()
+            onClicked: root.browsing.deleteOpen()
 
             ControlTip {
                 control: deleteButton
             }
+        }
+
+        PlainButton {
+            id: discardButton
+
+            objectName: "discardButton"
+            anchors.left: deleteButton.right
+            anchors.leftMargin: 2
+            anchors.verticalCenter: parent.verticalCenter
+            visible: root.isUnsaved
+            enabled: !(root.edit?.isInFlight ?? false)
+            text: "Verwerfen"
+            textSize: Metrics.bodySize * root.appearance.textScale
+            color: root.appearance.secondary
+            accent: root.appearance.accent
+            onClicked: root.edit?.discard()
+        }
+
+        CardText {
+            objectName: "editState"
+            anchors.left: discardButton.visible ? discardButton.right : deleteButton.right
+            anchors.leftMargin: Metrics.tightGap
+            anchors.right: saveButton.left
+            anchors.rightMargin: Metrics.gap
+            anchors.verticalCenter: parent.verticalCenter
+            horizontalAlignment: Text.AlignRight
+            appearance: root.appearance
+            size: Metrics.captionSize
+            color: root.appearance.secondary
+            text: root.edit?.state ?? ""
         }
 
         ProminentButton {
@@ -109,8 +126,8 @@ FocusScope {
             accent: root.appearance.accent
             textSize: Metrics.bodySize * root.appearance.textScale
             text: "Speichern"
-            enabled: !root.browsing.loadingBody
-            onClicked: root.browsing.save()
+            enabled: !root.isLoading
+            onClicked: root.edit?.save()
 
             ControlTip {
                 control: saveButton

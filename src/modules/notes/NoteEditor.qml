@@ -4,8 +4,7 @@ import QtQuick.Templates as T
 import Randblatt.Controls
 import Randblatt.Notes
 
-// A scrolling editor for plain text on a darkened ground. The text is its user's: load() puts it in, and the
-// content tells of every change.
+// A scrolling editor for plain text on a darkened ground. The text is its user's, with all that can be undone.
 FocusScope {
     id: root
 
@@ -14,22 +13,16 @@ FocusScope {
     required property string name
     property string placeholder
 
-    readonly property EditedDocument content: document
+    property EditedText content: null
+
     readonly property Item input: area
     readonly property real textSize: Math.round(14 * appearance.textScale * 4) / 4
-
-    // Starts over with `text`: there is nothing to undo.
-    function load(text: string): void {
-        document.isTaking = true
-        area.text = text
-        area.cursorPosition = 0
-        document.isTaking = false
-    }
 
     EditedDocument {
         id: document
 
-        document: area.textDocument
+        editor: area
+        text: root.content
     }
 
     Rectangle {
@@ -54,6 +47,9 @@ FocusScope {
         T.TextArea.flickable: T.TextArea {
             id: area
 
+            // The text's, where the editor's own would be.
+            property bool canUndo: root.content?.canUndo ?? false
+
             objectName: "textArea"
             focus: true
             activeFocusOnTab: true
@@ -75,6 +71,8 @@ FocusScope {
             Accessible.name: root.name
             Accessible.description: root.placeholder
             Accessible.multiLine: true
+
+            onCursorPositionChanged: document.keepCursor()
 
             // The editor is one control among others: Tab leads on.
             Keys.onTabPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)

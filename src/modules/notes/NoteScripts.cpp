@@ -1,5 +1,7 @@
 #include "modules/notes/NoteScripts.h"
 
+#include <QStringTokenizer>
+
 namespace randblatt::notescripts {
 
 using namespace Qt::StringLiterals;
@@ -106,21 +108,53 @@ QString deleteNote(const QString &id)
            "end tell"_L1;
 }
 
-QList<NoteSummary> notes(const QString &result)
+QString folderOfNote(const QString &id)
+{
+    return "tell application \"Notes\"\n"
+           "    return name of container of note id \""_L1 +
+           literal(id) +
+           "\"\n"
+           "end tell"_L1;
+}
+
+QString moveNote(const QString &id, const std::optional<QString> &folder)
+{
+    const QString target =
+        folder ? QString("folder \""_L1 + literal(*folder) + u'"') : u"default folder of account 1"_s;
+    return "tell application \"Notes\"\n"
+           "    move note id \""_L1 +
+           literal(id) + "\" to "_L1 + target +
+           "\n"
+           "end tell"_L1;
+}
+
+QList<NoteSummary> notes(const QString &result, int limit)
 {
     QList<NoteSummary> list;
-    const QStringList records = result.split(recordSep, Qt::SkipEmptyParts);
-    for (const QString &record : records) {
-        const QStringList fields = record.split(fieldSep);
-        if (fields.size() >= 2)
-            list.append({fields.at(0), fields.at(1)});
+    // Not all at once: whoever answers scripts can answer with anything.
+    for (const QStringView record : QStringTokenizer(result, recordSep, Qt::SkipEmptyParts)) {
+        const qsizetype end = record.indexOf(fieldSep);
+        if (end < 0)
+            continue;
+        const QStringView rest = record.sliced(end + fieldSep.size());
+        const qsizetype nameEnd = rest.indexOf(fieldSep);
+        list.append({record.first(end).toString(), (nameEnd < 0 ? rest : rest.first(nameEnd)).toString()});
+        if (list.size() >= limit)
+            break;
     }
     return list;
 }
 
 QStringList folders(const QString &result)
 {
-    return result.split(recordSep, Qt::SkipEmptyParts);
+    constexpr qsizetype mostFolders = 2000;
+    QStringList list;
+    for (const QStringView name : QStringTokenizer(result, recordSep, Qt::SkipEmptyParts)) {
+        list.append(name.toString());
+        if (list.size() >= mostFolders)
+            break;
+    }
+    return list;
 }
 
 } // namespace randblatt::notescripts

@@ -9,10 +9,13 @@ namespace randblatt {
 
 using namespace Qt::StringLiterals;
 
-NotesModule::NotesModule(AppSettings &settings, std::shared_ptr<ScriptRunner> runner, QObject *parent)
+NotesModule::NotesModule(AppSettings &settings, Preferences &preferences,
+                         std::shared_ptr<ScriptRunner> runner, QObject *parent)
     : SidebarModule(parent)
     , m_settings(settings)
     , m_service(new NotesService(std::move(runner), this))
+    , m_browsing(new NoteBrowsing(*m_service, preferences, *undoHistory(), this))
+    , m_pad(new ScratchPad(settings, this))
 {
 }
 
@@ -33,9 +36,11 @@ QString NotesModule::systemImage() const
 
 ViewDescription NotesModule::makeView() const
 {
-    return {
-        QUrl(u"qrc:/qt/qml/Randblatt/Notes/NotesRootView.qml"_s),
-        {{u"service"_s, QVariant::fromValue(m_service)}, {u"settings"_s, QVariant::fromValue(&m_settings)}}};
+    return {QUrl(u"qrc:/qt/qml/Randblatt/Notes/NotesRootView.qml"_s),
+            {{u"service"_s, QVariant::fromValue(m_service)},
+             {u"browsing"_s, QVariant::fromValue(m_browsing)},
+             {u"pad"_s, QVariant::fromValue(static_cast<EditedText *>(m_pad))},
+             {u"settings"_s, QVariant::fromValue(&m_settings)}}};
 }
 
 ViewDescription NotesModule::makeQuickMenu() const

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "modules/notes/NoteBrowsing.h"
 #include "modules/notes/NotesService.h"
+#include "modules/notes/ScratchPad.h"
 #include "settings/SidebarModule.h"
 
 #include <memory>
@@ -8,15 +10,19 @@
 namespace randblatt {
 
 class AppSettings;
+class Preferences;
 
-/// The notes: a scratch pad of the settings, or the notes of the notes application.
+/// The notes: a scratch pad of the settings, or the notes of the notes application. What is open and typed
+/// there lives here, not in the views.
 class NotesModule : public SidebarModule
 {
     Q_OBJECT
 
 public:
-    /// `settings` is borrowed and must outlive the module. `runner` reaches the notes application.
-    NotesModule(AppSettings &settings, std::shared_ptr<ScriptRunner> runner, QObject *parent = nullptr);
+    /// `settings` and `preferences`, which hold the drafts, are borrowed and must outlive the module.
+    /// `runner` reaches the notes application.
+    NotesModule(AppSettings &settings, Preferences &preferences, std::shared_ptr<ScriptRunner> runner,
+                QObject *parent = nullptr);
 
     [[nodiscard]] QString id() const override;
     [[nodiscard]] QString title() const override;
@@ -27,6 +33,8 @@ public:
 private:
     AppSettings &m_settings;
     NotesService *m_service;
+    NoteBrowsing *m_browsing;
+    ScratchPad *m_pad;
 };
 
 } // namespace randblatt

@@ -10,7 +10,8 @@ FocusScope {
     required property CardAppearance appearance
     required property NoteBrowsing browsing
 
-    readonly property bool showsList: !browsing.composing && !browsing.hasSelected
+    readonly property bool composes: browsing.newNote.isOpen
+    readonly property bool showsList: !composes && browsing.edit === null
 
     signal foldersWanted
 
@@ -20,14 +21,14 @@ FocusScope {
         x: Metrics.cardPadding
         width: parent.width - 2 * x
         appearance: root.appearance
-        heading: root.browsing.composing ? "Neue Notiz" : root.browsing.hasSelected ? root.browsing.selected.name : "Notizen"
+        heading: root.composes ? "Neue Notiz" : root.browsing.edit?.name ?? "Notizen"
         folder: root.browsing.service.currentFolder
         hasBack: !root.showsList
         isLoading: root.browsing.service.isLoading
-        composing: root.browsing.composing
+        composing: root.composes
         onClosed: root.browsing.back()
         onRefreshed: root.browsing.loadNotes()
-        onComposerWanted: root.browsing.composing = true
+        onComposerWanted: root.browsing.newNote.isOpen = true
         onFoldersWanted: root.foldersWanted()
     }
 
@@ -56,7 +57,7 @@ FocusScope {
         anchors.bottom: parent.bottom
         width: parent.width
         focus: !root.showsList
-        sourceComponent: root.browsing.composing ? composer : root.browsing.hasSelected ? detail : null
+        sourceComponent: root.composes ? composer : root.showsList ? null : detail
     }
 
     // Stays while a note is open, and with it the place in it.
@@ -76,8 +77,15 @@ FocusScope {
         Accessible.name: "Notizen"
         onChosen: if (currentItem)
             (currentItem as NotesRow).clicked()
+        Keys.onRightPressed: root.foldersWanted()
         onVisibleChanged: if (visible && root.activeFocus)
             forceActiveFocus(Qt.OtherFocusReason)
+
+        header: UnsavedRows {
+            width: list.width
+            appearance: root.appearance
+            browsing: root.browsing
+        }
 
         delegate: NotesRow {
             required property noteSummary note
@@ -89,6 +97,7 @@ FocusScope {
             appearance: root.appearance
             symbol: "note.text"
             text: name
+            isUnsaved: root.browsing.unsavedIds.includes(note.id)
             trailingSymbol: "chevron.right"
             onClicked: {
                 list.currentIndex = index

@@ -10,6 +10,8 @@ FocusScope {
 
     required property CardAppearance appearance
     required property NotesService service
+    required property NoteBrowsing browsing
+    required property EditedText pad
     required property AppSettings settings
 
     // What takes the text that is typed while nothing has the keyboard.
@@ -25,11 +27,11 @@ FocusScope {
         sourceComponent: NotesScratchView {
             focus: true
             appearance: root.appearance
-            settings: root.settings
+            pad: root.pad
         }
     }
 
-    // Stays, once it was made, with what was opened and typed in it.
+    // Stays, once it was made, with its place in the list.
     Loader {
         id: browser
 
@@ -43,7 +45,7 @@ FocusScope {
         sourceComponent: NotesView {
             focus: true
             appearance: root.appearance
-            service: root.service
+            browsing: root.browsing
         }
     }
 }

@@ -10,6 +10,7 @@ T.AbstractButton {
     required property CardAppearance appearance
     property string symbol
     property string trailingSymbol
+    property bool isUnsaved: false
 
     readonly property bool isCurrent: ListView.isCurrentItem && ListView.view.activeFocus
 
@@ -23,8 +24,13 @@ T.AbstractButton {
 
     Accessible.role: Accessible.ListItem
     Accessible.name: text
+    Accessible.description: isUnsaved ? "Nicht gespeichert" : ""
     Accessible.selected: checked
     Accessible.onPressAction: root.clicked()
+
+    // A row in the pool is only out of the picture; it must be gone for assistive tools as well.
+    ListView.onPooled: visible = false
+    ListView.onReused: visible = true
 
     contentItem: Item {
         implicitHeight: Math.max(start.height, name.implicitHeight)
@@ -44,11 +50,26 @@ T.AbstractButton {
             objectName: "rowName"
             anchors.left: start.right
             anchors.leftMargin: 8
-            anchors.right: end.left
+            anchors.right: mark.visible ? mark.left : end.left
             anchors.rightMargin: Metrics.tightGap
             anchors.verticalCenter: parent.verticalCenter
             appearance: root.appearance
             text: root.text
+        }
+
+        CardText {
+            id: mark
+
+            objectName: "unsavedMark"
+            anchors.right: end.left
+            anchors.rightMargin: Metrics.tightGap
+            anchors.verticalCenter: parent.verticalCenter
+            visible: root.isUnsaved
+            appearance: root.appearance
+            size: Metrics.captionSize
+            color: root.appearance.secondary
+            text: "nicht gespeichert"
+            Accessible.ignored: true
         }
 
         Symbol {

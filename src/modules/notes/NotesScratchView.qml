@@ -2,14 +2,13 @@ import QtQuick
 
 import Randblatt.Controls
 import Randblatt.Notes
-import Randblatt.Settings
 
-// A pad for plain text that is kept in the settings with every keystroke.
+// A pad for plain text that is stored with every keystroke.
 FocusScope {
     id: root
 
     required property CardAppearance appearance
-    required property AppSettings settings
+    required property EditedText pad
 
     // Takes what is typed while nothing has the keyboard.
     readonly property Item typingTarget: editor.input
@@ -22,18 +21,8 @@ FocusScope {
         anchors.margins: 10
         focus: true
         appearance: root.appearance
+        content: root.pad
         name: "Notizzettel"
         placeholder: "Schreib hier rein …"
-        Component.onCompleted: {
-            load(root.settings.notesScratch)
-            pad.join()
-        }
-    }
-
-    ScratchPad {
-        id: pad
-
-        document: editor.content
-        settings: root.settings
     }
 }

@@ -44,16 +44,17 @@ void NotesService::loadNotes(int limit)
 {
     QMetaObject::invokeMethod(
         this, [this] { setLoading(true); }, Qt::QueuedConnection);
-    run(notescripts::listNotes(m_currentFolder, limit), [service = QPointer(this)](const ASResult &result) {
-        if (service)
-            service->showNotes(result);
-    });
+    run(notescripts::listNotes(m_currentFolder, limit),
+        [service = QPointer(this), limit](const ASResult &result) {
+            if (service)
+                service->showNotes(result, limit);
+        });
 }
 
-void NotesService::showNotes(const ASResult &result)
+void NotesService::showNotes(const ASResult &result, int limit)
 {
     if (result.isSuccess()) {
-        if (m_notes.replace(notescripts::notes(result.text)))
+        if (m_notes.replace(notescripts::notes(result.text, limit)))
             Q_EMIT notesChanged();
         setStatusMessage(notes().isEmpty() ? u"Keine Notizen gefunden"_s : QString());
     } else {
@@ -62,7 +63,7 @@ void NotesService::showNotes(const ASResult &result)
     setLoading(false);
 }
 
-void NotesService::loadBody(const QString &id, const TextCompletion &completion)
+void NotesService::loadBody(const QString &id, const BodyCompletion &completion)
 {
     // Reading a long note's HTML takes a while, so that is done beside the main thread as well.
     m_queue.enqueue(
@@ -73,11 +74,19 @@ void NotesService::loadBody(const QString &id, const TextCompletion &completion)
             return result;
         },
         [completion](const ASResult &result) {
-            if (completion) {
-                completion(result.isSuccess() ? result.text
-                                              : u"(Konnte Notiz nicht laden: "_s + result.text + u')');
-            }
+            if (completion && result.isSuccess())
+                completion(result.text, true);
+            else if (completion)
+                completion(u"(Konnte Notiz nicht laden: "_s + result.text + u')', false);
         });
+}
+
+void NotesService::locateNote(const QString &id, const TextCompletion &completion)
+{
+    run(notescripts::folderOfNote(id), [completion](const ASResult &result) {
+        if (completion)
+            completion(result.isSuccess() ? result.text : QString());
+    });
 }
 
 void NotesService::createNote(const QString &title, const QString &body, const WriteCompletion &completion)
@@ -96,6 +105,12 @@ void NotesService::deleteNote(const QString &id, const WriteCompletion &completi
     write(notescripts::deleteNote(id), u"Konnte Notiz nicht löschen: "_s, completion);
 }
 
+void NotesService::restoreNote(const QString &id, const std::optional<QString> &folder,
+                               const WriteCompletion &completion)
+{
+    write(notescripts::moveNote(id, folder), u"Konnte Notiz nicht wiederherstellen: "_s, completion);
+}
+
 void NotesService::write(const QString &source, const QString &failurePrefix,
                          const WriteCompletion &completion)
 {
@@ -109,22 +124,22 @@ void NotesService::write(const QString &source, const QString &failurePrefix,
     });
 }
 
-template <typename Argument>
-std::function<void(Argument)> NotesService::calling(const QJSValue &function)
+template <typename... Arguments>
+std::function<void(Arguments...)> NotesService::calling(const QJSValue &function)
 {
     // The function itself stays here, since its engine must not be touched on the queue's thread.
     const int ticket = ++m_lastTicket;
     m_functions.insert(ticket, function);
-    return [service = QPointer(this), ticket](Argument argument) {
+    return [service = QPointer(this), ticket](Arguments... arguments) {
         const QJSValue kept = service ? service->m_functions.take(ticket) : QJSValue();
         if (kept.isCallable())
-            kept.call({QJSValue(argument)});
+            kept.call({QJSValue(arguments)...});
     };
 }
 
 void NotesService::loadBody(const QString &id, const QJSValue &completion)
 {
-    loadBody(id, calling<const QString &>(completion));
+    loadBody(id, calling<const QString &, bool>(completion));
 }
 
 void NotesService::createNote(const QString &title, const QString &body, const QJSValue &completion)
@@ -141,6 +156,16 @@ void NotesService::saveBody(const QString &id, const QString &title, const QStri
 void NotesService::deleteNote(const QString &id, const QJSValue &completion)
 {
     deleteNote(id, calling<bool>(completion));
+}
+
+void NotesService::locateNote(const QString &id, const QJSValue &completion)
+{
+    locateNote(id, calling<const QString &>(completion));
+}
+
+void NotesService::restoreNote(const QString &id, const QString &folder, const QJSValue &completion)
+{
+    restoreNote(id, folder.isEmpty() ? std::nullopt : std::optional(folder), calling<bool>(completion));
 }
 
 void NotesService::setCurrentFolder(const std::optional<QString> &folder)

@@ -40,6 +40,8 @@ class NotesService : public QObject
 public:
     using ResultCompletion = std::function<void(const ASResult &)>;
     using TextCompletion = std::function<void(const QString &)>;
+    /// Takes a note's text, and whether it is one: else it is a message that stands in its place.
+    using BodyCompletion = std::function<void(const QString &text, bool isLoaded)>;
     using WriteCompletion = std::function<void(bool)>;
 
     explicit NotesService(std::shared_ptr<ScriptRunner> runner, QObject *parent = nullptr);
@@ -51,7 +53,9 @@ public:
     /// Brings notes() up to date with at most `limit` notes of the current folder.
     Q_INVOKABLE void loadNotes(int limit);
     /// Gives the text of a note; in place of one that can't be read, a text that says why.
-    void loadBody(const QString &id, const TextCompletion &completion);
+    void loadBody(const QString &id, const BodyCompletion &completion);
+    /// Gives the name of the folder that a note is in; an empty one where that is not known.
+    void locateNote(const QString &id, const TextCompletion &completion);
     /// Creates a note in the default folder. As with the other changes, notes() is brought up to date after a
     /// success, and statusMessage() says why after a failure.
     void createNote(const QString &title, const QString &body, const WriteCompletion &completion);
@@ -59,14 +63,20 @@ public:
     void saveBody(const QString &id, const QString &title, const QString &body,
                   const WriteCompletion &completion);
     void deleteNote(const QString &id, const WriteCompletion &completion);
+    /// Takes a deletion back: the note is in `folder` again, as locateNote() told before, or without one in
+    /// the default folder. It has its old id, unless another note has come to have that.
+    void restoreNote(const QString &id, const std::optional<QString> &folder,
+                     const WriteCompletion &completion);
 
-    /// The same for QML, with a function of one parameter as completion, or none. It is not called when the
-    /// service is gone.
+    /// The same for QML, with a function as completion, or none. It is not called when the service is gone.
+    /// No folder is the empty string.
     Q_INVOKABLE void loadBody(const QString &id, const QJSValue &completion);
     Q_INVOKABLE void createNote(const QString &title, const QString &body, const QJSValue &completion);
     Q_INVOKABLE void saveBody(const QString &id, const QString &title, const QString &body,
                               const QJSValue &completion = {});
     Q_INVOKABLE void deleteNote(const QString &id, const QJSValue &completion);
+    Q_INVOKABLE void locateNote(const QString &id, const QJSValue &completion);
+    Q_INVOKABLE void restoreNote(const QString &id, const QString &folder, const QJSValue &completion);
 
     /// In the application's order.
     [[nodiscard]] const QList<NoteSummary> &notes() const { return m_notes.rows(); }
@@ -92,14 +102,14 @@ Q_SIGNALS:
     void currentFolderChanged();
 
 private:
-    void showNotes(const ASResult &result);
+    void showNotes(const ASResult &result, int limit);
     void write(const QString &source, const QString &failurePrefix, const WriteCompletion &completion);
     void setStatusMessage(const QString &message);
     void setLoading(bool loading);
     [[nodiscard]] QString currentFolderName() const { return m_currentFolder.value_or(QString()); }
     void setCurrentFolderName(const QString &name);
-    template <typename Argument>
-    [[nodiscard]] std::function<void(Argument)> calling(const QJSValue &function);
+    template <typename... Arguments>
+    [[nodiscard]] std::function<void(Arguments...)> calling(const QJSValue &function);
 
     std::shared_ptr<ScriptRunner> m_runner;
     NoteListModel m_notes;

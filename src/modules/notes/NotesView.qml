@@ -8,24 +8,21 @@ FocusScope {
     id: root
 
     required property CardAppearance appearance
-    required property NotesService service
+    required property NoteBrowsing browsing
 
+    // Keys turn pages only from lists: in a note they are the editor's, also those that it has no use for.
+    readonly property bool turnsByKey: pages.currentIndex > 0
+                                       || (browsing.edit === null && !browsing.newNote.isOpen)
     readonly property bool isOnScreen: Window.window !== null && Window.visibility !== Window.Hidden
-    property bool didLoad: false
 
-    function loadOnce(): void {
-        if (didLoad || !isOnScreen)
-            return
-        didLoad = true
-        opened.loadNotes()
-        service.loadFolders()
+    function appear(): void {
+        if (isOnScreen)
+            browsing.appear()
     }
 
     // An empty name stands for all folders.
     function chooseFolder(name: string): void {
-        service.currentFolder = name
-        opened.loadNotes()
-        opened.close()
+        browsing.chooseFolder(name)
         turnTo(0)
     }
 
@@ -38,21 +35,15 @@ FocusScope {
             pages.currentItem.forceActiveFocus(Qt.TabFocusReason)
     }
 
-    onIsOnScreenChanged: loadOnce()
-    Component.onCompleted: loadOnce()
+    onIsOnScreenChanged: appear()
+    Component.onCompleted: appear()
 
     Keys.onPressed: event => {
         const turns = event.modifiers === Qt.ControlModifier
                     && (event.key === Qt.Key_PageUp || event.key === Qt.Key_PageDown)
-        if (turns)
+        if (turns && turnsByKey)
             turnTo(event.key === Qt.Key_PageUp ? 0 : 1)
         event.accepted = turns
-    }
-
-    NoteBrowsing {
-        id: opened
-
-        service: root.service
     }
 
     ListView {
@@ -107,9 +98,8 @@ FocusScope {
         NotesPage {
             focus: true
             appearance: root.appearance
-            browsing: opened
+            browsing: root.browsing
             onFoldersWanted: root.turnTo(1)
-            Keys.onRightPressed: root.turnTo(1)
         }
     }
 
@@ -119,7 +109,7 @@ FocusScope {
         FolderPage {
             focus: true
             appearance: root.appearance
-            service: root.service
+            service: root.browsing.service
             onChosen: name => root.chooseFolder(name)
             onClosed: root.turnTo(0)
             Keys.onLeftPressed: root.turnTo(0)

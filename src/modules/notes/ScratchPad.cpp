@@ -1,16 +1,16 @@
 #include "modules/notes/ScratchPad.h"
 
+#include "settings/AppSettings.h"
+
 namespace randblatt {
 
-void ScratchPad::join()
+ScratchPad::ScratchPad(AppSettings &settings, QObject *parent)
+    : EditedText(parent)
 {
-    if (!m_document || !m_settings)
-        return;
-    connect(m_document, &EditedDocument::edited, m_settings, &AppSettings::setNotesScratch);
-    connect(m_settings, &AppSettings::notesScratchChanged, m_document,
-            [settings = m_settings.get(), document = m_document.get()] {
-                document->take(settings->notesScratch());
-            });
+    load(settings.notesScratch());
+    connect(this, &EditedText::edited, &settings, &AppSettings::setNotesScratch);
+    connect(&settings, &AppSettings::notesScratchChanged, this,
+            [this, &settings] { take(settings.notesScratch()); });
 }
 
 } // namespace randblatt

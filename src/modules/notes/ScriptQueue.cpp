@@ -18,7 +18,7 @@ namespace {
 
 Q_LOGGING_CATEGORY(lcNotes, "quillbar.notes")
 
-constexpr auto longestWaitAtEnd = 3s;
+constexpr auto longestWaitAtEnd = 1s;
 constexpr uint stackSize = 8 * 1024 * 1024;
 
 /// Guards the application object against being destroyed while a queue that outlives it posts to it.

@@ -40,6 +40,16 @@ TodoStore::TodoStore(Preferences &preferences, Clock clock, QObject *parent)
     , m_clock(std::move(clock))
 {
     load();
+    StoreHealth &health = preferences.health();
+    connect(&health, &StoreHealth::valueArrived, this,
+            [this](const QString &arrived, const PreferenceValue &stored) {
+                if (arrived == key())
+                    join(stored);
+            });
+    connect(&health, &StoreHealth::changed, this, [this] {
+        if (m_hasUnsaved)
+            save();
+    });
 }
 
 TodoStore::~TodoStore()
@@ -79,7 +89,42 @@ void TodoStore::load()
         m_undecodable = std::move(stored);
         return;
     }
-    m_items = std::move(*items);
+    replaceAll(*items);
+}
+
+void TodoStore::join(const PreferenceValue &stored)
+{
+    if (m_preferences.value(key()) == stored) {
+        load();
+        return;
+    }
+    const auto *json = std::get_if<QByteArray>(&stored);
+    auto items = json != nullptr ? decodeItems(*json) : std::nullopt;
+    if (!items) {
+        m_undecodable = stored;
+    } else {
+        qint64 order = 0;
+        for (const TodoItem &item : std::as_const(*items))
+            order = std::max(order, item.order);
+        for (TodoItem own : std::as_const(m_items)) {
+            const auto same = std::find_if(items->begin(), items->end(),
+                                           [&](const TodoItem &item) { return item.id == own.id; });
+            if (same != items->end()) {
+                *same = own;
+                continue;
+            }
+            if (order < std::numeric_limits<qint64>::max())
+                own.order = ++order;
+            items->append(own);
+        }
+        replaceAll(*items);
+    }
+    save();
+}
+
+void TodoStore::replaceAll(const QList<TodoItem> &items)
+{
+    m_items = items;
     m_encoded.clear();
     m_encoded.reserve(m_items.size());
     std::transform(m_items.cbegin(), m_items.cend(), std::back_inserter(m_encoded), encodeItem);

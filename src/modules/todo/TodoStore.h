@@ -84,6 +84,9 @@ Q_SIGNALS:
     void itemsRestored(const QList<int> &positions);
 
 private:
+    /// Takes up stored tasks that come to light late, and keeps those that were added meanwhile.
+    void join(const PreferenceValue &stored);
+    void replaceAll(const QList<TodoItem> &items);
     [[nodiscard]] int positionOf(const QUuid &id) const;
     [[nodiscard]] qint64 nextOrder() const;
     [[nodiscard]] bool keepUndecodable();

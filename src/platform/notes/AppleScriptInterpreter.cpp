@@ -192,18 +192,41 @@ AppleScriptInterpreter::Flow AppleScriptInterpreter::execute(const Raise &raise)
 
 AppleScriptInterpreter::Flow AppleScriptInterpreter::execute(const Delete &deletion)
 {
-    const Value target = m_evaluator.evaluate(*deletion.target).settled();
-    const Value::Items doomed = target.isList() ? *target.items() : Value::Items{target};
-    for (const Value &item : doomed) {
-        m_meter.step();
-        if (item.object() == nullptr) {
-            throw AppleScriptError{u"%1 kann nicht gelöscht werden."_s.arg(item.description()),
-                                   applescripterror::notUnderstood};
+    for (const AppleScriptObject &doomed : objects(*deletion.target))
+        m_application.remove(doomed);
+    m_result = {};
+    return Flow::next;
+}
+
+AppleScriptInterpreter::Flow AppleScriptInterpreter::execute(const Move &move)
+{
+    const Value::Objects moved = objects(*move.target);
+    const Value location = m_evaluator.evaluate(*move.location);
+    for (const AppleScriptObject &object : moved) {
+        if (location.object() == nullptr) {
+            throw AppleScriptError{
+                u"An die Stelle %1 kann nichts bewegt werden."_s.arg(location.description()),
+                applescripterror::notUnderstood};
         }
-        m_application.remove(*item.object());
+        m_application.move(object, *location.object());
     }
     m_result = {};
     return Flow::next;
+}
+
+Value::Objects AppleScriptInterpreter::objects(const Expression &expression)
+{
+    const Value value = m_evaluator.evaluate(expression).settled();
+    Value::Objects result;
+    for (const Value &item : value.isList() ? *value.items() : Value::Items{value}) {
+        m_meter.step();
+        if (item.object() == nullptr) {
+            throw AppleScriptError{u"%1 ist kein Objekt eines Programms."_s.arg(item.description()),
+                                   applescripterror::notUnderstood};
+        }
+        result.push_back(*item.object());
+    }
+    return result;
 }
 
 AppleScriptInterpreter::Flow AppleScriptInterpreter::execute(const Evaluate &evaluation)

@@ -39,7 +39,11 @@ private:
     Flow execute(const applescript::Return &result);
     Flow execute(const applescript::Raise &raise);
     Flow execute(const applescript::Delete &deletion);
+    Flow execute(const applescript::Move &move);
     Flow execute(const applescript::Evaluate &evaluation);
+
+    /// The application's objects that an expression stands for, one or a list. Throws for anything else.
+    [[nodiscard]] AppleScriptValue::Objects objects(const applescript::Expression &expression);
 
     NotesObjectModel &m_application;
     AppleScriptMeter m_meter;

@@ -106,6 +106,9 @@ Statement AppleScriptParser::statement()
         return {Return{atStatementEnd() ? ExpressionPtr() : m_expressions.expression()}};
     if (m_tokens.acceptWord(u"delete"))
         return {Delete{m_expressions.reference()}};
+    // The application's word, not the language's.
+    if (m_expressions.isInApplication() && m_tokens.acceptWord(u"move"))
+        return move();
     return {Evaluate{m_expressions.expression()}};
 }
 
@@ -253,6 +256,13 @@ Statement AppleScriptParser::raise()
     if (m_tokens.acceptWord(u"number"))
         result.number = m_expressions.expression();
     return {std::move(result)};
+}
+
+Statement AppleScriptParser::move()
+{
+    ExpressionPtr target = m_expressions.reference();
+    m_tokens.expectWord(u"to");
+    return {Move{std::move(target), m_expressions.reference()}};
 }
 
 } // namespace randblatt

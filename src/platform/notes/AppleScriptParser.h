@@ -30,6 +30,7 @@ private:
     [[nodiscard]] applescript::Statement conditional();
     [[nodiscard]] applescript::Statement tryBlock();
     [[nodiscard]] applescript::Statement raise();
+    [[nodiscard]] applescript::Statement move();
     [[nodiscard]] bool atStatementEnd() const;
     void expectEnd(QStringView word);
 

@@ -208,6 +208,11 @@ struct Delete
 {
     ExpressionPtr target;
 };
+struct Move
+{
+    ExpressionPtr target;
+    ExpressionPtr location;
+};
 struct Evaluate
 {
     ExpressionPtr expression;
@@ -216,7 +221,7 @@ struct Evaluate
 struct Statement
 {
     std::variant<Tell, Assign, RepeatForever, RepeatTimes, RepeatWhile, RepeatIn, RepeatRange, ExitRepeat, If,
-                 Try, Return, Raise, Delete, Evaluate>
+                 Try, Return, Raise, Delete, Move, Evaluate>
         node;
 };
 

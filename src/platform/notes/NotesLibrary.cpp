@@ -265,7 +265,7 @@ QString NotesLibrary::moveNote(const QString &id, const QString &folder)
 {
     if (!folders().contains(folder)) {
         fail(NotesLibraryError::Reason::noSuchObject,
-             u"Ein Ordner mit dem Namen „%1“ ist nicht vorhanden."_s.arg(folder));
+             u"Dieser Ordner ist nicht vorhanden: „%1“"_s.arg(folder));
     }
     const NoteEntry *present = find(id);
     if (present != nullptr && present->folder == folder)
@@ -286,9 +286,9 @@ void NotesLibrary::createFolder(const QString &name)
 {
     const QString directory = foldernames::directoryName(name);
     if (directory.isEmpty() || name == deletedFolder())
-        fail(NotesLibraryError::Reason::notPossible, u"Einen Ordner „%1“ kann es nicht geben."_s.arg(name));
+        fail(NotesLibraryError::Reason::notPossible, u"So kann kein Ordner heißen: „%1“"_s.arg(name));
     if (folders().contains(name))
-        fail(NotesLibraryError::Reason::notPossible, u"Der Ordner „%1“ ist schon vorhanden."_s.arg(name));
+        fail(NotesLibraryError::Reason::notPossible, u"Dieser Ordner ist schon vorhanden: „%1“"_s.arg(name));
     syncedfiles::makeFolder(m_root + u'/' + directory);
     m_index.addFolder(name);
 }
@@ -309,8 +309,7 @@ const NoteEntry &NotesLibrary::entry(const QString &id)
     const NoteEntry *note = find(id);
     if (note == nullptr) {
         m_index.requireAllRead();
-        fail(NotesLibraryError::Reason::noSuchObject,
-             u"Eine Notiz mit der Kennung „%1“ ist nicht vorhanden."_s.arg(id));
+        fail(NotesLibraryError::Reason::noSuchObject, u"Diese Notiz ist nicht vorhanden: „%1“"_s.arg(id));
     }
     return *note;
 }

@@ -136,7 +136,7 @@ Object NotesObjectModel::named(const Object &container, ElementClass elementClas
         }
     }
     fail(applescripterror::noSuchObject,
-         u"%1 mit dem Namen „%2“ ist nicht vorhanden."_s.arg(germanName(elementClass), name));
+         u"%1 dieses Namens ist nicht vorhanden: „%2“"_s.arg(germanName(elementClass), name));
 }
 
 Object NotesObjectModel::identified(const Object &container, ElementClass elementClass,
@@ -144,10 +144,13 @@ Object NotesObjectModel::identified(const Object &container, ElementClass elemen
 {
     if (elementClass != ElementClass::note)
         return named(container, elementClass, id);
+    const bool isWhole = container.kind == ObjectKind::application || container.kind == ObjectKind::account;
+    if (isWhole && m_library.ask([&](NotesLibrary &library) { return library.isDeleted(id); }))
+        return {ObjectKind::note, id};
     const QString folder = m_library.ask([&](NotesLibrary &library) { return library.folderOf(id); });
     if (container.kind == ObjectKind::folder && container.key != folder) {
         fail(applescripterror::noSuchObject,
-             u"Im Ordner „%1“ ist keine Notiz mit der Kennung „%2“."_s.arg(container.key, id));
+             u"Diese Notiz ist nicht in diesem Ordner vorhanden: „%1“, „%2“"_s.arg(id, container.key));
     }
     return {ObjectKind::note, id};
 }
@@ -254,6 +257,16 @@ void NotesObjectModel::remove(const Object &object)
              u"%1 kann nicht gelöscht werden."_s.arg(AppleScriptValue(object).description()));
     }
     m_library.ask([&](NotesLibrary &library) { library.deleteNote(object.key); });
+}
+
+void NotesObjectModel::move(const Object &object, const Object &folder)
+{
+    if (object.kind != ObjectKind::note || folder.kind != ObjectKind::folder) {
+        fail(applescripterror::notUnderstood,
+             u"%1 kann nicht an die Stelle %2 bewegt werden."_s.arg(AppleScriptValue(object).description(),
+                                                                    AppleScriptValue(folder).description()));
+    }
+    m_library.ask([&](NotesLibrary &library) { (void)library.moveNote(object.key, folder.key); });
 }
 
 } // namespace randblatt

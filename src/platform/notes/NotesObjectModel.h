@@ -59,6 +59,9 @@ public:
     Object make(const Object &container, ElementClass elementClass,
                 const AppleScriptValue::Fields &properties);
     void remove(const Object &object);
+    /// Moves a note into a folder. That is the way back for a deleted one, of which nothing else is left here
+    /// than that its id leads to it.
+    void move(const Object &object, const Object &folder);
 
 private:
     Object makeNote(const Object &container, const AppleScriptValue::Fields &properties);

@@ -6,7 +6,11 @@
 #include <QProcess>
 #include <QRegularExpression>
 
+#include <csignal>
 #include <utility>
+
+#include <sys/prctl.h>
+#include <unistd.h>
 
 namespace randblatt {
 
@@ -14,10 +18,50 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+// No note is larger.
+constexpr qsizetype longestResult = 32LL * 1024 * 1024;
+constexpr qsizetype longestReport = 64LL * 1024;
+constexpr int timeToDie = 2000; // milliseconds
+
 ScriptOutcome failed(const QString &message, int number)
 {
     return {.text = {}, .failure = ScriptFailure{message, number}};
 }
+
+/// A command in a process group of its own, which does not outlive this process, and whose output is bounded.
+class Command : public QProcess
+{
+public:
+    Command()
+    {
+        setChildProcessModifier([parent = ::getpid()] {
+            ::setpgid(0, 0);
+            ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+            if (::getppid() != parent)
+                ::_exit(1);
+        });
+        // Both come from within the waiting, piece by piece as it is read.
+        connect(this, &QProcess::readyReadStandardOutput, this, [this] {
+            result += readAllStandardOutput();
+            if (result.size() > longestResult && !std::exchange(isTooLong, true))
+                end();
+        });
+        connect(this, &QProcess::readyReadStandardError, this,
+                [this] { report += readAllStandardError().left(longestReport - report.size()); });
+    }
+
+    /// Ends it with all that it started.
+    void end()
+    {
+        if (const qint64 leader = processId(); leader > 0)
+            ::kill(static_cast<pid_t>(-leader), SIGKILL);
+        kill();
+    }
+
+    QByteArray result;
+    QByteArray report;
+    bool isTooLong = false;
+};
 
 } // namespace
 
@@ -29,26 +73,32 @@ OsascriptRunner::OsascriptRunner(QString executable, std::chrono::milliseconds t
 
 ScriptOutcome OsascriptRunner::run(const QString &source)
 {
-    QProcess process;
+    Command command;
     const QDeadlineTimer deadline(m_timeLimit);
-    process.start(m_executable, {u"-"_s});
-    process.write(source.toUtf8());
-    process.closeWriteChannel();
-    if (!process.waitForStarted(static_cast<int>(deadline.remainingTime()))) {
-        return failed(u"„%1“ konnte nicht gestartet werden."_s.arg(m_executable),
+    command.start(m_executable, {u"-"_s});
+    command.write(source.toUtf8());
+    command.closeWriteChannel();
+    if (!command.waitForStarted(static_cast<int>(deadline.remainingTime()))) {
+        return failed(u"Nicht gestartet: „%1“ (%2)"_s.arg(m_executable, command.errorString()),
                       applescripterror::handlerFailed);
     }
-    if (!process.waitForFinished(static_cast<int>(deadline.remainingTime())) &&
-        process.state() != QProcess::NotRunning) {
-        process.kill();
-        process.waitForFinished();
-        return failed(u"Das Skript hat nicht rechtzeitig geantwortet."_s, applescripterror::timedOut);
+    const bool isFinished = command.waitForFinished(static_cast<int>(deadline.remainingTime())) ||
+                            command.state() == QProcess::NotRunning;
+    if (!isFinished || command.isTooLong) {
+        command.end();
+        command.waitForFinished(timeToDie);
     }
-    if (process.exitStatus() != QProcess::NormalExit)
-        return failed(u"„%1“ wurde unerwartet beendet."_s.arg(m_executable), applescripterror::handlerFailed);
-    if (process.exitCode() != 0)
-        return {.text = {}, .failure = failureFromReport(process.readAllStandardError())};
-    QString text = QString::fromUtf8(process.readAllStandardOutput());
+    if (command.isTooLong)
+        return failed(u"Zu groß: Das Skript gibt mehr zurück, als eine Notiz fasst."_s,
+                      applescripterror::outOfMemory);
+    if (!isFinished)
+        return failed(u"Das Skript hat nicht rechtzeitig geantwortet."_s, applescripterror::timedOut);
+    if (command.exitStatus() != QProcess::NormalExit) {
+        return failed(u"Unerwartet beendet: „%1“"_s.arg(m_executable), applescripterror::handlerFailed);
+    }
+    if (command.exitCode() != 0)
+        return {.text = {}, .failure = failureFromReport(command.report)};
+    QString text = QString::fromUtf8(command.result);
     // The command ends what it prints with a line feed of its own.
     if (text.endsWith(u'\n'))
         text.chop(1);
@@ -58,9 +108,11 @@ ScriptOutcome OsascriptRunner::run(const QString &source)
 ScriptFailure OsascriptRunner::failureFromReport(const QByteArray &standardError)
 {
     // As in "31:47: execution error: Message (-1728)", with a file's name in front where there is a file. The
-    // words are the system's language; warnings of the system may stand on lines before.
-    static const QRegularExpression report(uR"((?:^|\n)(?:[^\n]*:)?\d+:\d+: [^:\n]+: (.*) \((-?\d+)\)\s*$)"_s,
-                                           QRegularExpression::DotMatchesEverythingOption);
+    // words are the system's language; warnings of the system may stand on lines before. The number is
+    // missing where the report was cut off.
+    static const QRegularExpression report(
+        uR"((?:^|\n)(?:[^\n]*:)?\d+:\d+: [^:\n]+: (.*?)(?: \((-?\d+)\))?\s*$)"_s,
+        QRegularExpression::DotMatchesEverythingOption);
     const QString text = QString::fromUtf8(standardError);
     if (const QRegularExpressionMatch match = report.match(text); match.hasMatch())
         return {match.captured(1), match.captured(2).toInt()};

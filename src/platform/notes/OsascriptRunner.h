@@ -14,7 +14,8 @@ class OsascriptRunner : public ScriptRunner
 {
 public:
     /// `executable` is the command's path. A script that has not ended after `timeLimit` is an error; the
-    /// first one may wait for the user to allow it.
+    /// first one may wait for the user to allow it. So is one that gives more than a note can hold. The
+    /// command ends with its script at the latest, and with this process.
     explicit OsascriptRunner(QString executable,
                              std::chrono::milliseconds timeLimit = std::chrono::minutes(2));
 

@@ -1,6 +1,7 @@
 #include "ui/controls/InputGuard.h"
 
 #include <QGuiApplication>
+#include <QInputMethod>
 #include <QKeyEvent>
 #include <QQuickWindow>
 #include <QStyleHints>
@@ -14,6 +15,8 @@ namespace {
 // How far apart the presses of a double click may be: less than from one row's button to the next one's.
 constexpr qreal mouseReach = 12;
 constexpr qreal fingerReach = 22;
+// In milliseconds; no keyboard repeats a key sooner.
+constexpr quint64 shortestRepeatDelay = 100;
 
 bool movesFocus(int key)
 {
@@ -84,6 +87,13 @@ bool takesQuickClicks(const QQuickItem *item)
     return false;
 }
 
+void commitText(const QQuickWindow &window)
+{
+    const QQuickItem *item = window.activeFocusItem();
+    if (item != nullptr && item->property("inputMethodComposing").toBool())
+        QGuiApplication::inputMethod()->commit();
+}
+
 } // namespace
 
 InputGuard::InputGuard(QObject *parent)
@@ -109,14 +119,21 @@ bool InputGuard::eventFilter(QObject *watched, QEvent *event)
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
     case QEvent::MouseButtonRelease:
+        if (event->type() == QEvent::MouseButtonPress)
+            commitText(*window);
         if (static_cast<QMouseEvent *>(event)->button() == Qt::LeftButton)
             stops = stopsPointer(*window, *static_cast<QPointerEvent *>(event));
         break;
     case QEvent::TouchBegin:
+        commitText(*window);
+        [[fallthrough]];
     case QEvent::TouchUpdate:
     case QEvent::TouchEnd:
     case QEvent::TouchCancel:
         stops = stopsPointer(*window, *static_cast<QPointerEvent *>(event));
+        break;
+    case QEvent::Hide:
+        commitText(*window);
         break;
     default:
         break;
@@ -126,21 +143,42 @@ bool InputGuard::eventFilter(QObject *watched, QEvent *event)
     return stops;
 }
 
-bool InputGuard::stopsKey(const QQuickWindow &window, const QKeyEvent &key)
+bool InputGuard::isHiddenRepeat(const QKeyEvent &key) const
 {
+    const auto known = m_keys.constFind(key.key());
+    return key.type() == QEvent::KeyPress && !key.isAutoRepeat() && key.nativeScanCode() != 0 &&
+           known != m_keys.cend() && known->releasedAt == key.timestamp() &&
+           key.timestamp() >= known->pressedAt + shortestRepeatDelay;
+}
+
+bool InputGuard::stopsKey(QQuickWindow &window, const QKeyEvent &key)
+{
+    if (isHiddenRepeat(key)) {
+        // X11 tells a repeat as a release and a press at the same time, which the toolkit sees only if both
+        // arrive together. Who comes next learns what it is.
+        QKeyEvent repeat(key.type(), key.key(), key.modifiers(), key.nativeScanCode(), key.nativeVirtualKey(),
+                         key.nativeModifiers(), key.text(), true, static_cast<quint16>(key.count()));
+        repeat.setTimestamp(key.timestamp());
+        QCoreApplication::sendEvent(&window, &repeat);
+        return true;
+    }
     QQuickItem *item = window.activeFocusItem();
+    Key &known = m_keys[key.key()];
     if (key.isAutoRepeat()) {
-        if (movesFocus(key.key()))
-            return false;
         // Text goes where the first key has led; other keys act only where they were pressed.
         const bool isText = !key.text().isEmpty() && key.text().front().isPrint();
-        return !editsText(key, item) || (!isText && m_keysDown.value(key.key()) != item);
+        const bool passes = movesFocus(key.key()) || (editsText(key, item) && (isText || known.item == item));
+        known.isDown = known.isDown || (passes && key.type() == QEvent::KeyPress);
+        return !passes;
     }
     if (key.type() == QEvent::KeyPress) {
-        m_keysDown.insert(key.key(), item);
+        known = {item, true, key.timestamp(), std::nullopt};
         return false;
     }
-    return m_keysDown.take(key.key()) != item && pressesControls(key.key());
+    const bool wasPressedHere = known.isDown && known.item == item;
+    known.isDown = false;
+    known.releasedAt = key.timestamp();
+    return !wasPressedHere && pressesControls(key.key());
 }
 
 bool InputGuard::stopsPointer(QQuickWindow &window, const QPointerEvent &event)

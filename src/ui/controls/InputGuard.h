@@ -6,6 +6,8 @@
 #include <QPointer>
 #include <QQuickItem>
 
+#include <optional>
+
 class QKeyEvent;
 class QPointerEvent;
 class QQuickWindow;
@@ -19,6 +21,9 @@ namespace randblatt {
 /// press goes only to what the first one hit, not to what has come under the pointer since; controls that are
 /// meant to be clicked in a row while they change places say so by a property `takesQuickClicks` of theirs or
 /// of a parent.
+///
+/// A word that an input method has in the making is taken over before a click uses the text, and before the
+/// window hides.
 class InputGuard : public QObject
 {
     Q_OBJECT
@@ -41,12 +46,24 @@ private:
         QPointer<QQuickItem> target;
     };
 
-    [[nodiscard]] bool stopsKey(const QQuickWindow &window, const QKeyEvent &key);
+    /// The latest press of a key.
+    struct Key
+    {
+        /// What had the keyboard then.
+        QPointer<QQuickItem> item;
+        bool isDown = false;
+        /// In milliseconds.
+        quint64 pressedAt = 0;
+        /// None while the key is down.
+        std::optional<quint64> releasedAt;
+    };
+
+    [[nodiscard]] bool isHiddenRepeat(const QKeyEvent &key) const;
+    [[nodiscard]] bool stopsKey(QQuickWindow &window, const QKeyEvent &key);
     [[nodiscard]] bool stopsPress(QQuickWindow &window, const QPointerEvent &event);
     [[nodiscard]] bool stopsPointer(QQuickWindow &window, const QPointerEvent &event);
 
-    /// What had the keyboard when the keys that are down were pressed.
-    QHash<int, QPointer<QQuickItem>> m_keysDown;
+    QHash<int, Key> m_keys;
     Press m_press;
     /// Whether what follows belongs to a press that was stopped.
     bool m_stopsSequence = false;

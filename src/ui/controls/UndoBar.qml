@@ -7,18 +7,20 @@ Item {
     required property CardAppearance appearance
     // What happened, as in "Gelöscht".
     required property string message
+    // For a line among others.
+    property bool isCompact: false
 
     signal undone
     // The pointer or the keyboard is on the button: the offer must not end now.
     signal held(hold: bool)
 
-    implicitHeight: Math.max(32, label.implicitHeight + 2 * 7)
+    implicitHeight: label.implicitHeight + 2 * (isCompact ? 4 : 7)
     Accessible.role: Accessible.AlertMessage
     Accessible.name: message
 
     Rectangle {
         anchors.fill: parent
-        radius: 10
+        radius: 9
         color: root.appearance.alpha(0.12)
         border.width: 1
         border.color: root.appearance.alpha(0.16)

@@ -8,6 +8,48 @@ FormScroll {
     id: root
 
     required property AppSettings settings
+    property StoreHealth health: null
+    property StoreBackups backups: null
+
+    FormSection {
+        objectName: "storeTrouble"
+        visible: unsaved.text !== "" || aside.text !== ""
+        heading: "Gespeicherte Daten"
+
+        FormRow {
+            id: unsaved
+
+            objectName: "unsaved"
+            visible: text !== ""
+            height: visible ? implicitHeight : 0
+            text: root.health?.sentence ?? ""
+            labelWidth: 400
+
+            FormButton {
+                objectName: "retrySaving"
+                anchors.right: parent.right
+                text: "Erneut versuchen"
+                onClicked: root.health.retry()
+            }
+        }
+
+        FormRow {
+            id: aside
+
+            objectName: "aside"
+            visible: text !== ""
+            height: visible ? implicitHeight : 0
+            text: root.health?.asideSentence ?? ""
+            labelWidth: 400
+
+            FormButton {
+                objectName: "openAsideFolder"
+                anchors.right: parent.right
+                text: "Ordner öffnen"
+                onClicked: root.health.openAsideFolder()
+            }
+        }
+    }
 
     FormSection {
         heading: "Verhalten"
@@ -114,5 +156,10 @@ FormScroll {
             number: root.settings.panelHeightFraction
             onEdited: number => root.settings.panelHeightFraction = number
         }
+    }
+
+    BackupSettings {
+        visible: root.backups !== null
+        backups: root.backups
     }
 }

@@ -1,5 +1,6 @@
 import QtQuick
 
+import Randblatt.Controls
 import Randblatt.Forms
 import Randblatt.Settings
 import Randblatt.SettingsUI
@@ -13,6 +14,14 @@ FocusScope {
     required property ThemeEditor editor
     // The media module, if there is one: see SpotifySettings.
     property var media: null
+    property StoreHealth health: null
+    property StoreBackups backups: null
+
+    // What comes back is to be seen.
+    function undo(): void {
+        if (editor.undoHistory.undo())
+            bar.currentIndex = 2
+    }
 
     component Page: Loader {
         required property int index
@@ -48,12 +57,15 @@ FocusScope {
         anchors.top: bar.bottom
         anchors.left: parent.left
         anchors.right: parent.right
-        anchors.bottom: parent.bottom
+        anchors.bottom: undoBar.active ? undoBar.top : parent.bottom
+        anchors.bottomMargin: undoBar.active ? 8 : 0
 
         Page {
             index: 0
             sourceComponent: GeneralSettings {
                 settings: root.settings
+                health: root.health
+                backups: root.backups
             }
         }
 
@@ -80,6 +92,30 @@ FocusScope {
                 media: root.media
             }
         }
+    }
+
+    Loader {
+        id: undoBar
+
+        anchors.horizontalCenter: parent.horizontalCenter
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: 12
+        width: Math.min(parent.width - 2 * 24, FormStyle.formWidth)
+        active: root.editor.undoHistory.offer !== ""
+        sourceComponent: UndoBar {
+            objectName: "undoBar"
+            message: root.editor.undoHistory.offer
+            appearance: CardAppearance {
+                textWhite: FormStyle.dark
+            }
+            onUndone: root.undo()
+            onHeld: hold => root.editor.undoHistory.holdOffer(hold)
+        }
+    }
+
+    UndoKey {
+        window: root.Window.window
+        onPressed: root.undo()
     }
 
     Shortcut {

@@ -2,6 +2,8 @@
 
 #include "settings/AppSettings.h"
 #include "settings/ModuleRegistry.h"
+#include "settings/StoreBackups.h"
+#include "settings/StoreHealth.h"
 #include "ui/forms/FormWindow.h"
 #include "ui/settings/ModuleListModel.h"
 #include "ui/settings/ThemeEditor.h"
@@ -11,11 +13,14 @@ namespace randblatt {
 using namespace Qt::StringLiterals;
 
 SettingsWindowController::SettingsWindowController(QQmlEngine &engine, AppSettings &settings,
-                                                   ModuleRegistry &registry, QObject *media)
+                                                   ModuleRegistry &registry, QObject *media,
+                                                   StoreHealth *health, StoreBackups *backups)
     : m_engine(engine)
     , m_settings(settings)
     , m_registry(registry)
     , m_media(media)
+    , m_health(health)
+    , m_backups(backups)
 {
 }
 
@@ -34,6 +39,8 @@ void SettingsWindowController::show()
                               {u"modules"_s, QVariant::fromValue(m_modules.get())},
                               {u"editor"_s, QVariant::fromValue(m_editor.get())},
                               {u"media"_s, QVariant::fromValue(m_media)},
+                              {u"health"_s, QVariant::fromValue(m_health)},
+                              {u"backups"_s, QVariant::fromValue(m_backups)},
                           },
                           u"Einstellungen – Quillbar"_s,
                           QSize(720, 780),

@@ -15,6 +15,8 @@ class AppSettings;
 class FormWindow;
 class ModuleListModel;
 class ModuleRegistry;
+class StoreBackups;
+class StoreHealth;
 class ThemeEditor;
 
 /// The settings window: made with the first show, kept when it is closed.
@@ -25,9 +27,11 @@ public:
     /// module: its property `auth` is the user's account with the music service, which the window offers to
     /// connect (`isAuthorized`, `lastError`, `signIn()`, `signOut()`), and the `problem` of its property
     /// `webPlayer` says why the application cannot play by itself. They are not asked for before they are
-    /// seen.
+    /// seen. With `health` the window tells what of the settings is not on the disk, with
+    /// `backups` it offers to bring one back.
     SettingsWindowController(QQmlEngine &engine, AppSettings &settings, ModuleRegistry &registry,
-                             QObject *media = nullptr);
+                             QObject *media = nullptr, StoreHealth *health = nullptr,
+                             StoreBackups *backups = nullptr);
     ~SettingsWindowController() override;
 
     void show() override;
@@ -39,6 +43,8 @@ private:
     AppSettings &m_settings;
     ModuleRegistry &m_registry;
     QObject *m_media;
+    StoreHealth *m_health;
+    StoreBackups *m_backups;
     std::unique_ptr<ModuleListModel> m_modules;
     std::unique_ptr<ThemeEditor> m_editor;
     std::unique_ptr<FormWindow> m_window;

@@ -7,6 +7,23 @@ namespace randblatt {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// The present theme with the former value of every field that still is as it was written.
+ThemeConfig restored(ThemeConfig present, const ThemeConfig &written, const ThemeConfig &former)
+{
+    const auto restore = [&](auto... field) {
+        ((present.*field = present.*field == written.*field ? former.*field : present.*field), ...);
+    };
+    restore(&ThemeConfig::frosted, &ThemeConfig::tint, &ThemeConfig::tintStrength, &ThemeConfig::darkness,
+            &ThemeConfig::blur, &ThemeConfig::lightsEnabled, &ThemeConfig::lightColor,
+            &ThemeConfig::lightsIntensity, &ThemeConfig::textWhite, &ThemeConfig::haloStrength,
+            &ThemeConfig::textScale);
+    return present;
+}
+
+} // namespace
+
 ThemeEditor::ThemeEditor(AppSettings &settings, const ModuleRegistry &registry, QObject *parent)
     : QObject(parent)
     , m_settings(settings)
@@ -28,12 +45,39 @@ void ThemeEditor::resetText()
     edited.textWhite = standard.textWhite;
     edited.haloStrength = standard.haloStrength;
     edited.textScale = standard.textScale;
-    m_settings.setTheme(edited, m_selectedID);
+    overwrite(edited);
 }
 
 void ThemeEditor::reset()
 {
-    m_settings.setTheme({}, m_selectedID);
+    overwrite({});
+}
+
+void ThemeEditor::overwrite(const ThemeConfig &theme)
+{
+    const QString moduleID = m_settings.perModuleTheme() ? m_selectedID : QString();
+    const bool isOwn = moduleID.isEmpty() || m_settings.moduleThemes().contains(moduleID);
+    const Overwritten overwritten{moduleID, this->theme(), isOwn, theme};
+    if (isOwn && overwritten.shown == theme)
+        return;
+    m_settings.setTheme(theme, moduleID);
+    m_undoHistory.push(u"Zurückgesetzt"_s, [this, overwritten] { restore(overwritten); });
+}
+
+void ThemeEditor::restore(const Overwritten &theme)
+{
+    if (theme.moduleID.isEmpty()) {
+        m_settings.setGlobalTheme(restored(m_settings.globalTheme(), theme.written, theme.shown));
+        return;
+    }
+    ModuleThemes themes = m_settings.moduleThemes();
+    const ThemeConfig present = themes.value(theme.moduleID, theme.written);
+    if (!theme.wasOwn && present == theme.written)
+        themes.remove(theme.moduleID);
+    else
+        themes.insert(theme.moduleID, restored(present, theme.written, theme.shown));
+    m_settings.setModuleThemes(themes);
+    setSelectedID(theme.moduleID);
 }
 
 QVariantList ThemeEditor::scopes() const

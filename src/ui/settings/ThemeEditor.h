@@ -1,5 +1,6 @@
 #pragma once
 
+#include "settings/UndoHistory.h"
 #include "theme/ThemeConfig.h"
 
 #include <QColor>
@@ -20,6 +21,7 @@ class ThemeEditor : public QObject
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The settings window makes its editor.")
+    Q_PROPERTY(randblatt::UndoHistory *undoHistory READ undoHistory CONSTANT FINAL)
     Q_PROPERTY(QVariantList scopes READ scopes CONSTANT FINAL)
     Q_PROPERTY(QString selectedID READ selectedID WRITE setSelectedID NOTIFY scopeChanged FINAL)
     Q_PROPERTY(QString scopeName READ scopeName NOTIFY scopeChanged FINAL)
@@ -39,10 +41,13 @@ public:
     /// Both are borrowed and must outlive the editor. The registry's first module is selected.
     ThemeEditor(AppSettings &settings, const ModuleRegistry &registry, QObject *parent = nullptr);
 
-    /// Makes the text fields the default's, and leaves the others.
+    /// Makes the text fields the default's, and leaves the others. Can be undone.
     Q_INVOKABLE void resetText();
-    /// Makes the theme the default one.
+    /// Makes the theme the default one. Can be undone.
     Q_INVOKABLE void reset();
+    /// The ways back of this editor. One leads back to the look that was reset, except for what was changed
+    /// since, and selects what it belongs to.
+    [[nodiscard]] UndoHistory *undoHistory() { return &m_undoHistory; }
 
     /// The registry's modules as maps with the members `value`, the id, and `label`, the title.
     [[nodiscard]] QVariantList scopes() const;
@@ -81,12 +86,26 @@ Q_SIGNALS:
 
 private:
     [[nodiscard]] ThemeConfig theme() const;
+    /// A theme that was written over another one.
+    struct Overwritten
+    {
+        /// The module that it belongs to; empty for the global one.
+        QString moduleID;
+        ThemeConfig shown;
+        /// Whether the module had a theme of its own.
+        bool wasOwn = true;
+        ThemeConfig written;
+    };
+
+    void overwrite(const ThemeConfig &theme);
+    void restore(const Overwritten &theme);
     template <typename T>
     void change(T ThemeConfig::*field, const T &value);
 
     AppSettings &m_settings;
     const ModuleRegistry &m_registry;
     QString m_selectedID;
+    UndoHistory m_undoHistory;
 };
 
 } // namespace randblatt

@@ -63,6 +63,19 @@ private Q_SLOTS:
             << notescripts::setBody(u"a\\\"b"_s, u"\"T\\"_s, u"&lt;\t"_s)
             << u"tell application \"Notes\"\n"
                "    set body of note id \"a\\\\\\\"b\" to \"<div><b>\\\"T\\\\</b></div>&amp;lt;\t\"\nend tell"_s;
+        QTest::newRow("folder of") << notescripts::folderOfNote(u"x\"y"_s)
+                                   << u"tell application \"Notes\"\n"
+                                      "    return name of container of note id \"x\\\"y\"\n"
+                                      "end tell"_s;
+        QTest::newRow("move") << notescripts::moveNote(u"x"_s, u"a\"b"_s)
+                              << u"tell application \"Notes\"\n"
+                                 "    move note id \"x\" to folder \"a\\\"b\"\n"
+                                 "end tell"_s;
+        QTest::newRow("move to the default folder")
+            << notescripts::moveNote(u"x"_s, std::nullopt)
+            << u"tell application \"Notes\"\n"
+               "    move note id \"x\" to default folder of account 1\n"
+               "end tell"_s;
         QTest::newRow("delete") << notescripts::deleteNote(u"x"_s)
                                 << u"tell application \"Notes\"\n"
                                    "    delete note id \"x\"\n"
@@ -103,7 +116,16 @@ private Q_SLOTS:
     {
         QFETCH(QString, result);
         QFETCH(QList<NoteSummary>, notes);
-        QCOMPARE(notescripts::notes(result), notes);
+        QCOMPARE(notescripts::notes(result, 80), notes);
+    }
+
+    void readsNoMoreThanIsShown()
+    {
+        const QString row = u"1<§>A<§><§>B<¶>"_s;
+        QCOMPARE(notescripts::notes(row.repeated(1'000'000), 80).size(), 80);
+        QCOMPARE(notescripts::notes(u"1"_s + u"<§>A"_s.repeated(1'000'000), 80),
+                 (QList<NoteSummary>{{u"1"_s, u"A"_s}}));
+        QVERIFY(notescripts::folders(row.repeated(1'000'000)).size() < 10'000);
     }
 
     /// Saving what was opened must change nothing, so a text must come back as it was typed.

@@ -158,6 +158,16 @@ private Q_SLOTS:
         QTRY_COMPARE(m_service->statusMessage(), u"Unbekannter AppleScript-Fehler"_s);
     }
 
+    void shortensMessages()
+    {
+        m_runner->allow();
+        m_runner->fail(u"Keine Zeit:\n\tso\u0007 "_s + QString(10'000, u'x'));
+        m_service->loadNotes(80);
+        QTRY_VERIFY(m_service->statusMessage().startsWith(u"Keine Zeit:  so  xxx"));
+        QVERIFY(m_service->statusMessage().size() <= 300);
+        QVERIFY(m_service->statusMessage().endsWith(u"x…"));
+    }
+
     void survivesExceptions_data()
     {
         QTest::addColumn<std::function<void()>>("fault");
@@ -187,7 +197,7 @@ private Q_SLOTS:
         for (int i = 0; i < 3; ++i)
             m_runner->fail(u"nein"_s);
         m_service->saveBody(u"1"_s, u"T"_s, u"b"_s, NotesService::WriteCompletion());
-        m_service->loadBody(u"1"_s, NotesService::TextCompletion());
+        m_service->loadBody(u"1"_s, NotesService::BodyCompletion());
         m_service->run(u"x"_s, {});
         loadNotes(u"1<§>A<¶>"_s);
         QCOMPARE(namesOf(m_service->notes()), QStringList{u"A"_s});
@@ -211,9 +221,11 @@ private Q_SLOTS:
     {
         m_runner->allow();
         QStringList bodies;
-        const auto keep = [&](const QString &text) {
+        QList<bool> areLoaded;
+        const auto keep = [&](const QString &text, bool isLoaded) {
             QCOMPARE(QThread::currentThread(), qApp->thread());
             bodies.append(text);
+            areLoaded.append(isLoaded);
         };
         m_runner->answer(u"<div>a &amp; b</div><p>c</p>"_s);
         m_runner->giveNothing();
@@ -221,6 +233,7 @@ private Q_SLOTS:
         for (int i = 0; i < 3; ++i)
             m_service->loadBody(u"x"_s, keep);
         QTRY_COMPARE(bodies, (QStringList{u"a & b\n\nc"_s, QString(), u"(Konnte Notiz nicht laden: weg)"_s}));
+        QCOMPARE(areLoaded, (QList<bool>{true, true, false}));
     }
 
     void reloadsAfterChanges_data()
@@ -241,6 +254,10 @@ private Q_SLOTS:
             service.deleteNote(u"1"_s, completion);
         }) << notescripts::deleteNote(u"1"_s)
                                 << u"Konnte Notiz nicht löschen: voll"_s;
+        QTest::newRow("restore") << Change([](NotesService &service, const auto &completion) {
+            service.restoreNote(u"1"_s, u"Ideen"_s, completion);
+        }) << notescripts::moveNote(u"1"_s, u"Ideen"_s)
+                                 << u"Konnte Notiz nicht wiederherstellen: voll"_s;
     }
 
     void reloadsAfterChanges()
@@ -287,7 +304,7 @@ private Q_SLOTS:
         m_service->run(u"x"_s, [&](const ASResult &) { calls.append(u"run"_s); });
         m_service->createNote(u"T"_s, u"b"_s,
                               [&](bool success) { calls.append(success ? u"ja"_s : u"nein"_s); });
-        m_service->loadBody(u"1"_s, [&](const QString &) { calls.append(u"body"_s); });
+        m_service->loadBody(u"1"_s, [&](const QString &, bool) { calls.append(u"body"_s); });
         m_runner->allow();
         m_service.reset();
         QTRY_COMPARE(calls, (QStringList{u"run"_s, u"ja"_s, u"body"_s}));
@@ -351,6 +368,8 @@ private Q_SLOTS:
                 required property NotesService service
                 property string text
                 property bool isDeleted
+                property bool isBack
+                property string folder
                 property Instantiator rows: Instantiator {
                     model: root.service.notes
                     delegate: QtObject {
@@ -362,10 +381,16 @@ private Q_SLOTS:
                     root.service.createNote("Titel", "  a\nb", null);
                 }
                 function open(): void {
-                    root.service.loadBody(root.rows.objectAt(0).note.id, text => root.text = text);
+                    root.service.loadBody(root.rows.objectAt(0).note.id,
+                                          (text, isLoaded) => root.text = text + isLoaded);
                 }
                 function remove(): void {
-                    root.service.deleteNote(root.rows.objectAt(0).note.id, success => root.isDeleted = success);
+                    const id = root.rows.objectAt(0).note.id;
+                    root.service.locateNote(id, folder => root.folder = folder);
+                    root.service.deleteNote(id, success => {
+                        root.isDeleted = success;
+                        root.service.restoreNote(id, root.folder, back => root.isBack = back);
+                    });
                 }
             })",
                           QUrl());
@@ -375,10 +400,12 @@ private Q_SLOTS:
         QMetaObject::invokeMethod(view.get(), "create");
         QTRY_COMPARE(namesOf(service.notes()), QStringList{u"Titel"_s});
         QMetaObject::invokeMethod(view.get(), "open");
-        QTRY_COMPARE(view->property("text").toString(), u"  a\nb"_s);
+        QTRY_COMPARE(view->property("text").toString(), u"  a\nbtrue"_s);
         QMetaObject::invokeMethod(view.get(), "remove");
         QTRY_VERIFY(view->property("isDeleted").toBool());
-        QTRY_COMPARE(service.statusMessage(), u"Keine Notizen gefunden"_s);
+        QTRY_VERIFY(view->property("isBack").toBool());
+        QCOMPARE(view->property("folder").toString(), u"Notizen"_s);
+        QTRY_COMPARE(namesOf(service.notes()), QStringList{u"Titel"_s});
     }
 };
 

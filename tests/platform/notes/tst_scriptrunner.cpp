@@ -12,7 +12,13 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <cerrno>
+#include <csignal>
 #include <memory>
+
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 using namespace randblatt;
@@ -84,6 +90,28 @@ private Q_SLOTS:
         const QString message = error(u"return body of note id \"%1\""_s.arg(id));
         QVERIFY2(message.contains(u"nicht vorhanden") && message.contains(id), qPrintable(message));
         QCOMPARE(run(u"delete note id \"%1\""_s.arg(id)).failure->number, applescripterror::noSuchObject);
+        QCOMPARE(text(u"return exists note id \"%1\""_s.arg(id)), u"false"_s);
+    }
+
+    void movesNotesAndBringsThemBack()
+    {
+        QVERIFY(!run(u"make new folder with properties {name:\"Reise\"}\n"
+                     "make new note at folder \"Reise\" with properties {name:\"A\", body:\"a\"}"_s)
+                     .failure);
+        const QString id = text(u"return id of note 1"_s);
+        const QString where = u"return name of container of note id \"%1\""_s.arg(id);
+        QVERIFY(!run(u"delete note id \"%1\""_s.arg(id)).failure);
+        QVERIFY(error(u"move note id \"%1\" to folder \"Nein\""_s.arg(id)).contains(u"Nein"));
+        QVERIFY(!run(u"move note id \"%1\" to folder \"Reise\""_s.arg(id)).failure);
+        QCOMPARE(text(where), u"Reise"_s);
+        QCOMPARE(text(u"return body of note id \"%1\""_s.arg(id)), u"a"_s);
+        QVERIFY(!run(u"move notes of folder \"Reise\" to default folder of account 1"_s).failure);
+        QCOMPARE(text(where), u"Notizen"_s);
+        QCOMPARE(run(u"move note id \"nie\" to folder \"Reise\""_s).failure->number,
+                 applescripterror::noSuchObject);
+        QVERIFY(run(u"move folder \"Reise\" to folder \"Notizen\""_s).failure);
+        QVERIFY(run(u"move 7 to folder \"Notizen\""_s).failure);
+        QVERIFY(run(u"move note 1 to 7"_s).failure);
     }
 
     void walksFoldersAndNotes()
@@ -193,6 +221,64 @@ private Q_SLOTS:
         QCOMPARE(failure->number, applescripterror::timedOut);
     }
 
+    void boundsWhatACommandGives()
+    {
+        QFETCH_GLOBAL(bool, isCommand);
+        if (!isCommand)
+            return;
+        OsascriptRunner runner(m_command, std::chrono::seconds(60));
+        const auto memory = [] {
+            rusage usage{};
+            ::getrusage(RUSAGE_SELF, &usage);
+            return usage.ru_maxrss; // KiB
+        };
+        const auto before = memory();
+        writeCommand(u"exec yes"_s);
+        const auto endless = runner.run(u"x"_s).failure;
+        QVERIFY(endless);
+        QVERIFY2(endless->message->startsWith(u"Zu groß: "), qPrintable(*endless->message));
+        writeCommand(u"echo '1:2: execution error: Grund' >&2; yes | head -c 300000000 >&2; exit 1"_s);
+        const auto message = runner.run(u"x"_s).failure->message;
+        QVERIFY(message->startsWith(u"Grund"));
+        QVERIFY(memory() - before < 200 * 1024);
+    }
+
+    void leavesNoCommandBehind()
+    {
+        QFETCH_GLOBAL(bool, isCommand);
+        if (!isCommand)
+            return;
+        const QString pids = m_folder->filePath(u"pids"_s);
+        const auto started = [&] {
+            QFile file(pids);
+            return file.open(QIODevice::ReadOnly) ? file.readAll().split('\n').first(2) : QList<QByteArray>();
+        };
+        const auto isGone = [](const QByteArray &pid) {
+            return ::kill(pid.toInt(), 0) != 0 && errno == ESRCH;
+        };
+        // With what it started, when it takes too long
+        writeCommand(
+            u"sleep 600 & echo $! > pids.new; echo $$ >> pids.new; mv pids.new '%1'; wait"_s.arg(pids));
+        const auto restore = qScopeGuard([path = QDir::currentPath()] { QDir::setCurrent(path); });
+        QDir::setCurrent(m_folder->path());
+        QVERIFY(OsascriptRunner(m_command, std::chrono::seconds(2)).run(u"x"_s).failure);
+        for (const QByteArray &pid : started())
+            QTRY_VERIFY(isGone(pid));
+        // When the program is killed
+        QVERIFY(QFile::remove(pids));
+        const pid_t program = ::fork();
+        if (program == 0) {
+            (void)OsascriptRunner(m_command).run(u"x"_s);
+            ::_exit(0);
+        }
+        QTRY_VERIFY(QFile::exists(pids));
+        const QList<QByteArray> left = started();
+        ::kill(program, SIGKILL);
+        ::waitpid(program, nullptr, 0);
+        QTRY_VERIFY(isGone(left.at(1)));
+        ::kill(left.at(0).toInt(), SIGKILL);
+    }
+
     void readsReports_data()
     {
         QTest::addColumn<QByteArray>("report");
@@ -205,6 +291,7 @@ private Q_SLOTS:
                                         << u"Expected: end (x)."_s << -2741;
         QTest::newRow("warning before")
             << QByteArray("2026-01-01 10:00:00 osascript[1:2] warn\n1:2: Fehler: A\nB (5)") << u"A\nB"_s << 5;
+        QTest::newRow("cut off") << QByteArray("1:2: execution error: Can't (ge") << u"Can't (ge"_s << 0;
         QTest::newRow("anything else") << QByteArray("no such thing\n") << u"no such thing"_s << 0;
     }
 

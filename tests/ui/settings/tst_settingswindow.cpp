@@ -1,14 +1,18 @@
 #include "settings/AppSettings.h"
 #include "settings/ModuleRegistry.h"
 #include "settings/Preferences.h"
+#include "settings/StoreBackups.h"
+#include "settings/StoreHealth.h"
 #include "support/Fakes.h"
 #include "support/TestEnvironment.h"
 #include "support/ViewTest.h"
 #include "ui/settings/SettingsWindowController.h"
 
 #include <QAccessible>
+#include <QDir>
 #include <QGuiApplication>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -78,8 +82,9 @@ struct Fixture
     SettingsWindowController controller;
     std::optional<ViewTest> view;
 
-    explicit Fixture(const QString &tab, QObject *media = nullptr)
-        : controller(engine, settings, registry, media)
+    explicit Fixture(const QString &tab, QObject *media = nullptr, StoreHealth *health = nullptr,
+                     StoreBackups *backups = nullptr)
+        : controller(engine, settings, registry, media, health, backups)
     {
         prepareEngine(engine);
         controller.show();
@@ -126,6 +131,38 @@ class SettingsWindowTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void tellsWhatIsNotSavedAndBringsCopiesBack()
+    {
+        const QTemporaryDir folder;
+        Preferences preferences(folder.filePath(u"quillbar/preferences.sqlite"_s));
+        StoreBackups backups(preferences);
+        StoreHealth health;
+        QSignalSpy retried(&health, &StoreHealth::retryRequested);
+        const QString day = u"2026-11-22"_s;
+        QDir(folder.path()).mkpath(u"quillbar/backups"_s);
+        Preferences(folder.filePath(u"quillbar/backups/preferences-2026-11-22.sqlite"_s))
+            .setValue(u"a"_s, true);
+        Fixture f(u"Allgemein"_s, nullptr, &health, &backups);
+        const auto press = [&f](const QString &button) {
+            f.item(button)->forceActiveFocus(Qt::TabFocusReason);
+            f.view->press(Qt::Key_Return);
+        };
+        QVERIFY(!f.item(u"storeTrouble"_s)->isVisible());
+        health.setUnsaved({{{StoreTable::preferences, u"panelWidth"_s}, StoreResult::busy}}, StoreResult::ok);
+        QTRY_VERIFY(f.item(u"storeTrouble"_s)->isVisible());
+        press(u"retrySaving"_s);
+        QCOMPARE(retried.count(), 1);
+
+        press(u"bringBack"_s);
+        QTRY_VERIFY(f.view->find(u"choose-"_s + day) != nullptr);
+        press(u"choose-"_s + day);
+        QCOMPARE(backups.chosen(), day);
+        QTRY_COMPARE(f.item(u"chosenCopy"_s)->property("text").toString(),
+                     u"Beim nächsten Start: Stand von Sonntag, 22. November 2026"_s);
+        press(u"keepPresent"_s);
+        QCOMPARE(backups.chosen(), QString());
+    }
+
     void isOneWindowThatClosesByKeyboard()
     {
         Fixture f(u"Allgemein"_s);
@@ -304,6 +341,33 @@ private Q_SLOTS:
         f.view->press(Qt::Key_Return);
         QCOMPARE(f.settings.theme(u"notes"_s), ThemeConfig());
         QVERIFY(f.settings.globalTheme().frosted);
+
+        // The way back by the bar, and by the key also in a window that was closed.
+        f.view->click(f.item(u"undoButton"_s));
+        QCOMPARE(f.settings.theme(u"notes"_s).darkness, 0.8);
+        QTRY_VERIFY(f.view->find(u"undoBar"_s) == nullptr);
+        f.settings.setPerModuleTheme(false);
+        f.settings.setPerModuleTheme(true);
+        QCOMPARE(f.settings.theme(u"notes"_s).darkness, 0.8);
+        f.view->press(Qt::Key_Escape);
+        QVERIFY(!f.controller.window()->isVisible());
+        f.controller.show();
+        QVERIFY(QTest::qWaitForWindowActive(f.controller.window()));
+        f.view->click(f.item(u"tab-Allgemein"_s));
+        f.view->press(Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(f.settings.theme(u"notes"_s).textScale, 0.7);
+        QVERIFY(f.item(u"tab-Design"_s)->property("current").toBool());
+    }
+
+    void togglesOnceHoweverLongTheKeyIsHeld()
+    {
+        Fixture f(u"Allgemein"_s);
+        f.item(u"alwaysVisible"_s)->forceActiveFocus();
+        for (int i = 0; i < 4; ++i) {
+            QKeyEvent press(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, u"\r"_s, i > 0);
+            QCoreApplication::sendEvent(f.controller.window(), &press);
+        }
+        QVERIFY(f.settings.alwaysVisible());
     }
 
     void takesAColourFromTheDialog()

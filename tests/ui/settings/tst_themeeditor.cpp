@@ -99,6 +99,66 @@ private Q_SLOTS:
         QCOMPARE(f.settings.globalTheme(), ThemeConfig());
     }
 
+    void undoesAReset_data()
+    {
+        QTest::addColumn<bool>("perModule");
+        QTest::addColumn<bool>("hasOwn");
+        QTest::addColumn<bool>("changesSince");
+        QTest::newRow("of all") << false << true << false;
+        QTest::newRow("of all, changed since") << false << true << true;
+        QTest::newRow("of a module") << true << true << false;
+        QTest::newRow("of a module, changed since") << true << true << true;
+        QTest::newRow("of a module without a look of its own") << true << false << false;
+        QTest::newRow("of a module without a look of its own, changed since") << true << false << true;
+    }
+
+    void undoesAReset()
+    {
+        QFETCH(bool, perModule);
+        QFETCH(bool, hasOwn);
+        QFETCH(bool, changesSince);
+        Fixture f;
+        f.editor.setDarkness(0.1);
+        f.editor.setTextScale(1.4);
+        const ThemeConfig global = f.settings.globalTheme();
+        f.settings.setPerModuleTheme(perModule);
+        f.editor.setSelectedID(u"notes"_s);
+        if (hasOwn)
+            f.editor.setBlur(40);
+        const ModuleThemes own = f.settings.moduleThemes();
+        ThemeConfig expected = f.settings.theme(u"notes"_s);
+        f.editor.resetText();
+        f.editor.reset();
+        QCOMPARE(f.editor.darkness(), ThemeConfig().darkness);
+        QCOMPARE(f.editor.undoHistory()->offer(), u"Zurückgesetzt"_s);
+        if (changesSince) {
+            f.editor.setTintStrength(0.3);
+            expected.tintStrength = 0.3;
+        }
+        // Also where the user has gone on to something else.
+        f.editor.setSelectedID(u"todo"_s);
+        f.settings.setPerModuleTheme(false);
+        QVERIFY(f.editor.undoHistory()->undo());
+        QVERIFY(f.editor.undoHistory()->undo());
+        QVERIFY(!f.editor.undoHistory()->undo());
+        f.settings.setPerModuleTheme(perModule);
+        QCOMPARE(f.settings.theme(u"notes"_s), expected);
+        if (perModule) {
+            QCOMPARE(f.settings.globalTheme(), global);
+            QCOMPARE(f.editor.selectedID(), u"notes"_s);
+        }
+        if (!changesSince && perModule)
+            QCOMPARE(f.settings.moduleThemes(), own);
+    }
+
+    void offersNoWayBackFromNothing()
+    {
+        Fixture f;
+        f.editor.reset();
+        f.editor.resetText();
+        QVERIFY(!f.editor.undoHistory()->canUndo());
+    }
+
     void takesColoursWithoutTheirOpacity()
     {
         Fixture f;

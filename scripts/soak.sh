@@ -1,0 +1,44 @@
+#!/usr/bin/env bash
+# Long campaigns by hand against the built program: each acts at random, prints its seed, and ends with a failure
+# when a word is lost.
+#
+#     scripts/soak.sh [walk] [-n <seeds>] [-s <seconds each>] [-j <at a time>] [-f <first seed>]
+set -euo pipefail
+cd "$(dirname "$0")/.."
+source scripts/steps.sh
+source scripts/dependencies.sh
+
+campaign=walk seeds=6 seconds=600 jobs=2 first=$RANDOM
+if [[ ${1:-} == [a-z]* ]]; then
+    campaign=$1
+    shift
+fi
+while getopts n:s:j:f: option; do
+    case $option in
+        n) seeds=$OPTARG ;;
+        s) seconds=$OPTARG ;;
+        j) jobs=$OPTARG ;;
+        f) first=$OPTARG ;;
+        *) fail "Aufruf: scripts/soak.sh [walk] [-n Seeds] [-s Sekunden] [-j zugleich] [-f erster Seed]" ;;
+    esac
+done
+case $campaign in
+    walk) driver=tests/system/random_walk.py ;;
+    *) fail "unbekannte Kampagne: $campaign" ;;
+esac
+
+install_packages "${packages_build[@]}" "${packages_runtime[@]}" "${packages_virtual_desktop[@]}"
+lock_build dev
+build dev --target quillbar
+
+results=$(mktemp --directory --tmpdir "quillbar-soak-$campaign-XXXXXX")
+echo "$seeds Seeds ab $first, je $seconds s, $jobs zugleich; Ergebnisse in $results"
+seq "$first" $((first + seeds - 1)) | xargs -P "$jobs" -I{} sh -c \
+    "/usr/bin/python3 -B $driver --program build/dev/bin/quillbar --seed {} --seconds $seconds --keep '$results' \
+        >'$results/{}.log' 2>&1; tail -n1 '$results/{}.log'" 9>&- || true
+
+passed=$(grep -lE '^seed .* nothing lost$' "$results"/*.log | wc -l)
+grep -hE '^seed .* nothing lost$' "$results"/*.log \
+    | awk '{ actions += $3; kills += $5 } END { print actions + 0 " Aktionen, " kills + 0 " Abstürze ohne Verlust" }'
+((passed == seeds)) || fail "$((seeds - passed)) von $seeds Seeds sind gescheitert, siehe $results"
+rm -r "$results"

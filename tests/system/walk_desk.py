@@ -1,0 +1,308 @@
+"""The hands and eyes of a walk through the built program: keys, pointer, what is shown, and what is on the disk."""
+
+import html.parser
+import json
+import os
+import re
+import signal
+import subprocess
+import time
+from datetime import datetime, timezone
+from zoneinfo import ZoneInfo
+
+import accessibility
+from calendar_file import events
+from virtual_desktop import POLL_INTERVAL, VirtualDesktop
+
+SCREEN = (1440, 1300)
+# Of the same screen, with one that is lower in its place.
+SMALLER_SCREEN = (1440, 1240)
+ZONE = ZoneInfo("Europe/Berlin")
+# With other programs beside it, a machine may take its time.
+PATIENCE = 30.0
+# What no run may write.
+COMPLAINT = re.compile(r"\.qml:\d+|ASSERT|TypeError|ReferenceError|terminate called|Binding loop")
+
+
+class Disagreement(AssertionError):
+    """What stands there is not what the model says."""
+
+
+class NoteReader(html.parser.HTMLParser):
+    """The title and the plain text of a note's file, as another program would read it."""
+
+    def __init__(self, text):
+        super().__init__()
+        self._inside = []
+        self.title = ""
+        self.text = ""
+        self.feed(text)
+        self.text = self.text.strip("\n")
+
+    def handle_starttag(self, tag, _):
+        if tag == "br":
+            self.text += "\n"
+        elif tag in ("title", "body"):
+            self._inside.append(tag)
+        elif tag in ("p", "div") and self.text.strip("\n"):
+            self.text += "\n"
+
+    def handle_endtag(self, tag):
+        if self._inside and tag == self._inside[-1]:
+            self._inside.pop()
+
+    def handle_data(self, data):
+        if self._inside == ["title"]:
+            self.title += data
+        elif self._inside == ["body"]:
+            # The lines of the source are none of the text's.
+            self.text += data.replace("\n", "").replace("\xa0", " ")
+
+
+class Desk:
+    def __init__(self, program):
+        self._program = program
+        self.desktop = VirtualDesktop(screens=(SCREEN,), compositor=True)
+        self.desktop.store(hasOnboarded=True, enabledModuleIDs=["todo", "calendar", "notes"], todoViewMode="list",
+                           notesMode="scratch", launchAtLogin=False)
+        self.folder = self.desktop.data_home / "quillbar"
+        self._bus = accessibility.start_bus(self.desktop)
+        self.program = None
+        self._application = None
+        self.kills = 0
+
+    def close(self):
+        self.desktop.close()
+
+    # --- the process
+
+    def start(self):
+        self.program = self.desktop.start([self._program], env=accessibility.ENVIRONMENT)
+        self._application = accessibility.Application(self._bus, self.program.pid)
+        self.wait(self.windows, "the program does not answer")
+
+    def kill(self):
+        """Ends the process without a word to it."""
+        self.program.process.send_signal(signal.SIGKILL)
+        self.program.wait()
+        self.kills += 1
+        self._gone()
+
+    def quit(self):
+        self.program.process.send_signal(signal.SIGTERM)
+        code = self.program.wait(PATIENCE)
+        if code != 0:
+            raise Disagreement(f"the program ended with {code}")
+        self._gone()
+
+    def _gone(self):
+        self._application.close()
+        self._application = None
+        self.check_log()
+
+    def check_log(self):
+        found = COMPLAINT.search(self.program.log)
+        if found:
+            line = next(line for line in self.program.log.splitlines() if found.group() in line)
+            raise Disagreement(f"the program wrote: {line}")
+
+    # --- waiting
+
+    def wait(self, condition, message):
+        end = time.monotonic() + PATIENCE
+        while True:
+            if self.program and self.program.process.poll() is not None:
+                raise Disagreement(f"the program ended with {self.program.process.returncode}\n{self.program.log}")
+            try:
+                value = condition()
+            except accessibility.Unreachable:
+                value = None
+            if value:
+                return value
+            if time.monotonic() > end:
+                raise Disagreement(message() if callable(message) else message)
+            time.sleep(POLL_INTERVAL)
+
+    # --- what is seen
+
+    def window(self, pattern="Quillbar"):
+        """The window of this title, or None."""
+        return next((window for window in self.windows() if window.role == "frame" and window.has("showing")
+                     and re.fullmatch(pattern, window.name)), None)
+
+    def card(self, title):
+        panel = self.window()
+        return panel.first("panel", title) if panel else None
+
+    def windows(self):
+        return self._application.windows()
+
+    def frames(self, nodes):
+        return self._application.frames(nodes)
+
+    def frame(self, find):
+        """The place of what find() gives, once it rests."""
+        former = None
+
+        def rests():
+            nonlocal former
+            node = find()
+            present = self.frames([node])[0] if node else None
+            same = present is not None and present == former
+            former = present
+            return present if same else None
+        return self.wait(rests, lambda: f"nothing there to click:\n{self.window()}")
+
+    def click(self, find, button=1, repeat=1, at=None):
+        """Clicks into the middle of what find() gives, or at a part of its width."""
+        x, y, width, height = self.frame(find)
+        place = x + (width // 2 if at is None else round(width * at))
+        self.desktop.click(place, y + height // 2, button=button, repeat=repeat)
+
+    def read_tasks(self):
+        card = self.card("To-Do")
+        shown = {"field": card.first("text", "Neue Aufgabe…").text}
+        board = card.first("panel", "Kanban-Tafel")
+        if board:
+            columns = [(re.fullmatch(r"(.*), (\d+)", column.name), column) for column in board.children]
+            shown["counts"] = {match.group(1): int(match.group(2)) for match, _ in columns}
+            # The others are out of sight.
+            label = list(shown["counts"])[self.shown_column()]
+            shown["columns"] = {label: [row.name for row in self.task_rows(card, label)]}
+        else:
+            rows = self.task_rows(card)
+            done = [node for node in card.first("list", "Aufgaben").children
+                    if node.name == "Erledigt" and node.has("showing")]
+            # Below the heading are the done ones.
+            places = self.frames(rows + done)
+            border = places[-1][1] if done else float("inf")
+            shown["rows"] = [(row.name, place[1] > border) for row, place in zip(rows, places)]
+            editors = [editor.text for row in rows for editor in row.find("text")]
+            shown["editor"] = editors[0] if editors else None
+        return shown
+
+    def task_rows(self, card, column=None):
+        """The rows of the list, or of a column of the board, as they stand; the tree has them as they were made."""
+        name, button = (column, "Aktionen: .*") if column else ("Aufgaben", "Erledigt: .*")
+        rows = [row for row in card.first("list", name).children if row.has("visible") and row.first(name=button)]
+        places = self.frames(rows)
+        return [rows[index] for index in sorted(range(len(rows)), key=lambda index: places[index][1])]
+
+    def shown_column(self):
+        """The number of the column that the board shows."""
+        board = self.card("To-Do").first("panel", "Kanban-Tafel")
+        left, *places = self.frames([board] + board.children)
+        return min(range(len(places)), key=lambda index: abs(places[index][0] - left[0]))
+
+    def note_rows(self):
+        rows = self.card("Notizen").first("list", "Notizen").children
+        return [row for row in rows if row.has("visible")]
+
+    def note_editor(self):
+        return next((node for node in self.card("Notizen").find("text") if node.has("showing")), None)
+
+    def read_notes(self):
+        card = self.card("Notizen")
+        pad = card.first("text", "Notizzettel")
+        if pad and pad.has("showing"):
+            return {"pad": plain(pad.text)}
+        heading = next(node for node in card.find("heading") if node.name != "Ordner")
+        texts = [node for node in card.find("text") if node.has("showing")]
+        if heading.name == "Neue Notiz" and len(texts) == 2:
+            return {"composer": (texts[0].text, plain(texts[1].text))}
+        if texts:
+            return {"note": heading.name, "text": plain(texts[0].text)}
+        return {"names": sorted(row.name for row in self.note_rows())}
+
+    def read_events(self):
+        card = self.card("Kalender")
+        form = None
+        title = card.first("text", "Titel")
+        if card.first(name="Formular schließen"):
+            form = (title.text, card.first("text", "Beginn").text)
+        rows = [row.name.rsplit(", ", 1)[0] for row in card.find("list item") if row.has("visible")]
+        return {"form": form, "titles": sorted(rows)}
+
+    def read(self):
+        return {"To-Do": self.read_tasks(), "Notizen": self.read_notes(), "Kalender": self.read_events()}
+
+    # --- what is on the disk
+
+    def stored(self):
+        preferences = self.desktop.preferences()
+        tasks = sorted(json.loads(preferences.get("todoItems.v1", b"[]")), key=lambda task: task["order"])
+        notes = [NoteReader(path.read_text(encoding="utf-8")) for path in self.note_files()]
+        return {"tasks": [(task["title"], task["status"]) for task in tasks],
+                "pad": preferences.get("notesScratch", ""),
+                "notes": sorted((note.title, note.text) for note in notes),
+                "events": sorted((unescaped(event["SUMMARY"]), local(event["DTSTART"]))
+                                 for event in events(self.folder / "calendar.ics"))}
+
+    def note_files(self):
+        return sorted((self.folder / "notes/Notizen").glob("*.html"))
+
+    # --- hands
+
+    def show(self, side):
+        width = self.desktop.screens[0][0]
+        self.desktop.move(0 if side == "left" else width - 1, 600)
+        self.wait(lambda: self.card("To-Do") and self.card("Kalender") and self.card("Notizen")
+                  and self.desktop.windows("^Quillbar$"), "the panel does not come")
+
+    def leave(self, side):
+        """Moves the pointer to where no panel reaches."""
+        width = self.desktop.screens[0][0]
+        self.desktop.move(width - 300 if side == "left" else 300, 1100)
+
+    def hide(self, side):
+        self.leave(side)
+        self.wait(lambda: not self.desktop.windows("^Quillbar$"), "the panel does not go")
+        # The program looks where the pointer is every 80 ms.
+        time.sleep(0.3)
+
+    def call(self, action):
+        self.desktop.run("gdbus", "call", "--session", "--dest", "com.randblatt.Quillbar", "--object-path",
+                         "/com/randblatt/Quillbar", "--method", "org.freedesktop.Application.ActivateAction", action,
+                         "@av []", "@a{sv} {}")
+
+    def type(self, text):
+        """Types; line feeds are Return."""
+        for index, line in enumerate(text.split("\n")):
+            if index:
+                self.desktop.key("Return")
+            if line:
+                self.desktop.at_screen("xdotool", "type", "--delay", 8, "--", line)
+
+    def hold_key(self, key):
+        """Holds a key for as long as the keyboard takes to repeat it often."""
+        self.desktop.at_screen("xdotool", "keydown", key)
+        time.sleep(1.2)
+        self.desktop.at_screen("xdotool", "keyup", key)
+
+    def typing(self, text):
+        """Types aside; returns the process that does."""
+        return subprocess.Popen(["xdotool", "type", "--delay", "15", "--", text], env=self.desktop.environment)
+
+    def keep(self, target):
+        """Leaves the home folder, the logs and a picture of the screen at target."""
+        os.makedirs(target, exist_ok=True)
+        try:
+            self.desktop.screenshot(os.path.join(target, "screen.png"))
+        except RuntimeError as error:
+            print(f"no picture: {error}")
+        subprocess.run(["cp", "-a", "--no-target-directory", str(self.desktop.folder), target], check=False,
+                       capture_output=True)
+
+
+def plain(text):
+    """A document's text with line feeds."""
+    return text.replace("\u2029", "\n").replace("\u2028", "\n")
+
+
+def unescaped(text):
+    return re.sub(r"\\(.)", lambda match: "\n" if match.group(1) in "nN" else match.group(1), text)
+
+
+def local(text):
+    moment = datetime.strptime(text, "%Y%m%dT%H%M%SZ").replace(tzinfo=timezone.utc).astimezone(ZONE)
+    return moment.strftime("%d.%m.%Y, %H:%M")

@@ -1,0 +1,219 @@
+"""What a person was shown, kept without the program: tasks, texts, notes, appointments, and what is half typed.
+
+The operations say what has to stand there afterwards; shown() and stored() are held against the screen and the
+disk.
+"""
+
+from dataclasses import dataclass, field
+
+COLUMNS = {"backlog": "Offen", "doing": "In Arbeit", "done": "Erledigt"}
+
+
+@dataclass(eq=False)
+class Task:
+    title: str
+    status: str = "backlog"
+
+
+@dataclass(eq=False)
+class Note:
+    name: str
+    body: str
+
+
+@dataclass(eq=False)
+class Event:
+    title: str
+    # As the form showed it: "23.11.2026, 11:31".
+    start: str
+
+
+@dataclass
+class EventForm:
+    isOpen: bool = False
+    title: str = ""
+    # None: the program's own proposal.
+    start: str | None = None
+
+
+@dataclass
+class Editor:
+    """The field in which a task's title is being changed."""
+
+    task: Task
+    text: str
+
+
+@dataclass
+class Browser:
+    """What is open on the notes page: the list, the composer or a note."""
+
+    page: str = "list"
+    # Of the composer, kept while it is closed.
+    title: str = ""
+    body: str = ""
+    note: Note | None = None
+    text: str = ""
+
+
+@dataclass
+class Model:
+    isShown: bool = False
+    side: str = "left"
+    showsBoard: bool = False
+    showsPad: bool = True
+    # In the order in which they were added; the columns and the list keep it.
+    tasks: list = field(default_factory=list)
+    pad: str = ""
+    notes: list = field(default_factory=list)
+    events: list = field(default_factory=list)
+    # What is half typed.
+    newTask: str = ""
+    editor: Editor | None = None
+    form: EventForm = field(default_factory=EventForm)
+    browser: Browser = field(default_factory=Browser)
+    clipboard: str = ""
+    # The ways back of each card, the latest last: (serial, function).
+    histories: dict = field(default_factory=lambda: {"To-Do": [], "Kalender": [], "Notizen": []})
+    serial: int = 0
+    # The card in which a way back was just remembered, which its bar offers.
+    fresh: str | None = None
+
+    # --- undo
+
+    def remember(self, card, back):
+        self.serial += 1
+        self.fresh = card
+        self.histories[card].append((self.serial, back))
+
+    def undo(self, card):
+        """Takes the latest change of a card back."""
+        self.histories[card].pop()[1]()
+
+    def undone_from(self, card):
+        """The card whose latest change the key takes back while the keyboard is in `card`; None for none."""
+        if self.histories[card]:
+            return card
+        last = max(self.histories, key=lambda name: self.histories[name][-1][0] if self.histories[name] else 0)
+        return last if self.histories[last] else None
+
+    # --- tasks
+
+    def add_task(self):
+        title = self.newTask.strip()
+        self.newTask = ""
+        if title:
+            self.tasks.append(Task(title))
+
+    def delete_tasks(self, gone):
+        places = [(index, task) for index, task in enumerate(self.tasks) if task in gone]
+        self.tasks = [task for task in self.tasks if task not in gone]
+
+        def back():
+            for index, task in places:
+                self.tasks.insert(index, task)
+        self.remember("To-Do", back)
+
+    def set_status(self, task, status):
+        former = task.status
+        if status == former:
+            return
+        task.status = status
+
+        def back():
+            if task in self.tasks and task.status == status:
+                task.status = former
+        self.remember("To-Do", back)
+
+    def toggle_task(self, task):
+        self.set_status(task, "backlog" if task.status == "done" else "done")
+
+    def rename_task(self, task, text):
+        title, former = text.strip(), task.title
+        if not title or title == former:
+            return
+        task.title = title
+
+        def back():
+            if task in self.tasks and task.title == title:
+                task.title = former
+        self.remember("To-Do", back)
+
+    def commit_edit(self):
+        if self.editor:
+            editor, self.editor = self.editor, None
+            self.rename_task(editor.task, editor.text)
+
+    def drop_edit(self):
+        editor, self.editor = self.editor, None
+        text = editor.text.strip()
+
+        def back():
+            self.commit_edit()
+            self.editor = Editor(editor.task, editor.text)
+        if text and text != editor.task.title:
+            self.remember("To-Do", back)
+
+    def listed(self):
+        """The tasks as the list shows them: the open ones, then the done ones."""
+        return sorted(self.tasks, key=lambda task: task.status == "done")
+
+    def column(self, status):
+        return [task for task in self.tasks if task.status == status]
+
+    # --- appointments
+
+    def add_event(self, start):
+        event = Event(self.form.title.strip(), start)
+        self.form = EventForm()
+        self.events.append(event)
+        self.remember("Kalender", lambda: self.events.remove(event))
+
+    # --- what ends with a process
+
+    def process_ended(self):
+        self.isShown = False
+        self.clipboard = ""
+        # Closed and without a title, the form is no draft.
+        if not self.form.isOpen and not self.form.title:
+            self.form = EventForm()
+        for history in self.histories.values():
+            history.clear()
+
+    # --- what has to be seen
+
+    def shown(self):
+        return {"To-Do": self._shown_tasks(), "Notizen": self._shown_notes(), "Kalender": self._shown_events()}
+
+    def _shown_tasks(self):
+        shown = {"field": self.newTask}
+        if self.showsBoard:
+            shown["counts"] = {label: len(self.column(status)) for status, label in COLUMNS.items()}
+            shown["columns"] = {label: [task.title for task in self.column(status)]
+                                for status, label in COLUMNS.items()}
+        else:
+            shown["rows"] = [(task.title, task.status == "done") for task in self.listed()]
+            shown["editor"] = self.editor.text if self.editor else None
+        return shown
+
+    def _shown_notes(self):
+        if self.showsPad:
+            return {"pad": self.pad}
+        if self.browser.page == "composer":
+            return {"composer": (self.browser.title, self.browser.body)}
+        if self.browser.page == "note":
+            return {"note": self.browser.note.name, "text": self.browser.text}
+        return {"names": sorted(note.name for note in self.notes)}
+
+    def _shown_events(self):
+        form = self.form
+        return {"form": (form.title, form.start) if form.isOpen else None,
+                "titles": sorted(event.title for event in self.events)}
+
+    # --- what has to be on the disk
+
+    def stored(self):
+        return {"tasks": [(task.title, task.status) for task in self.tasks],
+                "pad": self.pad,
+                "notes": sorted((note.name, note.body) for note in self.notes),
+                "events": sorted((event.title, event.start) for event in self.events)}
