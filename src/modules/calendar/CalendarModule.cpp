@@ -2,6 +2,7 @@
 
 #include "modules/calendar/AgendaModel.h"
 #include "modules/calendar/AgendaRefresh.h"
+#include "modules/calendar/EventDraft.h"
 
 namespace randblatt {
 
@@ -19,6 +20,7 @@ CalendarModule::CalendarModule(CalendarStore &store, SystemWake &wake, const Cal
     , m_service(new CalendarService(store, clock, this))
     , m_agenda(new AgendaModel(*m_service, this))
     , m_refresh(new AgendaRefresh(*m_service, store, wake, clock, this))
+    , m_draft(new EventDraft(*m_service, clock, this))
 {
 }
 
@@ -42,7 +44,8 @@ ViewDescription CalendarModule::makeView() const
     return {QUrl(u"qrc:/qt/qml/Randblatt/Calendar/CalendarView.qml"_s),
             {{u"service"_s, QVariant::fromValue(m_service)},
              {u"agenda"_s, QVariant::fromValue(m_agenda)},
-             {u"refresh"_s, QVariant::fromValue(m_refresh)}}};
+             {u"refresh"_s, QVariant::fromValue(m_refresh)},
+             {u"draft"_s, QVariant::fromValue(m_draft)}}};
 }
 
 } // namespace randblatt

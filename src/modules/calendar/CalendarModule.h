@@ -7,6 +7,7 @@ namespace randblatt {
 
 class AgendaModel;
 class AgendaRefresh;
+class EventDraft;
 class SystemWake;
 
 /// The calendar: an agenda of the coming days, and a form to add an event.
@@ -27,11 +28,13 @@ public:
     [[nodiscard]] ViewDescription makeView() const override;
 
     [[nodiscard]] CalendarService *service() const { return m_service; }
+    [[nodiscard]] EventDraft *draft() const { return m_draft; }
 
 private:
     CalendarService *m_service;
     AgendaModel *m_agenda;
     AgendaRefresh *m_refresh;
+    EventDraft *m_draft;
 };
 
 } // namespace randblatt
