@@ -159,7 +159,8 @@ std::vector<std::unique_ptr<SidebarModule>> RandblattApp::makeModules()
 {
     std::vector<std::unique_ptr<SidebarModule>> modules;
     modules.push_back(std::make_unique<TodoModule>(m_settings, m_preferences));
-    modules.push_back(std::make_unique<CalendarModule>(*m_backends.calendar, *m_backends.wake));
+    modules.push_back(
+        std::make_unique<CalendarModule>(*m_backends.calendar, *m_backends.wake, m_preferences));
     modules.push_back(std::make_unique<NotesModule>(m_settings, m_preferences, m_backends.scripts));
     modules.push_back(std::make_unique<SpotifyModule>(
         SpotifyModule::Environment{m_settings, m_preferences, *m_backends.mediaKeys, *m_backends.signIn,

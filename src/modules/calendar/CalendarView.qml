@@ -98,6 +98,7 @@ FocusScope {
             appearance: root.appearance
             authorized: root.service.authorized
             statusMessage: root.service.statusMessage
+            reason: root.service.reason
             showAdd: root.showAdd
             formHeight: form.implicitHeight
             // Above the events, the list would let it grow out of sight.

@@ -2,25 +2,84 @@
 
 #include "modules/calendar/DateTimeText.h"
 
+#include <QJsonObject>
+
+#include <algorithm>
 #include <utility>
 
 namespace randblatt {
 
-EventDraft::EventDraft(CalendarService &service, CalendarService::Clock clock, QObject *parent)
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr auto openKey = "open"_L1;
+constexpr auto titleKey = "title"_L1;
+constexpr auto startKey = "start"_L1;
+constexpr auto startTextKey = "startText"_L1;
+constexpr auto durationKey = "durationMinutes"_L1;
+constexpr auto uidKey = "uid"_L1;
+
+} // namespace
+
+EventDraft::EventDraft(CalendarService &service, Preferences &preferences, CalendarService::Clock clock,
+                       QObject *parent)
     : QObject(parent)
     , m_service(service)
     , m_clock(std::move(clock))
+    , m_stored(preferences, u"calendar.event"_s)
 {
     connect(&service, &CalendarService::addFinished, this, &EventDraft::finish);
+    restore();
     beginView();
 }
 
 void EventDraft::beginView()
 {
-    if (m_isStartChosen || m_startText != DateTimeText::text(m_start))
+    if (m_isStartChosen || isStartPending())
         return;
     setStart(m_clock());
     m_isStartChosen = false;
+}
+
+void EventDraft::restore()
+{
+    if (m_stored.isEmpty())
+        return;
+    const QJsonObject values = m_stored.values();
+    m_isOpen = values.value(openKey).toBool();
+    m_title = values.value(titleKey).toString();
+    m_uid = values.value(uidKey).toString();
+    m_durationMinutes = std::max(1, values.value(durationKey).toInt(m_durationMinutes));
+    const auto start = QDateTime::fromString(values.value(startKey).toString(), Qt::ISODateWithMs);
+    if (!DateTimeText::isWritable(start))
+        return;
+    m_start = start;
+    m_isStartChosen = true;
+    m_startText = values.value(startTextKey).toString(DateTimeText::text(start));
+    m_startProblem = DateTimeText::read(m_startText, start, m_clock()).problem;
+}
+
+void EventDraft::store()
+{
+    if (!m_isOpen && m_title.isEmpty() && !isStartPending()) {
+        m_stored.clear();
+        return;
+    }
+    QJsonObject values{{openKey, m_isOpen},
+                       {titleKey, m_title},
+                       {startKey, m_start.toString(Qt::ISODateWithMs)},
+                       {durationKey, m_durationMinutes}};
+    if (isStartPending())
+        values.insert(startTextKey, m_startText);
+    if (!m_uid.isEmpty())
+        values.insert(uidKey, m_uid);
+    m_stored.setValues(values);
+}
+
+bool EventDraft::isStartPending() const
+{
+    return m_startText != DateTimeText::text(m_start);
 }
 
 bool EventDraft::commitStart()
@@ -51,8 +110,11 @@ void EventDraft::add()
 {
     if (m_service.saving() || !commitStart())
         return;
+    if (m_uid.isEmpty())
+        m_uid = CalendarService::newUid();
+    store();
     m_submittedTitle = m_title;
-    m_service.addEvent(m_title, m_start, m_start.addSecs(m_durationMinutes * 60LL));
+    m_service.addEvent(m_title, m_start, m_start.addSecs(m_durationMinutes * 60LL), m_uid);
 }
 
 void EventDraft::finish(bool saved)
@@ -68,6 +130,7 @@ void EventDraft::setOpen(bool open)
     if (m_isOpen == open)
         return;
     m_isOpen = open;
+    store();
     Q_EMIT openChanged();
 }
 
@@ -76,6 +139,7 @@ void EventDraft::setTitle(const QString &title)
     if (m_title == title)
         return;
     m_title = title;
+    changeEvent();
     Q_EMIT titleChanged();
 }
 
@@ -84,12 +148,16 @@ void EventDraft::setStart(const QDateTime &start)
     if (!DateTimeText::isWritable(start))
         return;
     m_isStartChosen = true;
-    if (m_start != start) {
-        m_start = start;
-        Q_EMIT startChanged();
-    }
     setStartProblem({});
-    showStartText(DateTimeText::text(start));
+    if (m_start == start) {
+        showStartText(DateTimeText::text(start));
+        return;
+    }
+    m_start = start;
+    m_startText = DateTimeText::text(start);
+    changeEvent();
+    Q_EMIT startChanged();
+    Q_EMIT startTextChanged();
 }
 
 void EventDraft::setStartText(const QString &text)
@@ -105,6 +173,7 @@ void EventDraft::setDurationMinutes(int minutes)
     if (m_durationMinutes == minutes)
         return;
     m_durationMinutes = minutes;
+    changeEvent();
     Q_EMIT durationMinutesChanged();
 }
 
@@ -113,7 +182,14 @@ void EventDraft::showStartText(const QString &text)
     if (m_startText == text)
         return;
     m_startText = text;
+    store();
     Q_EMIT startTextChanged();
+}
+
+void EventDraft::changeEvent()
+{
+    m_uid.clear();
+    store();
 }
 
 void EventDraft::setStartProblem(const QString &problem)

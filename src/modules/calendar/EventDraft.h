@@ -1,6 +1,7 @@
 #pragma once
 
 #include "modules/calendar/CalendarService.h"
+#include "settings/Draft.h"
 
 #include <QDateTime>
 #include <QObject>
@@ -9,8 +10,8 @@
 
 namespace randblatt {
 
-/// The event that is being put together, and whether its form is open. It outlives the views that show it.
-/// What is typed is here with every letter, so that nothing depends on where the keyboard is.
+/// The event that is being put together, and whether its form is open. It outlives the views that show it and
+/// the process. What is typed is here with every letter, so that nothing depends on where the keyboard is.
 class EventDraft : public QObject
 {
     Q_OBJECT
@@ -25,8 +26,9 @@ class EventDraft : public QObject
         int durationMinutes READ durationMinutes WRITE setDurationMinutes NOTIFY durationMinutesChanged FINAL)
 
 public:
-    /// `service` is borrowed and must outlive the draft.
-    EventDraft(CalendarService &service, CalendarService::Clock clock, QObject *parent = nullptr);
+    /// References are borrowed and must outlive the draft.
+    EventDraft(CalendarService &service, Preferences &preferences, CalendarService::Clock clock,
+               QObject *parent = nullptr);
 
     /// A view has been made: a start that nobody has set is that of now.
     Q_INVOKABLE void beginView();
@@ -64,12 +66,17 @@ Q_SIGNALS:
     void durationMinutesChanged();
 
 private:
+    void restore();
+    void store();
+    void changeEvent();
+    [[nodiscard]] bool isStartPending() const;
     void showStartText(const QString &text);
     void setStartProblem(const QString &problem);
     void finish(bool saved);
 
     CalendarService &m_service;
     CalendarService::Clock m_clock;
+    Draft m_stored;
     bool m_isOpen = false;
     QString m_title;
     QDateTime m_start;
@@ -80,6 +87,8 @@ private:
     bool m_isStartChosen = false;
     /// The title of the event that is being saved.
     QString m_submittedTitle;
+    /// Names the event from the first attempt to save it until it is another one.
+    QString m_uid;
 };
 
 } // namespace randblatt

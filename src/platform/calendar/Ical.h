@@ -55,7 +55,10 @@ private:
 /// The same for a value of a property that has several.
 [[nodiscard]] ZonedTime zonedTime(const icaltimetype &value, icalproperty *property, IcalZones &zones);
 
-/// A VEVENT of its own uid for an event, its times in UTC.
+/// A VEVENT for an event, its times in UTC.
 [[nodiscard]] QByteArray newEventText(const NewCalendarEvent &event);
+/// What people put into a VEVENT, but not what programs and servers note there on their way. Empty for a text
+/// that is no VEVENT.
+[[nodiscard]] QByteArray eventFingerprint(const QByteArray &event);
 
 } // namespace randblatt

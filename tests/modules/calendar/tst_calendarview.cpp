@@ -2,12 +2,14 @@
 #include "modules/calendar/CalendarModule.h"
 #include "modules/calendar/EventDraft.h"
 #include "platform/SystemWake.h"
+#include "settings/Preferences.h"
 #include "support/TestEnvironment.h"
 #include "support/ViewTest.h"
 
 #include <QAccessible>
 #include <QGuiApplication>
 #include <QQmlProperty>
+#include <QSignalSpy>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -51,6 +53,7 @@ class CalendarViewTest : public QObject
 private:
     std::unique_ptr<FakeCalendarStore> m_store;
     SystemWake m_wake;
+    std::unique_ptr<Preferences> m_preferences;
     std::unique_ptr<CalendarModule> m_module;
     std::unique_ptr<ViewTest> m_view;
 
@@ -64,7 +67,8 @@ private:
 
     void showStore(int height = 500)
     {
-        m_module = std::make_unique<CalendarModule>(*m_store, m_wake, [] { return at(0, 8); });
+        m_module =
+            std::make_unique<CalendarModule>(*m_store, m_wake, *m_preferences, [] { return at(0, 8); });
         const ViewDescription content = m_module->makeView();
         m_view = std::make_unique<ViewTest>(
             cardSource(), QVariantMap{{u"view"_s, content.properties}, {u"viewSource"_s, content.source}},
@@ -103,6 +107,7 @@ private:
     }
 
 private Q_SLOTS:
+    void init() { m_preferences = std::make_unique<Preferences>(Preferences::inMemory()); }
     void cleanup()
     {
         m_view.reset();
@@ -223,6 +228,9 @@ private Q_SLOTS:
             QTRY_COMPARE(m_view->find(u"addForm"_s)->parentItem()->property("progress").toReal(),
                          draft().isOpen() ? 1.0 : 0.0);
             m_view->click(m_view->findAll(name).first());
+            // A list takes clicks from its first frame on.
+            if (name == u"durationPicker"_s)
+                QVERIFY(QSignalSpy(&m_view->window(), &QQuickWindow::frameSwapped).wait());
         }
         QTRY_COMPARE(m_store->saved.size(), 1);
         const bool isOtherDay = clicks.contains(u"monthDay"_s);
