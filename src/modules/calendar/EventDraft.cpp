@@ -36,7 +36,8 @@ EventDraft::EventDraft(CalendarService &service, Preferences &preferences, Calen
 
 void EventDraft::beginView()
 {
-    if (m_isStartChosen || isStartPending())
+    // Nobody changes what somebody has in front of him.
+    if (m_isStartChosen || isStartPending() || (m_start.isValid() && (m_isOpen || !m_title.isEmpty())))
         return;
     setStart(m_clock());
     m_isStartChosen = false;

@@ -30,7 +30,7 @@ public:
     EventDraft(CalendarService &service, Preferences &preferences, CalendarService::Clock clock,
                QObject *parent = nullptr);
 
-    /// A view has been made: a start that nobody has set is that of now.
+    /// A view has been made: a start that nobody has set or seen is that of now.
     Q_INVOKABLE void beginView();
     /// Takes what is typed for the start. False if it is not understood: then it stays, with a problem.
     Q_INVOKABLE bool commitStart();

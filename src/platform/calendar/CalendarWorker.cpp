@@ -5,6 +5,7 @@
 #include <QLoggingCategory>
 
 #include <chrono>
+#include <vector>
 
 namespace randblatt {
 
@@ -43,7 +44,8 @@ CalendarWorker::~CalendarWorker()
         return;
     qCWarning(lcCalendar, "Der Kalender antwortet nicht; das Programm wartet nicht auf ihn.");
     // Its destructor would wait.
-    (void)m_queue.release();
+    static auto *abandoned = new std::vector<std::unique_ptr<QThreadPool>>;
+    abandoned->push_back(std::move(m_queue));
 }
 
 void CalendarWorker::start(std::function<void()> task)

@@ -70,8 +70,11 @@ ZonedTime ZonedTime::addDays(int days) const
     return later;
 }
 
-ZonedTime zonedTime(const icaltimetype &value, icalproperty *property, IcalZones &zones)
+std::optional<ZonedTime> zonedTime(const icaltimetype &value, icalproperty *property, IcalZones &zones)
 {
+    if (icaltime_is_null_time(value) || !icaltime_is_valid_time(value) ||
+        !QDate::isValid(value.year, value.month, value.day))
+        return std::nullopt;
     ZonedTime time{value, nullptr};
     if (value.is_date)
         return time;
@@ -103,9 +106,6 @@ std::optional<ZonedTime> zonedTime(icalproperty *property, IcalZones &zones)
     default:
         return std::nullopt;
     }
-    if (icaltime_is_null_time(time) || !icaltime_is_valid_time(time) ||
-        !QDate::isValid(time.year, time.month, time.day))
-        return std::nullopt;
     return zonedTime(time, property, zones);
 }
 

@@ -50,10 +50,12 @@ private:
     QHash<QByteArray, icaltimezone *> m_known;
 };
 
-/// Reads a property's time; none where there is none. A time in an unknown zone floats.
+/// Reads a property's time; none where there is none, or none that makes sense. A time in an unknown zone
+/// floats.
 [[nodiscard]] std::optional<ZonedTime> zonedTime(icalproperty *property, IcalZones &zones);
 /// The same for a value of a property that has several.
-[[nodiscard]] ZonedTime zonedTime(const icaltimetype &value, icalproperty *property, IcalZones &zones);
+[[nodiscard]] std::optional<ZonedTime> zonedTime(const icaltimetype &value, icalproperty *property,
+                                                 IcalZones &zones);
 
 /// A VEVENT for an event, its times in UTC.
 [[nodiscard]] QByteArray newEventText(const NewCalendarEvent &event);

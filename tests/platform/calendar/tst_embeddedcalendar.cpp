@@ -412,6 +412,10 @@ private Q_SLOTS:
             event("5", "SUMMARY:Zweimal\nDTSTART:20261028T080000Z") +
             event("6", "SUMMARY:Nie\nDTSTART:20261001T080000Z\nRRULE:FREQ=YEARLY;BYMONTH=2;BYMONTHDAY=30") +
             event("7", "SUMMARY:Abgesagt\nSTATUS:CANCELLED\nDTSTART:20261028T080000Z") +
+            event("9", "SUMMARY:Endlos\nDTSTART:20270101T080000Z\nDURATION:P4000000000W\nRRULE:FREQ=DAILY") +
+            event("10", "SUMMARY:Zusatz ohne Sinn\nDTSTART:20261030T080000Z\n"
+                        "RDATE:99999999T999999Z,20261301T080000Z,20261031T080000Z\n"
+                        "RDATE;VALUE=PERIOD:99990230T080000Z/PT1H") +
             event("8", "SUMMARY:Regel ohne Sinn\nDTSTART:20261029T080000Z\nRRULE:FREQ=MANCHMAL")));
         QVERIFY(access(*store));
         const auto events = fetch(*store, QDate(2026, 10, 26), 7);
@@ -419,7 +423,9 @@ private Q_SLOTS:
                  (QStringList{u"2026-10-26 11:00 – 2026-10-26 11:00 Rückwärts"_s, u"2026-10-27 +2 Gemischt"_s,
                               u"2026-10-28 09:00 – 2026-10-28 09:00 Zweimal"_s,
                               u"2026-10-28 09:00 – 2026-10-28 09:00 Zweimal"_s,
-                              u"2026-10-29 09:00 – 2026-10-29 09:00 Regel ohne Sinn"_s}));
+                              u"2026-10-29 09:00 – 2026-10-29 09:00 Regel ohne Sinn"_s,
+                              u"2026-10-30 09:00 – 2026-10-30 09:00 Zusatz ohne Sinn"_s,
+                              u"2026-10-31 09:00 – 2026-10-31 09:00 Zusatz ohne Sinn"_s}));
         QVERIFY(events->at(2).id != events->at(3).id);
     }
 

@@ -48,18 +48,23 @@ struct EvolutionCalendar::Worker
         g_source_set_callback(
             source,
             [](gpointer data) -> gboolean {
-                (void)guarded(
-                    [data] {
-                        (*static_cast<std::function<void()> *>(data))();
-                        return true;
-                    },
-                    [](const QString &) { return false; });
+                (*static_cast<std::function<void()> *>(data))();
                 return G_SOURCE_REMOVE;
             },
             new std::function<void()>(std::move(task)),
             [](gpointer data) { delete static_cast<std::function<void()> *>(data); });
         g_source_attach(source, context.get());
         g_source_unref(source);
+    }
+
+    void answer(const std::function<void()> &give)
+    {
+        (void)guarded(
+            [&] {
+                gate.pass(give);
+                return true;
+            },
+            [](const QString &) { return false; });
     }
 
     GlibPointer<GMainContext> context{g_main_context_new()};
@@ -104,7 +109,7 @@ QString EvolutionCalendar::name() const
 void EvolutionCalendar::setChangeHandler(std::function<void()> handler)
 {
     m_worker->server.setChangeHandler(
-        [worker = m_worker.get(), handler = std::move(handler)] { worker->gate.pass(handler); });
+        [worker = m_worker.get(), handler = std::move(handler)] { worker->answer(handler); });
 }
 
 template <typename Answer, typename Task>
@@ -113,7 +118,7 @@ void EvolutionCalendar::post(const Task &task, std::function<void(const Answer &
     // The task is the worker's own, which lives as long as its tasks.
     m_worker->post([worker = m_worker.get(), task, completion = std::move(completion)] {
         const Answer answer = guarded([&] { return task(worker->server); }, &Answer::failure);
-        worker->gate.pass([&] { completion(answer); });
+        worker->answer([&] { completion(answer); });
     });
 }
 
