@@ -20,7 +20,7 @@ from virtual_desktop import VirtualDesktop, wait_for
 # The plus sign of the first card, and where its form's parts are.
 FORM_SWITCH = (385, 83)
 START_FIELD = (290, 154)
-ADD_BUTTON = (350, 228)
+ADD_BUTTON = (343, 235)
 BERLIN = ZoneInfo("Europe/Berlin")
 
 
@@ -56,6 +56,12 @@ class CalendarTest(unittest.TestCase):
         wait_for(lambda: self.draft().get("open"), message="the form does not open")
         time.sleep(0.4)
 
+    def type_title(self, text):
+        wait_for(lambda: self.desktop.active_window() in self.desktop.windows("^Quillbar$"),
+                 message="the panel has no keyboard")
+        self.desktop.type(text)
+        wait_for(lambda: self.draft().get("title") == text, message=lambda: f"{self.draft()}")
+
     def type_start(self, text):
         self.desktop.click(*START_FIELD)
         self.desktop.key("ctrl+a")
@@ -77,7 +83,7 @@ class CalendarTest(unittest.TestCase):
         self.file.write_bytes(theirs)
         sidebar = self.start()
         self.open_form()
-        self.desktop.type("Zahnarzt; Größe")
+        self.type_title("Zahnarzt; Größe")
         self.type_start("24.12. 18:00")
         # The button takes no keyboard from the field.
         self.desktop.click(*ADD_BUTTON)
@@ -102,7 +108,7 @@ class CalendarTest(unittest.TestCase):
     def test_keeps_a_draft_over_a_kill(self):
         sidebar = self.start()
         self.open_form()
-        self.desktop.type("Theater")
+        self.type_title("Theater")
         self.type_start("bald")
         self.desktop.click(*ADD_BUTTON)
         wait_for(lambda: self.draft().get("startText") == "bald", message=lambda: str(self.draft()))
@@ -114,6 +120,8 @@ class CalendarTest(unittest.TestCase):
         draft = self.draft()
         self.assertEqual((draft["open"], draft["title"], draft["startText"]), (True, "Theater", "bald"))
         self.type_start("24.12.2027 18:00")
+        # The mark goes, and the form has its usual height again.
+        time.sleep(0.4)
         self.desktop.click(*ADD_BUTTON)
         self.wait_events(1)
         self.assertEqual((events(self.file)[0]["SUMMARY"], events(self.file)[0]["DTSTART"]),
@@ -123,21 +131,29 @@ class CalendarTest(unittest.TestCase):
 
     def test_leaves_a_file_alone_that_it_cannot_read(self):
         elsewhere = self.desktop.home / "termine.ics"
-        half = calendar(event("x", "Neujahr"))[:-30]
-        elsewhere.write_bytes(half)
+        today = datetime.now(BERLIN)
+        whole = calendar(*(event(str(day), f"Tag {day}", f"{today + timedelta(days=day):%Y%m%d}")
+                           for day in range(6)))
+        elsewhere.write_bytes(whole)
         self.file.symlink_to(elsewhere)
         before = sorted(self.file.parent.iterdir())
-        self.start()
+        sidebar = self.start()
+        half = whole[:-30]
+        elsewhere.write_bytes(half)
+        wait_for(lambda: "unvollständig" in sidebar.program.log, message=lambda: sidebar.program.log)
+        time.sleep(0.4)
+        # The message moves nothing out of sight.
         self.open_form()
-        self.desktop.type("Zahnarzt")
+        self.type_title("Zahnarzt")
         self.desktop.key("Return")
         wait_for(lambda: self.draft().get("uid"), message=lambda: str(self.draft()))
+        self.assertEqual(elsewhere.read_bytes(), half)
         # Whole again, it is read and written to; nothing has to be typed a second time.
-        elsewhere.write_bytes(calendar(event("x", "Neujahr")))
+        elsewhere.write_bytes(whole)
 
         def tried():
             self.desktop.key("Return")
-            return len(events(elsewhere)) == 2
+            return len(events(elsewhere)) == 7
         wait_for(tried, message=lambda: elsewhere.read_text())
         self.assertTrue(self.file.is_symlink())
         self.assertEqual([path for path in sorted(self.file.parent.iterdir()) if "calendar" in path.name],
@@ -160,8 +176,7 @@ class CalendarTest(unittest.TestCase):
         bus.terminate()
         # It is there, and does what it is told.
         self.open_form()
-        self.desktop.type("Zahnarzt")
-        wait_for(lambda: self.draft().get("title") == "Zahnarzt", message=lambda: sidebar.program.log)
+        self.type_title("Zahnarzt")
         self.assertTrue(sidebar.program.is_running(), sidebar.program.log)
 
     def test_ends_though_the_server_hangs(self):
@@ -179,9 +194,9 @@ class CalendarTest(unittest.TestCase):
             os.kill(process, signal.SIGSTOP)
             self.addCleanup(os.kill, process, signal.SIGKILL)
         self.open_form()
-        self.desktop.type("Zahnarzt")
+        self.type_title("Zahnarzt")
         self.desktop.key("Return")
-        wait_for(lambda: self.draft().get("uid"), message=lambda: sidebar.program.log)
+        wait_for(lambda: self.draft().get("uid"), message=lambda: f"{self.draft()}\n{sidebar.program.log}")
         started = time.monotonic()
         sidebar.program.process.terminate()
         # The server's calls would take eight seconds and more.

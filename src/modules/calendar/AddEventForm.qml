@@ -120,13 +120,39 @@ Column {
         }
     }
 
-    ProminentButton {
-        objectName: "addButton"
-        anchors.right: parent.right
-        accent: root.appearance.accent
-        textSize: Metrics.bodySize * root.appearance.textScale
-        text: "Hinzufügen"
-        enabled: !root.saving
-        onClicked: root.submitted()
+    Item {
+        width: parent.width
+        height: Math.max(addButton.height, problem.visible ? problem.height : 0)
+
+        CardText {
+            id: problem
+
+            objectName: "addProblem"
+            visible: text !== ""
+            anchors.left: parent.left
+            anchors.right: addButton.left
+            anchors.rightMargin: Metrics.gap
+            anchors.verticalCenter: parent.verticalCenter
+            appearance: root.appearance
+            size: Metrics.captionSize
+            color: root.appearance.destructive
+            wrapMode: Text.WordWrap
+            text: root.draft.problem
+            Accessible.role: Accessible.AlertMessage
+            Accessible.name: text
+        }
+
+        ProminentButton {
+            id: addButton
+
+            objectName: "addButton"
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            accent: root.appearance.accent
+            textSize: Metrics.bodySize * root.appearance.textScale
+            text: "Hinzufügen"
+            enabled: !root.saving
+            onClicked: root.submitted()
+        }
     }
 }

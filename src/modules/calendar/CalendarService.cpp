@@ -90,6 +90,8 @@ void CalendarService::finishAdd(const CalendarStore::Saved &saved)
     Q_EMIT addFinished(static_cast<bool>(saved));
     if (saved)
         Q_EMIT eventAdded(*saved);
+    else
+        Q_EMIT addFailed(m_reason.isEmpty() ? m_statusMessage : m_reason);
 }
 
 void CalendarService::removeEvent(const SavedEvent &event)

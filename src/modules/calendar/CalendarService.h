@@ -66,6 +66,8 @@ Q_SIGNALS:
     void savingChanged();
     void addFinished(bool saved);
     void eventAdded(const randblatt::SavedEvent &event);
+    /// The store refused an event, for the given reason.
+    void addFailed(const QString &problem);
     /// The event could not be removed for now.
     void removalFailed(const randblatt::SavedEvent &event);
     void reloaded(bool succeeded);

@@ -45,12 +45,6 @@ FocusScope {
             titleInput.forceActiveFocus(Qt.TabFocusReason)
     }
 
-    function add(): void {
-        // The button takes no focus, so an input method may still be holding the last word.
-        Qt.inputMethod.commit()
-        draft.add()
-    }
-
     onOnScreenChanged: followScreen(onScreen)
     Component.onCompleted: {
         draft.beginView()
@@ -94,6 +88,8 @@ FocusScope {
         header: AgendaTop {
             id: top
 
+            property real knownHeight: 0
+
             width: list.width
             appearance: root.appearance
             authorized: root.service.authorized
@@ -103,8 +99,10 @@ FocusScope {
             formHeight: form.implicitHeight
             // Above the events, the list would let it grow out of sight.
             onHeightChanged: {
-                if (root.showAdd || list.atYBeginning)
+                const growth = Math.max(0, height - knownHeight)
+                if (root.showAdd || list.contentY - list.originY <= growth + 1)
                     list.positionViewAtBeginning()
+                knownHeight = height
             }
             onFormToggled: root.toggleForm()
             onAccessWanted: root.service.requestAccess()
@@ -119,7 +117,7 @@ FocusScope {
                 draft: root.draft
                 durations: root.durations
                 saving: root.service.saving
-                onSubmitted: root.add()
+                onSubmitted: root.draft.add()
                 Component.onCompleted: root.titleInput = titleInput
             }
         }

@@ -82,7 +82,6 @@ FieldFrame {
         accent: root.appearance.accent
         text: "Tag wählen"
         onClicked: {
-            Qt.inputMethod.commit()
             root.committed()
             popup.openAt(root.value)
         }

@@ -2,6 +2,8 @@
 
 #include "modules/calendar/DateTimeText.h"
 
+#include <QGuiApplication>
+#include <QInputMethod>
 #include <QJsonObject>
 
 #include <algorithm>
@@ -20,6 +22,12 @@ constexpr auto startTextKey = "startText"_L1;
 constexpr auto durationKey = "durationMinutes"_L1;
 constexpr auto uidKey = "uid"_L1;
 
+/// Buttons take no focus, so an input method may still be holding the last word.
+void endComposition()
+{
+    QGuiApplication::inputMethod()->commit();
+}
+
 } // namespace
 
 EventDraft::EventDraft(CalendarService &service, Preferences &preferences, CalendarService::Clock clock,
@@ -30,6 +38,7 @@ EventDraft::EventDraft(CalendarService &service, Preferences &preferences, Calen
     , m_stored(preferences, u"calendar.event"_s)
 {
     connect(&service, &CalendarService::addFinished, this, &EventDraft::finish);
+    connect(&service, &CalendarService::addFailed, this, &EventDraft::setProblem);
     restore();
     beginView();
 }
@@ -85,6 +94,7 @@ bool EventDraft::isStartPending() const
 
 bool EventDraft::commitStart()
 {
+    endComposition();
     const TypedTime typed = DateTimeText::read(m_startText, m_start, m_clock());
     setStartProblem(typed.problem);
     if (!typed.problem.isEmpty())
@@ -111,6 +121,7 @@ void EventDraft::add()
 {
     if (m_service.saving() || !commitStart())
         return;
+    setProblem({});
     if (m_uid.isEmpty())
         m_uid = CalendarService::newUid();
     store();
@@ -131,6 +142,7 @@ void EventDraft::setOpen(bool open)
     if (m_isOpen == open)
         return;
     m_isOpen = open;
+    setProblem({});
     store();
     Q_EMIT openChanged();
 }
@@ -190,7 +202,16 @@ void EventDraft::showStartText(const QString &text)
 void EventDraft::changeEvent()
 {
     m_uid.clear();
+    setProblem({});
     store();
+}
+
+void EventDraft::setProblem(const QString &problem)
+{
+    if (m_problem == problem)
+        return;
+    m_problem = problem;
+    Q_EMIT problemChanged();
 }
 
 void EventDraft::setStartProblem(const QString &problem)

@@ -22,6 +22,7 @@ class EventDraft : public QObject
     Q_PROPERTY(QDateTime start READ start WRITE setStart NOTIFY startChanged FINAL)
     Q_PROPERTY(QString startText READ startText WRITE setStartText NOTIFY startTextChanged FINAL)
     Q_PROPERTY(QString startProblem READ startProblem NOTIFY startProblemChanged FINAL)
+    Q_PROPERTY(QString problem READ problem NOTIFY problemChanged FINAL)
     Q_PROPERTY(
         int durationMinutes READ durationMinutes WRITE setDurationMinutes NOTIFY durationMinutesChanged FINAL)
 
@@ -54,6 +55,8 @@ public:
     void setStartText(const QString &text);
     /// Why the typed start could not be taken; empty until that is tried, and once it can be.
     [[nodiscard]] QString startProblem() const { return m_startProblem; }
+    /// Why the event could not be saved; empty until that is tried, and from the next change on.
+    [[nodiscard]] QString problem() const { return m_problem; }
     [[nodiscard]] int durationMinutes() const { return m_durationMinutes; }
     void setDurationMinutes(int minutes);
 
@@ -63,6 +66,7 @@ Q_SIGNALS:
     void startChanged();
     void startTextChanged();
     void startProblemChanged();
+    void problemChanged();
     void durationMinutesChanged();
 
 private:
@@ -72,6 +76,7 @@ private:
     [[nodiscard]] bool isStartPending() const;
     void showStartText(const QString &text);
     void setStartProblem(const QString &problem);
+    void setProblem(const QString &problem);
     void finish(bool saved);
 
     CalendarService &m_service;
@@ -82,6 +87,7 @@ private:
     QDateTime m_start;
     QString m_startText;
     QString m_startProblem;
+    QString m_problem;
     int m_durationMinutes = 60;
     /// Whether somebody has set the start.
     bool m_isStartChosen = false;

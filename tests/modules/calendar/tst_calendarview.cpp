@@ -197,12 +197,17 @@ private Q_SLOTS:
     {
         show({});
         m_store->saves = false;
+        m_store->reason = u"Kein freier Speicherplatz."_s;
         openForm();
         m_view->type(u"Zahnarzt"_s);
         m_view->press(Qt::Key_Return);
-        QTRY_COMPARE(texts(u"statusMessage"_s), QStringList{u"Konnte Termin nicht speichern."_s});
+        QTRY_COMPARE(texts(u"statusMessage"_s),
+                     QStringList{u"Kein freier Speicherplatz. Konnte Termin nicht speichern."_s});
+        QCOMPARE(texts(u"addProblem"_s), QStringList{u"Kein freier Speicherplatz."_s});
         QVERIFY(draft().isOpen());
         QCOMPARE(texts(u"titleField"_s), QStringList{u"Zahnarzt"_s});
+        m_view->type(u"!"_s);
+        QVERIFY(texts(u"addProblem"_s).isEmpty());
     }
 
     void takesATypedStartWhateverIsClickedNext_data()

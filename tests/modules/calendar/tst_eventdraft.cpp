@@ -5,7 +5,7 @@
 #include "settings/Preferences.h"
 #include "support/TestEnvironment.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -171,5 +171,5 @@ private Q_SLOTS:
     }
 };
 
-RANDBLATT_TEST_MAIN(EventDraftTest, QCoreApplication)
+RANDBLATT_TEST_MAIN(EventDraftTest, QGuiApplication)
 #include "tst_eventdraft.moc"

@@ -24,14 +24,6 @@ QString unreachable()
     return u"Der Kalenderdienst antwortet nicht."_s;
 }
 
-/// The connection that GLib shares would end the process together with the session bus.
-void outliveTheBus(GCancellable *cancellable)
-{
-    const GlibPointer<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, cancellable, nullptr));
-    if (bus)
-        g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
-}
-
 } // namespace
 
 EvolutionServer::EvolutionServer(QByteArray serverName, GlibPointer<GCancellable> shutdown)
@@ -52,8 +44,14 @@ bool EvolutionServer::open()
         return true;
     close();
     const Deadline deadline(m_shutdown.get(), timeToOpen);
-    outliveTheBus(deadline.cancellable());
     GlibError error;
+    m_bus.reset(g_bus_get_sync(G_BUS_TYPE_SESSION, deadline.cancellable(), error.out()));
+    if (!m_bus) {
+        qCWarning(lcCalendar, "Sitzungsbus nicht erreichbar: %s", error.message());
+        return false;
+    }
+    // Else the end of the session bus would end the process.
+    g_dbus_connection_set_exit_on_close(m_bus.get(), FALSE);
     m_registry.reset(e_source_registry_new_sync(deadline.cancellable(), error.out()));
     if (!m_registry) {
         qCWarning(lcCalendar, "Kalenderdienst nicht erreichbar: %s", error.message());
@@ -84,6 +82,7 @@ void EvolutionServer::close()
     if (m_registry)
         disconnectSignals(m_registry.get(), &m_changed);
     m_registry.reset();
+    m_bus.reset();
 }
 
 EvolutionClient *EvolutionServer::client(ESource *source)

@@ -40,6 +40,8 @@ private:
     const QByteArray m_serverName;
     GlibPointer<GCancellable> m_shutdown;
     std::function<void()> m_changed;
+    /// The connection that all in the process share, as long as somebody has it.
+    GlibPointer<GDBusConnection> m_bus;
     GlibPointer<ESourceRegistry> m_registry;
     guint m_serverWatch = 0;
     bool m_serverDied = false;
