@@ -8,6 +8,7 @@
 #include <csignal>
 #include <random>
 #include <sys/mman.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -46,6 +47,7 @@ int numberIn(const Preferences &preferences, int key)
 
 [[noreturn]] void writeUntilKilled(const QString &path, Shared &shared, quint32 seed)
 {
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
     Preferences preferences(path);
     std::mt19937 random(seed);
     // Checkpoints beside it, more often than any program would.
