@@ -97,9 +97,14 @@ void RandblattApp::followStore()
     const auto all = m_delegate.registry().allModules();
     for (const SidebarModule *module : all)
         module->notice()->follow(m_preferences.health(), module->id());
+    // Where there is most room for it.
     const auto shown = m_delegate.registry().enabledModules();
-    if (!shown.isEmpty())
-        shown.first()->notice()->setNamesAside(true);
+    const auto tallest =
+        std::max_element(shown.cbegin(), shown.cend(), [this](const auto *one, const auto *other) {
+            return m_settings.height(one->id()) < m_settings.height(other->id());
+        });
+    if (tallest != shown.cend())
+        (*tallest)->notice()->setNamesAside(true);
     connect(&m_preferences.health(), &StoreHealth::folderRequested, this,
             [](const QString &folder) { QDesktopServices::openUrl(QUrl::fromLocalFile(folder)); });
 }
