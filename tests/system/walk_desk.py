@@ -263,9 +263,16 @@ class Desk:
 
     def hide(self, side):
         self.leave(side)
+        self.wait_hidden()
+
+    def wait_hidden(self):
         self.wait(lambda: not self.desktop.windows("^Quillbar$"), "the panel does not go")
         # The program looks where the pointer is every 80 ms.
         time.sleep(0.3)
+
+    def has_keyboard(self):
+        panels = self.desktop.windows("^Quillbar$")
+        return bool(panels) and self.desktop.active_window() == panels[0]
 
     def call(self, action):
         self.desktop.run("gdbus", "call", "--session", "--dest", "com.randblatt.Quillbar", "--object-path",
