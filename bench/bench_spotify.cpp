@@ -1,15 +1,24 @@
 // How long the music service's answers take to parse: playlists as the service sends them, 50 to a page, and
 // tracks, 100 to a page. The application does this on another thread than the one that draws.
 
+#include "modules/media/HttpReply.h"
+#include "modules/media/RunAside.h"
 #include "modules/media/SpotifyParsing.h"
 #include "modules/media/SpotifyTrackModel.h"
+#include "support/HttpServer.h"
 
 #include <QCoreApplication>
+#include <QEventLoop>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QThread>
+#include <QTimer>
 
 #include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <ctime>
 
 using namespace Qt::StringLiterals;
 using namespace randblatt;
@@ -68,8 +77,62 @@ void appendTrackPage(benchmark::State &state)
     }
 }
 
+double threadMilliseconds()
+{
+    timespec now{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
+}
+
+/// The longest time, in milliseconds, that the thread that draws works between two chances of drawing, while
+/// 10 MB come in and are parsed. Its own time: on a busy machine it waits longer.
+void holdUpByLargeAnswer(benchmark::State &state)
+{
+    QThread thread;
+    QObject inThread;
+    inThread.moveToThread(&thread);
+    thread.start();
+    const QByteArray body =
+        R"({"is_playing":true,"item":{"name":"Nachtzug"},"rest":")" + QByteArray(10'000'000, 'x') + "\"}";
+    HttpServer *server = nullptr;
+    QMetaObject::invokeMethod(
+        &inThread,
+        [&] { server = new HttpServer([&](const HttpRequest &) { return HttpResponse{.body = body}; }); },
+        Qt::BlockingQueuedConnection);
+    QNetworkAccessManager network;
+    double longest = 0;
+    for ([[maybe_unused]] auto iteration : state) {
+        QEventLoop loop;
+        double since = threadMilliseconds();
+        QTimer frames;
+        QObject::connect(&frames, &QTimer::timeout, &loop, [&] {
+            const double now = threadMilliseconds();
+            longest = std::max(longest, now - since);
+            since = now;
+        });
+        frames.start(1);
+        sendHttp(network, "GET", QNetworkRequest(server->url(u"/"_s)), {}, 32'000'000, &loop,
+                 [&](const HttpReply &reply) {
+                     runAside(
+                         &loop, [json = reply.body] { return parseNowPlaying(json); },
+                         [&](const auto &playing) {
+                             if (!playing)
+                                 state.SkipWithError("not understood");
+                             loop.quit();
+                         });
+                 });
+        loop.exec();
+    }
+    QMetaObject::invokeMethod(
+        &inThread, [&] { delete server; }, Qt::BlockingQueuedConnection);
+    thread.quit();
+    thread.wait();
+    state.counters["longest_ms"] = longest;
+}
+
 } // namespace
 
+BENCHMARK(holdUpByLargeAnswer)->Unit(benchmark::kMillisecond);
 BENCHMARK(parsePlaylistPages)->Arg(100)->Unit(benchmark::kMillisecond);
 BENCHMARK(parseTrackPages)->Arg(10'000)->Unit(benchmark::kMillisecond);
 BENCHMARK(appendTrackPage)->Unit(benchmark::kMicrosecond);

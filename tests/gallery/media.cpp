@@ -95,6 +95,90 @@ void fill(SpotifyServer &server)
     server.nowPlaying = MediaFixture::playing(u"Nachtzug"_s, server.url(u"/image/2"_s).toString());
 }
 
+/// What the card says when something fails, with a track and without, in a low card and in the usual one.
+void takeFailures(const QColor &wallpaper, const QString &suffix)
+{
+    const QString poll = u"GET /v1/me/player/currently-playing"_s;
+    const HttpResponse broken{.status = 500, .body = "{}"};
+    const HttpResponse pause{.status = 429, .headers = {{"Retry-After", "7200"}}};
+    for (const double height : {160.0, 300.0}) {
+        const QString name = height < 200 ? u"-low"_s + suffix : suffix;
+        {
+            MediaFixture f;
+            f.server.loseNetwork();
+            Card card(f, height, wallpaper);
+            card.save(u"offline"_s + name);
+        }
+        // In a low card no row is in sight.
+        if (height > 200) {
+            MediaFixture f;
+            fill(f.server);
+            f.server.fault(u"GET /v1/playlists/mine/tracks"_s, broken, 9);
+            Card card(f, height, wallpaper);
+            QTest::qWait(300);
+            f.server.fault(u"POST /v1/me/player/next"_s, broken);
+            card.module().service()->setDeviceID(u"own"_s);
+            card.press(u"playlistRow"_s);
+            QTest::qWait(300);
+            card.save(u"tracks-broken"_s + name);
+            f.server.fault(poll, pause);
+            card.module().service()->refreshNowPlaying();
+            card.save(u"pause"_s + name);
+        }
+        {
+            MediaFixture f;
+            fill(f.server);
+            Card card(f, height, wallpaper);
+            card.press(u"newPlaylistButton"_s);
+            card.view().type(u"Sommer"_s);
+            f.server.fault(u"POST /v1/users/me/playlists"_s, pause);
+            card.press(u"createButton"_s);
+            card.save(u"prompt-failed"_s + name);
+        }
+        if (height > 200) {
+            MediaFixture f;
+            fill(f.server);
+            Card card(f, height, wallpaper);
+            card.press(u"playlistRow"_s);
+            card.press(u"removeButton"_s);
+            card.save(u"removed"_s + name);
+            f.server.loseNetwork();
+            card.press(u"undoButton"_s);
+            card.save(u"not-put-back"_s + name);
+        }
+        {
+            MediaFixture f;
+            f.server.nowPlaying =
+                QJsonObject{{u"is_playing"_s, true}, {u"currently_playing_type"_s, u"ad"_s}};
+            Card card(f, height, wallpaper);
+            card.save(u"advertisement"_s + name);
+        }
+        {
+            MediaFixture f;
+            f.preferences.setValue(u"sp_expiry"_s, 0.0);
+            f.server.refreshToken = u"another"_s;
+            Card card(f, height, wallpaper);
+            card.save(u"refused"_s + name);
+        }
+        {
+            // A helper that cannot be confined.
+            QTemporaryDir folder;
+            QFile helper(folder.filePath(u"helper"_s));
+            if (!helper.open(QFile::WriteOnly))
+                qFatal("Nicht zu schreiben: %ls", qUtf16Printable(helper.fileName()));
+            helper.write("#!/bin/sh\necho '{\"type\":\"noSandbox\",\"isRoot\":false}'\n");
+            helper.close();
+            helper.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+            MediaFixture f(true, helper.fileName());
+            fill(f.server);
+            Card card(f, height, wallpaper);
+            QTest::qWait(300);
+            QTest::mouseClick(&card.view().window(), Qt::RightButton, {}, QPoint(60, 60));
+            card.save(u"no-sandbox"_s + name);
+        }
+    }
+}
+
 void takePictures(const QColor &wallpaper, const QString &suffix)
 {
     {
@@ -134,6 +218,7 @@ void takePictures(const QColor &wallpaper, const QString &suffix)
         Card card(f, 240, wallpaper);
         card.save(u"reauth"_s + suffix);
     }
+    takeFailures(wallpaper, suffix);
     {
         MediaFixture f;
         fill(f.server);

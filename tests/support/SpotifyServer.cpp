@@ -2,6 +2,7 @@
 
 #include <QCryptographicHash>
 #include <QJsonDocument>
+#include <QRegularExpression>
 
 namespace randblatt {
 
@@ -10,6 +11,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr auto clientID = "5d2c8e71a09f4b63b8e4c1f07a92d3e6"_L1;
+// With what has a meaning of its own in forms.
+constexpr auto code = "good-code+&=/ 1"_L1;
 constexpr auto redirectURI = "randblatt://callback"_L1;
 constexpr auto scope = "streaming user-read-email user-read-private user-read-playback-state "
                        "user-modify-playback-state user-read-currently-playing playlist-read-private "
@@ -180,7 +183,8 @@ HttpResponse SpotifyServer::authorize(const HttpRequest &request)
         return violation(request, u"falsche Werte"_s);
     m_challenge = value(u"code_challenge"_s);
     m_isCodeUsed = false;
-    const QByteArray location = "randblatt://callback?code=good%2Dcode&state=" + value(u"state"_s).toLatin1();
+    const QByteArray location =
+        "randblatt://callback?code=good%2Dcode%2B%26%3D%2F%201&state=" + value(u"state"_s).toLatin1();
     return {.status = 302, .headers = {{"Location", location}}};
 }
 
@@ -189,6 +193,10 @@ HttpResponse SpotifyServer::token(const HttpRequest &request)
     if (request.method != "POST" ||
         request.headers.value("content-type") != "application/x-www-form-urlencoded")
         return violation(request, u"kein Formular"_s);
+    // RFC 6749, appendix B: nothing but letters, digits and a few marks stands for itself in a form.
+    static const QRegularExpression encoded(u"^([a-z_]+=([A-Za-z0-9._~-]|%[0-9A-F]{2})*(&|$))+$"_s);
+    if (!encoded.match(QString::fromLatin1(request.body)).hasMatch())
+        return violation(request, u"falsch verschlüsselt"_s);
     const QUrlQuery form(QString::fromLatin1(request.body));
     const auto value = [&form](const QString &key) { return form.queryItemValue(key, QUrl::FullyDecoded); };
     if (value(u"client_id"_s) != clientID)
@@ -208,7 +216,7 @@ HttpResponse SpotifyServer::token(const HttpRequest &request)
         QCryptographicHash::hash(verifier, QCryptographicHash::Sha256)
             .toBase64(QByteArray::Base64UrlEncoding | QByteArray::OmitTrailingEquals);
     // A code holds once, and RFC 7636, section 4.1, wants 43 characters at least.
-    if (std::exchange(m_isCodeUsed, true) || verifier.size() < 43 || value(u"code"_s) != "good-code"_L1 ||
+    if (std::exchange(m_isCodeUsed, true) || verifier.size() < 43 || value(u"code"_s) != code ||
         QString::fromLatin1(challenge) != m_challenge)
         return json({{u"error"_s, u"invalid_grant"_s}}, 400);
     return grant(true);

@@ -3,6 +3,7 @@ stand-in, and so is the service."""
 
 import json
 import os
+import signal
 import sqlite3
 import time
 import unittest
@@ -20,6 +21,7 @@ PLAY = (314, 90)
 NEXT = (352, 90)
 NEW_PLAYLIST = (385, 127)
 FIRST_PLAYLIST = (200, 211)
+CREATE = (240, 520)
 BACK = (40, 129)
 PLAY_ALL = (381, 129)
 REMOVE_FIRST_TRACK = (370, 170)
@@ -39,6 +41,19 @@ class SpotifyTest(unittest.TestCase):
             preferences.execute("INSERT INTO preferences VALUES ('enabledModuleIDs', 'array', '[\"spotify\"]')")
         preferences.close()
         self.service = MusicService(self.desktop, os.environ["SPOTIFY_STAND_IN"])
+
+    def signed_in(self, *options):
+        """The service with these options, for a user who has signed in before."""
+        self.service = MusicService(self.desktop, os.environ["SPOTIFY_STAND_IN"], *options)
+        self.desktop.store(sp_refresh="refresh-0")
+
+    def draft(self):
+        """What is stored of the new playlist."""
+        path = self.desktop.data_home / "quillbar/preferences.sqlite"
+        with sqlite3.connect(f"file:{path}?mode=ro", uri=True, timeout=5) as database:
+            found = database.execute("SELECT value FROM drafts WHERE key = 'media.playlist'").fetchone()
+        database.close()
+        return json.loads(found[0]) if found else {}
 
     def start(self):
         sidebar = Sidebar(self.desktop, self.service.environment())
@@ -117,6 +132,75 @@ class SpotifyTest(unittest.TestCase):
         self.desktop.click(*SIGN_IN)
         self.service.wait_for("GET /v1/me/playlists", lambda: sidebar.program.log)
         self.assertEqual(self.desktop.preferences()["sp_access"], "access-1")
+
+
+    def test_serves_new_clients_and_brings_tracks_back(self):
+        # What fails at first is loaded again as soon as the service answers.
+        self.signed_in("--new", "--fault", "GET /v1/me/playlists=500", "--fault", "GET /v1/me=500",
+                       "--fault", "POST /v1/me/player/next=drop")
+        sidebar = self.start()
+        desktop, service = self.desktop, self.service
+
+        def seen(line):
+            return service.wait_for(line, lambda: sidebar.program.log)
+
+        def click(place):
+            desktop.click(*place)
+            time.sleep(0.3)
+
+        seen("GET /v1/me/playlists")
+        seen("GET /v1/me/playlists")
+        time.sleep(1)
+        click(FIRST_PLAYLIST)
+        seen("GET /v1/playlists/mine/tracks")
+        self.assertEqual(seen("GET /v1/playlists/mine/items")["query"],
+                         "limit=50&fields=items(item(id,uri,name,artists(name)))")
+        time.sleep(0.5)
+        click(REMOVE_FIRST_TRACK)
+        seen("DELETE /v1/playlists/mine/items")
+        time.sleep(0.5)
+        desktop.key("ctrl+z")
+        back = seen("POST /v1/playlists/mine/items")
+        self.assertEqual(json.loads(back["body"]), {"uris": ["spotify:track:t0"], "position": 0})
+        # A command whose connection ends is not sent again.
+        click(NEXT)
+        seen("POST /v1/me/player/next")
+        time.sleep(1.5)
+        lines = [request["line"] for request in service.requests()]
+        self.assertEqual(lines.count("POST /v1/me/player/next"), 1)
+        self.assertEqual(lines.count("GET /v1/playlists/mine/tracks"), 1)
+        self.assertEqual([request for request in service.requests() if request["violation"]], [])
+
+    def test_keeps_a_new_playlist_over_a_refusal_and_a_kill(self):
+        create = "POST /v1/users/me/playlists"
+        self.signed_in("--fault", create + "=429/3600")
+        sidebar = self.start()
+        desktop, service = self.desktop, self.service
+        service.wait_for("GET /v1/me", lambda: sidebar.program.log)
+        time.sleep(0.5)
+        desktop.click(*NEW_PLAYLIST)
+        desktop.type("Süße Träume")
+        wait_for(lambda: self.draft() == {"open": True, "name": "Süße Träume"}, message=lambda: str(self.draft()))
+        desktop.key("Return")
+        service.wait_for(create, lambda: sidebar.program.log)
+        time.sleep(0.5)
+        # The pause is kept: nothing more is sent, and nothing of what was typed is lost.
+        desktop.key("Return")
+        desktop.type(" am Morgen")
+        wait_for(lambda: self.draft().get("name") == "Süße Träume am Morgen", message=lambda: str(self.draft()))
+        count = len(service.requests())
+        time.sleep(4.5)
+        self.assertEqual(len(service.requests()), count)
+        sidebar.program.process.send_signal(signal.SIGKILL)
+        sidebar.program.wait()
+
+        again = self.start()
+        time.sleep(1.5)
+        desktop.click(*CREATE)
+        created = service.wait_for(create, lambda: again.program.log)
+        self.assertEqual(json.loads(created["body"]), {"name": "Süße Träume am Morgen", "public": False})
+        wait_for(lambda: self.draft() == {}, message=lambda: str(self.draft()))
+        self.assertEqual([request["line"] for request in service.requests()].count(create), 2)
 
 
 if __name__ == "__main__":

@@ -1,6 +1,11 @@
 #include "modules/media/MediaFixture.h"
+#include "platform/mpris/MprisPlayers.h"
+#include "support/PrivateBus.h"
 #include "support/TestEnvironment.h"
 
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusReply>
 #include <QGuiApplication>
 #include <QJsonDocument>
 #include <QTest>
@@ -105,6 +110,48 @@ private Q_SLOTS:
         player.setWatched(true);
         QSignalSpy ends(&player, &SpotifyWebPlayer::isReadyChanged);
         QVERIFY(!ends.wait(12'000));
+    }
+
+    void isQuillbarOnceToTheDesktopAndNobodyToUs()
+    {
+        const PrivateBus privateBus;
+        qputenv("DBUS_SESSION_BUS_ADDRESS", privateBus.address().toLatin1());
+        const QDBusConnection bus = QDBusConnection::connectToBus(privateBus.address(), u"desktop"_s);
+        SpotifyServer server;
+        // Plays ten seconds of a quiet tone, which is long enough to count as music.
+        server.sdkScript = R"(
+            const rate = 8000, count = 10 * rate, wav = new DataView(new ArrayBuffer(44 + count));
+            const text = (at, value) => [...value].forEach((c, i) => wav.setUint8(at + i, c.charCodeAt(0)));
+            text(0, 'RIFF'); wav.setUint32(4, 36 + count, true); text(8, 'WAVEfmt ');
+            wav.setUint32(16, 16, true); wav.setUint16(20, 1, true); wav.setUint16(22, 1, true);
+            wav.setUint32(24, rate, true); wav.setUint32(28, rate, true);
+            wav.setUint16(32, 1, true); wav.setUint16(34, 8, true);
+            text(36, 'data'); wav.setUint32(40, count, true);
+            for (let i = 0; i < count; ++i) wav.setUint8(44 + i, 128 + 20 * Math.sin(i / 3));
+            const audio = new Audio(URL.createObjectURL(new Blob([wav.buffer], { type: 'audio/wav' })));
+            audio.loop = true;
+            audio.play();
+            window.Spotify = {};
+        )";
+        MprisPlayers players(bus);
+        QSignalSpy followed(&players, &MprisPlayers::currentChanged);
+        SpotifyWebPlayer player(QStringLiteral(QUILLBAR_WEBPLAYER), server.hosts().sdk, {});
+        player.start();
+        const auto found = [&] {
+            QStringList names = bus.interface()->registeredServiceNames().value();
+            return names.filter(u"org.mpris.MediaPlayer2."_s);
+        };
+        QTRY_COMPARE_WITH_TIMEOUT(found().size(), 1, 30'000);
+        QDBusMessage get = QDBusMessage::createMethodCall(found().first(), u"/org/mpris/MediaPlayer2"_s,
+                                                          u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
+        get << u"org.mpris.MediaPlayer2"_s << u"Identity"_s;
+        const QDBusReply<QVariant> identity = bus.call(get);
+        QCOMPARE(identity.value().toString(), u"Quillbar"_s);
+        get.setArguments({u"org.mpris.MediaPlayer2.Player"_s, u"PlaybackStatus"_s});
+        QTRY_COMPARE(QDBusReply<QVariant>(bus.call(get)).value().toString(), u"Playing"_s);
+        QCOMPARE(found().size(), 1);
+        QCOMPARE(followed.size(), 0);
+        qunsetenv("DBUS_SESSION_BUS_ADDRESS");
     }
 
     void playsFromSignInToTheLastCommand()

@@ -23,11 +23,13 @@ FocusScope {
 
     Column {
         anchors.centerIn: parent
-        width: Math.min(parent.width - 2 * Metrics.cardPadding, 300)
-        spacing: Metrics.gap
+        width: Math.min(parent.width - 2 * Metrics.cardPadding, 340)
+        spacing: root.height >= 150 ? Metrics.gap : Metrics.tightGap
 
         CardText {
             width: parent.width
+            // In a low card what is said below the field matters more.
+            visible: root.height >= 150 * Math.max(1, root.appearance.textScale)
             appearance: root.appearance
             text: "Neue Playlist"
             font.weight: Font.DemiBold

@@ -28,7 +28,7 @@ Column {
         Text {
             objectName: "deviceText"
             text: root.webPlayer.isReady ? "Gerät verbunden"
-                : root.webPlayer.problem !== "" ? "Kein eigenes Gerät" : "Gerät verbindet…"
+                : root.webPlayer.reason !== "" ? "Kein eigenes Gerät" : "Gerät verbindet…"
             color: "white"
             font.pixelSize: Metrics.bodySize
             textFormat: Text.PlainText
@@ -38,8 +38,8 @@ Column {
     Text {
         objectName: "deviceProblem"
         width: parent.width
-        visible: root.webPlayer.problem !== ""
-        text: root.webPlayer.problem
+        visible: text !== ""
+        text: root.webPlayer.reason
         color: Qt.rgba(1, 1, 1, 0.7)
         font.pixelSize: Metrics.captionSize
         wrapMode: Text.Wrap

@@ -122,15 +122,6 @@ void SpotifyService::showPollFailure(const SpotifyReply &reply)
     m_isResting = true;
 }
 
-void SpotifyService::repeatFailedLoads()
-{
-    SpotifyLibrary::repeatFailedLoads();
-    if (!m_isResting)
-        return;
-    startPolling();
-    loadPlaylists();
-}
-
 void SpotifyService::command(const QByteArray &method, const QString &path,
                              const std::optional<QJsonObject> &body, const Answered &answered)
 {
@@ -138,8 +129,12 @@ void SpotifyService::command(const QByteArray &method, const QString &path,
         send({.method = method, .path = path, .query = {{u"device_id"_s, device}}, .body = body},
              [this, answered](const SpotifyReply &reply) {
                  answered(reply);
-                 if (reply.isSuccess() && m_timer.isActive())
+                 if (!reply.isSuccess())
+                     return;
+                 if (m_timer.isActive())
                      m_pollSoon.start();
+                 else if (m_isResting)
+                     wake();
              });
     };
     if (m_deviceID) {
@@ -155,6 +150,12 @@ void SpotifyService::command(const QByteArray &method, const QString &path,
         else
             sendTo(*device);
     });
+}
+
+void SpotifyService::wake()
+{
+    startPolling();
+    loadPlaylists();
 }
 
 void SpotifyService::explain(const SpotifyReply &reply)

@@ -30,7 +30,7 @@ public:
                    QObject *parent = nullptr);
 
     /// Asks what is playing, now and then every 4 seconds, and half a second after each command that
-    /// succeeded. It rests where the token is rejected, until a call succeeds.
+    /// succeeded. It rests where the token is rejected, until a command succeeds.
     void startPolling();
     void stopPolling();
     void refreshNowPlaying();
@@ -71,9 +71,6 @@ Q_SIGNALS:
     /// Tracks were taken out of a playlist, or could not be put back.
     void tracksRemoved(const randblatt::SpotifyRemoval &removal);
 
-protected:
-    void repeatFailedLoads() override;
-
 private:
     void pollAnswered(const SpotifyReply &reply, int turn);
     void showNowPlaying(const std::optional<SpotifyNowPlaying> &nowPlaying);
@@ -83,6 +80,8 @@ private:
     /// Sends a command to our own device, else to the one that the service names; none gets a message.
     void command(const QByteArray &method, const QString &path, const std::optional<QJsonObject> &body,
                  const Answered &answered);
+    /// The token is taken after all.
+    void wake();
     void sendPlay(const std::optional<QJsonObject> &body);
     void skip(const QString &path);
     void explain(const SpotifyReply &reply);

@@ -28,29 +28,19 @@ constexpr auto answerTimeOut = 10s;
 constexpr auto loadTimeOut = 60s;
 constexpr qsizetype longestWords = 200;
 
-const QString cannotPlay = u"Quillbar kann hier nicht selbst abspielen: "_s;
-const QString restWorks = u" Alles andere funktioniert: Die Wiedergabe auf anderen Geräten, etwa in der "
-                          u"Spotify-App, lässt sich von "
-                          "hier aus steuern."_s;
-const QString helperMissing =
-    cannotPlay + u"Das Zusatzpaket „quillbar-webplayer“ ist nicht installiert."_s + restWorks;
+const QString helperMissing = u"Das Zusatzpaket „quillbar-webplayer“ ist nicht installiert."_s;
 const QString moduleMissing =
-    cannotPlay +
     u"Das Modul für geschützte Audioinhalte (Widevine) fehlt. Es kommt mit Google Chrome oder mit Firefox, "
-    "wenn dort einmal geschützte Inhalte abgespielt wurden; starte Quillbar danach neu."_s +
-    restWorks;
-const QString sandboxForRoot =
-    cannotPlay + u"Der Browserteil lässt sich für den Benutzer „root“ nicht abschirmen."_s + restWorks;
+    "wenn dort einmal geschützte Inhalte abgespielt wurden; starte Quillbar danach neu."_s;
+const QString sandboxForRoot = u"Der Browserteil lässt sich für den Benutzer „root“ nicht abschirmen."_s;
 const QString sandboxMissing =
-    cannotPlay +
-    u"Der Browserteil lässt sich nicht abschirmen, weil dieses System keine User-Namespaces erlaubt."_s +
-    restWorks;
+    u"Der Browserteil lässt sich nicht abschirmen, weil dieses System keine User-Namespaces erlaubt."_s;
 
 QString keepsEnding(const QByteArray &lastWords)
 {
     const QString why = QString::fromUtf8(lastWords.left(longestWords)).simplified();
-    return cannotPlay + u"Der Browserteil ist fünfmal nicht gestartet"_s +
-           (why.isEmpty() ? u"."_s : u" („%1“)."_s.arg(why)) + restWorks;
+    return u"Der Browserteil ist fünfmal nicht gestartet"_s +
+           (why.isEmpty() ? u"."_s : u" („%1“)."_s.arg(why));
 }
 
 } // namespace
@@ -109,7 +99,7 @@ void SpotifyWebPlayer::retry()
     m_restart.stop();
     m_failures = 0;
     m_isGivenUp = false;
-    setProblem({});
+    setReason({});
     launch();
 }
 
@@ -141,7 +131,7 @@ void SpotifyWebPlayer::stop()
     m_patience.stop();
     m_failures = 0;
     m_isGivenUp = false;
-    setProblem({});
+    setReason({});
     findHelper();
     if (QProcess *process = m_process.release()) {
         process->disconnect(this);
@@ -162,14 +152,23 @@ void SpotifyWebPlayer::forgetDevice()
     Q_EMIT deviceIDPublished();
 }
 
+QString SpotifyWebPlayer::problem() const
+{
+    return m_reason.isEmpty()
+               ? QString()
+               : u"Quillbar kann hier nicht selbst abspielen: %1 Alles andere funktioniert: Die Wiedergabe "
+                 u"auf "
+                 "anderen Geräten, etwa in der Spotify-App, lässt sich von hier aus steuern."_s.arg(m_reason);
+}
+
 bool SpotifyWebPlayer::findHelper()
 {
     const bool isThere = QFileInfo(m_helper).isExecutable();
-    if (isThere && m_problem == helperMissing) {
-        setProblem({});
-    } else if (!isThere && m_problem != helperMissing) {
+    if (isThere && m_reason == helperMissing) {
+        setReason({});
+    } else if (!isThere && m_reason != helperMissing) {
         qCInfo(lcWebPlayer, "Kein eigenes Wiedergabegerät: %ls fehlt", qUtf16Printable(m_helper));
-        setProblem(helperMissing);
+        setReason(helperMissing);
     }
     return isThere;
 }
@@ -225,12 +224,12 @@ void SpotifyWebPlayer::helperEnded()
     m_restart.start(std::chrono::seconds(pause));
 }
 
-void SpotifyWebPlayer::giveUp(const QString &problem)
+void SpotifyWebPlayer::giveUp(const QString &reason)
 {
     m_isGivenUp = true;
     m_givenUpVersion = QFileInfo(m_helper).lastModified();
-    qCWarning(lcWebPlayer, "%ls", qUtf16Printable(problem));
-    m_problem = problem;
+    qCWarning(lcWebPlayer, "Kein eigenes Wiedergabegerät: %ls", qUtf16Printable(reason));
+    m_reason = reason;
     Q_EMIT problemChanged();
 }
 
@@ -254,9 +253,9 @@ void SpotifyWebPlayer::receive(const QJsonObject &line)
         receiveMessage(line.value("body"_L1).toObject());
     } else if (type == "protectedAudio"_L1) {
         const bool isMissing = !line.value("available"_L1).toBool();
-        if (isMissing && m_problem.isEmpty())
+        if (isMissing && m_reason.isEmpty())
             qCInfo(lcWebPlayer, "Keine Wiedergabe auf diesem Gerät: Widevine fehlt");
-        setProblem(isMissing ? moduleMissing : QString());
+        setReason(isMissing ? moduleMissing : QString());
     }
 }
 
@@ -302,11 +301,11 @@ void SpotifyWebPlayer::setReady(bool ready)
     Q_EMIT isReadyChanged();
 }
 
-void SpotifyWebPlayer::setProblem(const QString &problem)
+void SpotifyWebPlayer::setReason(const QString &reason)
 {
-    if (m_problem == problem)
+    if (m_reason == reason)
         return;
-    m_problem = problem;
+    m_reason = reason;
     Q_EMIT problemChanged();
 }
 

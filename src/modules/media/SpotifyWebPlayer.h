@@ -27,6 +27,7 @@ class SpotifyWebPlayer : public QObject
     QML_UNCREATABLE("The media module has the player.")
     Q_PROPERTY(bool isReady READ isReady NOTIFY isReadyChanged FINAL)
     Q_PROPERTY(QString problem READ problem NOTIFY problemChanged FINAL)
+    Q_PROPERTY(QString reason READ reason NOTIFY problemChanged FINAL)
     Q_PROPERTY(bool canRetry READ canRetry NOTIFY problemChanged FINAL)
 
 public:
@@ -59,7 +60,9 @@ public:
     [[nodiscard]] bool isReady() const { return m_isReady; }
     /// Why music cannot be played on this device, what to do about it and what works nevertheless, in German;
     /// empty where nothing is known to be missing. The engine is asked by the helper, not before that runs.
-    [[nodiscard]] QString problem() const { return m_problem; }
+    [[nodiscard]] QString problem() const;
+    /// Of that, only why.
+    [[nodiscard]] QString reason() const { return m_reason; }
     /// The helper was given up, and may do better when it is tried again.
     [[nodiscard]] bool canRetry() const { return m_isGivenUp; }
 
@@ -73,7 +76,7 @@ private:
     bool findHelper();
     void launch();
     void helperEnded();
-    void giveUp(const QString &problem);
+    void giveUp(const QString &reason);
     void ping();
     void readErrors();
     void readLines();
@@ -83,7 +86,7 @@ private:
     void send(const QJsonObject &line);
     void forgetDevice();
     void setReady(bool ready);
-    void setProblem(const QString &problem);
+    void setReason(const QString &reason);
 
     QString m_helper;
     QUrl m_sdk;
@@ -105,7 +108,7 @@ private:
     QTimer m_patience;
     std::optional<QString> m_deviceID;
     bool m_isReady = false;
-    QString m_problem;
+    QString m_reason;
 };
 
 } // namespace randblatt

@@ -50,6 +50,15 @@ struct Fixture
         return reply->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl().toString();
     }
 
+    /// Waits for an answer that comes after all those that are delayed.
+    void waitUntilLate()
+    {
+        server.imageDelay = 300;
+        const std::unique_ptr<QNetworkReply> reply(
+            network.get(QNetworkRequest(server.url(QStringLiteral("/image/late")))));
+        QVERIFY(QSignalSpy(reply.get(), &QNetworkReply::finished).wait());
+    }
+
     [[nodiscard]] QString stored(const QString &key) const
     {
         return preferences.get<QString>(key).value_or(u"–"_s);
@@ -135,6 +144,11 @@ private Q_SLOTS:
         f.session.redirect(callback);
         QTRY_COMPARE(f.auth->lastError(), error);
         QVERIFY(!f.auth->isAuthorized());
+        // The next one starts anew, and leaves nothing of it.
+        f.auth->signIn();
+        f.session.redirect(f.followRedirect());
+        QTRY_VERIFY(f.auth->isAuthorized());
+        QCOMPARE(f.auth->lastError(), QString());
         QCOMPARE(f.server.violations, QStringList());
     }
 
@@ -218,6 +232,24 @@ private Q_SLOTS:
         QCOMPARE(f.server.violations, QStringList());
     }
 
+    void dropsARefreshThatASignInOvertakes()
+    {
+        Fixture f(0);
+        f.server.fault(
+            u"POST /api/token"_s,
+            {.body = R"({"access_token":"old","refresh_token":"old-refresh"})", .delayMilliseconds = 200});
+        Tokens tokens;
+        f.auth->validAccessToken(&tokens.context, tokens.take());
+        QTRY_COMPARE(f.server.count(u"POST /api/token"_s), 1);
+        f.auth->signIn();
+        f.session.redirect(f.followRedirect());
+        // Who waited for the refresh gets the token of the sign-in.
+        QTRY_COMPARE(tokens.got, QStringList(u"access-1"_s));
+        f.waitUntilLate();
+        QCOMPARE(f.stored(u"sp_access"_s), u"access-1"_s);
+        QCOMPARE(f.stored(u"sp_refresh"_s), u"refresh-1"_s);
+    }
+
     void keepsTheTokensOfASignInThatOvertakesARefresh()
     {
         Fixture f(0);
@@ -234,7 +266,7 @@ private Q_SLOTS:
         f.auth->validAccessToken(&tokens.context, tokens.take());
         QTRY_COMPARE(tokens.got, QStringList(u"new"_s));
         QTRY_COMPARE(f.server.count(u"POST /api/token"_s), 2);
-        QTest::qWait(300);
+        f.waitUntilLate();
         QCOMPARE(f.stored(u"sp_access"_s), u"new"_s);
         QCOMPARE(f.stored(u"sp_refresh"_s), u"new-refresh"_s);
     }

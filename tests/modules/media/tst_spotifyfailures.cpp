@@ -435,13 +435,16 @@ private Q_SLOTS:
     void restsWhereEveryTokenIsRejected()
     {
         ServiceFixture f;
-        f.server.fault(poll, {.status = 401, .body = "{}"}, 100);
+        f.server.fault(poll, {.status = 401, .body = "{}"}, 2);
         f.service->startPolling();
         QTRY_VERIFY(f.service->needsReauth());
         QTRY_COMPARE(f.server.count(poll), 2);
         // A command that goes through wakes it.
         f.service->setDeviceID(u"own"_s);
-        QTRY_COMPARE(f.server.count(poll), 4);
+        QTRY_COMPARE(f.server.count(u"PUT /v1/me/player"_s), 1);
+        QCOMPARE(f.server.count(poll), 2);
+        f.service->next();
+        QTRY_COMPARE(f.server.count(poll), 3);
         QTRY_VERIFY(!f.service->needsReauth());
     }
 
