@@ -27,7 +27,7 @@ constexpr auto quietBeforeCheckpoint = 1s;
 constexpr auto longestWait = 100ms;
 // When the program ends: for locks, and for the disk.
 constexpr auto lastWait = 300ms;
-constexpr auto lastCheckpoint = 400ms;
+constexpr auto lastCheckpoint = 600ms;
 
 // A lock is soon gone, often that of our own checkpoint.
 constexpr auto firstPauseForLock = 50ms;
@@ -55,8 +55,10 @@ Preferences::Preferences(const QString &path)
     const QString replaced = m_file.isOnDisk() ? takeChosenStore(path) : QString();
     open();
     m_isStarted = true;
-    if (!replaced.isEmpty())
+    if (!replaced.isEmpty()) {
+        nameAside({});
         nameAside(replaced);
+    }
     if (const auto aside = get<QString>(asidePlace.key))
         m_health.setAsidePath(*aside);
     tell();
@@ -262,24 +264,35 @@ void Preferences::takeRow(const StoredRow &row)
         Q_EMIT m_health.draftArrived(row.place.key);
 }
 
+void Preferences::takeMissing(const QList<StoredRow> &rows)
+{
+    for (const StoredRow &row : rows) {
+        if (row.value && !m_values.contains(row.place) && !m_unwritten.contains(row.place))
+            takeRow(row);
+    }
+}
+
 StoreResult Preferences::repair()
 {
     m_file.close();
     m_worker.wait(longestWait);
     const QString path = m_file.path();
     if (m_unread != StoreResult::ok) {
-        for (const auto &rows : {salvageRows(path), latestCopy(path)}) {
-            for (const StoredRow &row : rows) {
-                if (row.value && !m_values.contains(row.place) && !m_unwritten.contains(row.place))
-                    takeRow(row);
-            }
-        }
+        takeMissing(salvageRows(path));
+        QList<StoredRow> copied = latestCopy(path);
+        // What the user was told on another day is no news.
+        copied.removeIf([](const StoredRow &row) { return row.place == asidePlace; });
+        takeMissing(copied);
         m_unread = StoreResult::ok;
     }
     if (m_aside.isEmpty())
         m_aside = keepAside(path, Keeping::damagedFile);
     if (m_aside.isEmpty())
         return m_opened = StoreResult::full;
+    // With the first write of the new file, as there may be no other.
+    if (!m_values.contains(asidePlace))
+        m_values.insert(asidePlace, m_aside);
+    m_health.setAsidePath(get<QString>(asidePlace.key).value_or(m_aside));
     QList<StoredRow> rows;
     for (auto it = m_values.cbegin(); it != m_values.cend(); ++it)
         rows.append({it.key(), it.value()});
@@ -289,8 +302,8 @@ StoreResult Preferences::repair()
     qCWarning(lcPreferences, "Einstellungen unlesbar, beiseitegelegt als %ls", qUtf16Printable(m_aside));
     m_unwritten.clear();
     m_unsynced.clear();
+    m_aside.clear();
     m_opened = m_file.open();
-    nameAside(std::exchange(m_aside, {}));
     return m_opened;
 }
 
@@ -412,6 +425,9 @@ bool Preferences::copyTo(const QString &target, const QObject *context,
 
 void Preferences::nameAside(const QString &path)
 {
+    // One that the user does not know of yet is not forgotten for another, which is beside it.
+    if (!path.isEmpty() && m_values.contains(asidePlace))
+        return;
     m_health.setAsidePath(path);
     store(asidePlace, path.isEmpty() ? std::nullopt : Value(path));
 }

@@ -86,6 +86,7 @@ private:
     void readWithoutWriting();
     void take(const QList<StoredRow> &rows, bool isWhole);
     void takeRow(const StoredRow &row);
+    void takeMissing(const QList<StoredRow> &rows);
     StoreResult repair();
     void retry();
     void flush();
