@@ -39,6 +39,7 @@ seq "$first" $((first + seeds - 1)) | xargs -P "$jobs" -I{} sh -c \
 
 passed=$(grep -lE '^seed .* nothing lost$' "$results"/*.log | wc -l)
 grep -hE '^seed .* nothing lost$' "$results"/*.log \
-    | awk '{ actions += $3; kills += $5 } END { print actions + 0 " Aktionen, " kills + 0 " Abstürze ohne Verlust" }'
+    | awk '{ actions += $3; words += $5; kills += $7 }
+           END { print actions + 0 " Aktionen, " words + 0 " Wörter, " kills + 0 " Abstürze, nichts verloren" }'
 ((passed == seeds)) || fail "$((seeds - passed)) von $seeds Seeds sind gescheitert, siehe $results"
 rm -r "$results"
