@@ -37,8 +37,8 @@ seq "$first" $((first + seeds - 1)) | xargs -P "$jobs" -I{} sh -c \
     "/usr/bin/python3 -B $driver --program build/dev/bin/quillbar --seed {} --seconds $seconds --keep '$results' \
         >'$results/{}.log' 2>&1; tail -n1 '$results/{}.log'" 9>&- || true
 
-passed=$(grep -lE '^seed .* nothing lost$' "$results"/*.log | wc -l)
-grep -hE '^seed .* nothing lost$' "$results"/*.log \
-    | awk '{ actions += $3; kills += $5 } END { print actions + 0 " Aktionen, " kills + 0 " Abstürze ohne Verlust" }'
+passed=$(cat "$results"/*.log | grep -cE '^seed .* nothing lost$' || true)
+cat "$results"/*.log | awk '/^seed .* nothing lost$/ { actions += $3; words += $5; kills += $7 }
+           END { print actions + 0 " Aktionen, " words + 0 " Wörter, " kills + 0 " Abstürze, nichts verloren" }'
 ((passed == seeds)) || fail "$((seeds - passed)) von $seeds Seeds sind gescheitert, siehe $results"
 rm -r "$results"

@@ -8,6 +8,7 @@ What is done follows from the seed alone, so that a seed that failed can be walk
 """
 
 import argparse
+import collections
 import os
 import random
 import sys
@@ -152,6 +153,7 @@ def main():
     parser.add_argument("--steps", type=int)
     parser.add_argument("--seed", type=int)
     parser.add_argument("--keep", help="where a failure leaves its folder")
+    parser.add_argument("--tally", action="store_true", help="says how often each action was done")
     parser.add_argument("--without", nargs="*", default=[], help="actions to leave out, to narrow a failure down")
     arguments = parser.parse_args()
     for name in arguments.without:
@@ -172,7 +174,10 @@ def main():
         return 1
     finally:
         walk.desk.close()
-    print(f"seed {seed}: {walk.steps} actions, {walk.desk.kills} kills, nothing lost")
+    if arguments.tally:
+        counts = collections.Counter(line.split()[1] for line in walk.log if ":" in line)
+        print(", ".join(f"{name} {count}" for name, count in counts.most_common()))
+    print(f"seed {seed}: {walk.steps} actions, {walk.desk.words} words, {walk.desk.kills} kills, nothing lost")
     return 0
 
 

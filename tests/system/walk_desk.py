@@ -69,6 +69,7 @@ class Desk:
         self.program = None
         self._application = None
         self.kills = 0
+        self.words = 0
 
     def close(self):
         self.desktop.close()
@@ -281,6 +282,7 @@ class Desk:
 
     def type(self, text):
         """Types; line feeds are Return."""
+        self.words += len(text.split())
         for index, line in enumerate(text.split("\n")):
             if index:
                 self.desktop.key("Return")

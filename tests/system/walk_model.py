@@ -45,6 +45,7 @@ class EventForm:
     title: str = ""
     # None: the program's own proposal.
     start: str | None = None
+    isUnderstood: bool = True
 
 
 @dataclass

@@ -95,10 +95,13 @@ def kill_while_typing(walk, rng):
     present = read()
     if not (former + words).startswith(present):
         raise Disagreement(f"{former + words!r} was typed, {present!r} is there")
+    # From here on it is the same, however much was typed in time.
+    into_pad(walk) if on_pad else into_field(walk)
+    desk.type((former + words)[len(present):])
     if on_pad:
-        model.pad = present
+        model.pad = former + words
     else:
-        model.newTask = present
+        model.newTask = former + words
 
 
 def in_settings(walk, role, name, at=None):

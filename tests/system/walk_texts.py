@@ -77,32 +77,43 @@ def type_event(walk, rng):
     walk.model.form.title += words
 
 
-@action(3, when=lambda model: model.form.isOpen)
+def shown_moment(day, hour, minute):
+    return day.strftime("%d.%m.%Y, ") + f"{hour:02}:{minute:02}"
+
+
+@action(4, when=lambda model: model.form.isOpen)
 def type_start(walk, rng):
-    day = date.today() + timedelta(days=rng.randint(1, 4))
-    start = day.strftime("%d.%m.%Y, ") + f"{rng.randint(0, 22):02}:{rng.randint(0, 59):02}"
-    # Or into the next thing.
-    leaves = rng.random() < 0.5
-    walk.detail(start)
+    days, hour, minute = rng.randint(1, 4), rng.randint(0, 22), rng.randint(0, 59)
+    day = date.today() + timedelta(days=days)
+    start = shown_moment(day, hour, minute)
+    typed = rng.choice([start, start, f"{day.isoformat()} {hour:02}:{minute:02}", f"{day.day}.{day.month}. {hour}:{minute:02}",
+                        "irgendwann"])
+    # What stays as it is typed may be used without leaving the field.
+    leaves = typed != start or rng.random() < 0.5
+    walk.detail(f"{typed!r} {'and on' if leaves else ''}")
     walk.desk.click(within(walk, "Kalender", "text", "Beginn"))
     walk.desk.desktop.key("ctrl+a")
-    walk.desk.type(start)
+    walk.desk.type(typed)
     if leaves:
         walk.desk.desktop.key("Tab")
-    walk.model.form.start = start
+    walk.model.form.start = typed if typed == "irgendwann" else start
+    walk.model.form.isUnderstood = typed != "irgendwann"
 
 
 @action(5, when=lambda model: model.form.isOpen and model.form.title.strip())
 def add_event(walk, rng):
+    """With a start that is not understood nothing is added, and all stays as it is."""
     by_button = rng.random() < 0.5
     walk.detail("button" if by_button else "Return")
-    start = walk.model.form.start or walk.desk.read_events()["form"][1]
+    form = walk.model.form
+    start = form.start or walk.desk.read_events()["form"][1]
     if by_button:
         walk.desk.click(within(walk, "Kalender", None, "Hinzufügen"))
     else:
         walk.desk.click(within(walk, "Kalender", "text", "Titel"))
         walk.desk.desktop.key("Return")
-    walk.model.add_event(start)
+    if form.isUnderstood:
+        walk.model.add_event(start)
 
 
 @action(2, when=lambda model: len(model.events) >= MOST_EVENTS)
