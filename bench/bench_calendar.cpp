@@ -83,7 +83,7 @@ void saveAndReload(benchmark::State &state)
     CalendarFile file(calendar.path);
     const QDateTime start(today, QTime(12, 0));
     for ([[maybe_unused]] auto iteration : state) {
-        file.append({u"Neu"_s, start, start.addSecs(3600)});
+        benchmark::DoNotOptimize(file.append({u"Neu"_s, start, start.addSecs(3600)}));
         benchmark::DoNotOptimize(fetch(file));
     }
 }

@@ -97,9 +97,14 @@ void RandblattApp::followStore()
     const auto all = m_delegate.registry().allModules();
     for (const SidebarModule *module : all)
         module->notice()->follow(m_preferences.health(), module->id());
+    // Where there is most room for it.
     const auto shown = m_delegate.registry().enabledModules();
-    if (!shown.isEmpty())
-        shown.first()->notice()->setNamesAside(true);
+    const auto tallest =
+        std::max_element(shown.cbegin(), shown.cend(), [this](const auto *one, const auto *other) {
+            return m_settings.height(one->id()) < m_settings.height(other->id());
+        });
+    if (tallest != shown.cend())
+        (*tallest)->notice()->setNamesAside(true);
     connect(&m_preferences.health(), &StoreHealth::folderRequested, this,
             [](const QString &folder) { QDesktopServices::openUrl(QUrl::fromLocalFile(folder)); });
 }
@@ -159,7 +164,8 @@ std::vector<std::unique_ptr<SidebarModule>> RandblattApp::makeModules()
 {
     std::vector<std::unique_ptr<SidebarModule>> modules;
     modules.push_back(std::make_unique<TodoModule>(m_settings, m_preferences));
-    modules.push_back(std::make_unique<CalendarModule>(*m_backends.calendar, *m_backends.wake));
+    modules.push_back(
+        std::make_unique<CalendarModule>(*m_backends.calendar, *m_backends.wake, m_preferences));
     modules.push_back(std::make_unique<NotesModule>(m_settings, m_preferences, m_backends.scripts));
     modules.push_back(std::make_unique<SpotifyModule>(
         SpotifyModule::Environment{m_settings, m_preferences, *m_backends.mediaKeys, *m_backends.signIn,

@@ -268,10 +268,11 @@ StoreResult Preferences::repair()
     m_worker.wait(longestWait);
     const QString path = m_file.path();
     if (m_unread != StoreResult::ok) {
-        const auto salvaged = salvageRows(path);
-        for (const StoredRow &row : salvaged) {
-            if (row.value && !m_unwritten.contains(row.place))
-                takeRow(row);
+        for (const auto &rows : {salvageRows(path), latestCopy(path)}) {
+            for (const StoredRow &row : rows) {
+                if (row.value && !m_values.contains(row.place) && !m_unwritten.contains(row.place))
+                    takeRow(row);
+            }
         }
         m_unread = StoreResult::ok;
     }

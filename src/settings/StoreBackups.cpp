@@ -48,7 +48,7 @@ StoreBackups::StoreBackups(Preferences &preferences, QObject *parent)
 
 QString StoreBackups::folder() const
 {
-    return QFileInfo(m_preferences.path()).absolutePath() + "/backups"_L1;
+    return copiesFolder(m_preferences.path());
 }
 
 QString StoreBackups::pathOf(const QString &copy) const
@@ -89,9 +89,8 @@ void StoreBackups::choose(const QString &copy)
     const QString target = chosenStore(m_preferences.path());
     QFile note(folder() + u'/' + chosenName);
     const QByteArray name = copy.toUtf8();
-    // Under its own name once it is whole.
     const bool isChosen = copyStore(pathOf(copy), nullptr, target) == StoreResult::ok &&
-                          note.open(QFile::WriteOnly) && note.write(name) == name.size();
+                          note.open(QFile::WriteOnly) && note.write(name) == name.size() && note.flush();
     setProblem(isChosen ? QString() : u"Die Sicherung lässt sich nicht lesen."_s);
     if (!isChosen)
         QFile::remove(target);

@@ -99,6 +99,27 @@ StoreResult copyStore(const QString &path, const std::shared_ptr<sqlite3> &exclu
     return code == SQLITE_OK ? StoreResult::unavailable : storeResult(code, systemError);
 }
 
+QString copiesFolder(const QString &path)
+{
+    return QFileInfo(path).absolutePath() + "/backups"_L1;
+}
+
+QList<StoredRow> latestCopy(const QString &path)
+{
+    const QDir folder(copiesFolder(path));
+    const auto names =
+        folder.entryList({u"preferences-*.sqlite"_s}, QDir::Files, QDir::Name | QDir::Reversed);
+    for (const QString &name : names) {
+        QList<StoredRow> rows = salvageRows(folder.filePath(name));
+        // A draft of another day is nothing that anybody is typing.
+        rows.removeIf(
+            [](const StoredRow &row) { return !row.isIntact || row.place.table != StoreTable::preferences; });
+        if (!rows.isEmpty())
+            return rows;
+    }
+    return {};
+}
+
 QString chosenStore(const QString &path)
 {
     return path + ".gewaehlt"_L1;

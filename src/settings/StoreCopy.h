@@ -1,8 +1,9 @@
 #pragma once
 
+#include "settings/PreferenceValue.h"
 #include "settings/StoreResult.h"
 
-#include <QString>
+#include <QList>
 
 #include <memory>
 
@@ -15,6 +16,12 @@ namespace randblatt {
 /// connection there can be, where it is so.
 [[nodiscard]] StoreResult copyStore(const QString &path, const std::shared_ptr<sqlite3> &exclusive,
                                     const QString &target);
+
+/// The folder of the copies that are made every day of the store at `path`.
+[[nodiscard]] QString copiesFolder(const QString &path);
+
+/// What the latest of them holds of the user's values; nothing where there is none.
+[[nodiscard]] QList<StoredRow> latestCopy(const QString &path);
 
 /// Where a store waits to take the place of the one at `path` at the next start.
 [[nodiscard]] QString chosenStore(const QString &path);

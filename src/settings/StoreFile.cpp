@@ -192,6 +192,13 @@ int StoreFile::setUp(Sharing sharing)
         code = run("PRAGMA locking_mode = EXCLUSIVE");
     if (code == SQLITE_OK)
         code = run(setupStatements);
+    // Nothing is changed in a damaged file.
+    bool isDone = false;
+    QList<StoredRow> rows;
+    if (code == SQLITE_OK)
+        code = isSetUp(m_database.get(), isDone);
+    if (code == SQLITE_OK && !isDone)
+        code = readRows(m_database.get(), rows);
     if (code == SQLITE_OK && isOnDisk()) {
         qint64 isLogged = 0;
         code = queryNumber(m_database.get(), "PRAGMA journal_mode = WAL", isLogged);

@@ -46,9 +46,9 @@ QString StoreHealth::asideSentence() const
     if (m_asidePath.isEmpty())
         return {};
     if (m_asidePath.contains(".aufgehoben-"_L1))
-        return u"Gespeichertes ist durch anderes ersetzt. Der frühere Stand heißt nun „"_s +
+        return u"Gespeichertes ist durch anderes ersetzt. Der frühere Stand: „"_s +
                QFileInfo(m_asidePath).fileName() + u"“."_s;
-    return u"Gespeichertes war beschädigt und ist, soweit lesbar, übernommen. Die alte Datei heißt nun „"_s +
+    return u"Gespeichertes war beschädigt. Übernommen ist, was lesbar oder gesichert war. Die alte Datei: „"_s +
            QFileInfo(m_asidePath).fileName() + u"“."_s;
 }
 

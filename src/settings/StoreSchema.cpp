@@ -76,6 +76,17 @@ int hasTable(sqlite3 *database, const char *name)
     return code;
 }
 
+int isSetUp(sqlite3 *database, bool &is)
+{
+    qint64 objects = 0;
+    qint64 isLogged = 0;
+    int code = queryNumber(database, countObjects, objects);
+    if (code == SQLITE_ROW)
+        code = queryNumber(database, "SELECT journal_mode = 'wal' FROM pragma_journal_mode", isLogged);
+    is = objects == schemaObjects && isLogged == 1;
+    return code == SQLITE_ROW ? SQLITE_OK : code;
+}
+
 int ensureSchema(sqlite3 *database)
 {
     qint64 objects = 0;

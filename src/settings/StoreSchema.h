@@ -25,6 +25,8 @@ inline constexpr std::array storeTableNames{"preferences", "drafts"};
 [[nodiscard]] int hasTable(sqlite3 *database, const char *name);
 /// The single number that a statement gives, in `number`; SQLite's code, SQLITE_ROW where there is one.
 [[nodiscard]] int queryNumber(sqlite3 *database, const char *sql, qint64 &number);
+/// Whether the connected file is as this version makes it.
+[[nodiscard]] int isSetUp(sqlite3 *database, bool &is);
 /// Makes the tables that are missing. A file that must have had them, and has not, is SQLITE_CORRUPT.
 [[nodiscard]] int ensureSchema(sqlite3 *database);
 

@@ -146,6 +146,28 @@ private Q_SLOTS:
         QVERIFY(!backups.problem().isEmpty());
     }
 
+    void takesWhatIsLostFromTheLatestCopy()
+    {
+        {
+            Preferences preferences(path());
+            StoreBackups backups(preferences);
+            preferences.setValue(tasks, QByteArray("[1]"));
+            preferences.setValue(u"notesScratch"_s, QString(40'000, u'x'));
+            preferences.setDraft(u"todo.add"_s, {{u"text"_s, u"Milch"_s}});
+            QTRY_VERIFY(!backups.copies().isEmpty());
+        }
+        QFile file(path());
+        QVERIFY(file.open(QFile::ReadWrite));
+        file.write(QByteArray(16384, '\0'));
+        file.close();
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"beiseitegelegt"_s));
+        Preferences preferences(path());
+        QCOMPARE(preferences.get<QByteArray>(tasks), QByteArray("[1]"));
+        QCOMPARE(preferences.get<QString>(u"notesScratch"_s), QString(40'000, u'x'));
+        QVERIFY(preferences.draft(u"todo.add"_s).isEmpty());
+        QVERIFY(!preferences.health().asidePath().isEmpty());
+    }
+
     void findsDamageThatNobodyElseReads()
     {
         Preferences(path()).setValue(tasks, QByteArray(60'000, '1'));

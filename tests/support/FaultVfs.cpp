@@ -1,6 +1,7 @@
 #include "support/FaultVfs.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <sqlite3.h>
 
@@ -339,27 +340,24 @@ void FaultVfs::setReadOnly(const QString &folder)
     d->readOnly = QFile::encodeName(folder);
 }
 
-void FaultVfs::losePower(quint32 seed)
+void FaultVfs::losePower(const QString &folder, quint32 seed)
 {
     const std::scoped_lock lock(d->mutex);
     std::mt19937 random(seed);
     for (auto it = d->unsynced.cbegin(); it != d->unsynced.cend(); ++it) {
-        QFile file(QFile::decodeName(it.key()));
+        QFile file(folder + QLatin1Char('/') + QFileInfo(QFile::decodeName(it.key())).fileName());
         if (!file.open(QFile::ReadWrite))
             continue;
-        bool lostAny = false;
+        // A file that grew may be as short as before, without what came after its old end.
+        if (it->size >= 0 && it->size < file.size() && random() % 4 == 0)
+            file.resize(it->size);
         for (auto block = it->blocks.cbegin(); block != it->blocks.cend(); ++block) {
             if (random() % 2 == 0 || block.key() >= file.size())
                 continue;
             file.seek(block.key());
             file.write(block.value().left(file.size() - block.key()));
-            lostAny = true;
         }
-        // A file is as long as it was only where nothing of its new end came to the disk.
-        if (lostAny && it->size >= 0 && random() % 4 == 0)
-            file.resize(it->size);
     }
-    d->unsynced.clear();
 }
 
 } // namespace randblatt

@@ -45,9 +45,9 @@ public:
     /// Below the folder nothing can be written and no file be made; none for nowhere.
     void setReadOnly(const QString &folder);
 
-    /// The power goes: of what was written since each file's last sync, some blocks of 512 bytes, drawn at
-    /// random, are as before. No connection may be open.
-    void losePower(quint32 seed);
+    /// The power goes, as seen in a copy of the files in `folder`: of what was written since each file's last
+    /// sync, some blocks of 512 bytes, drawn at random, are as before.
+    void losePower(const QString &folder, quint32 seed);
 
     struct Private;
 

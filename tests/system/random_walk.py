@@ -15,6 +15,7 @@ import tempfile
 import time
 
 # Each registers its actions.
+import walk_notes  # noqa: F401
 import walk_panel  # noqa: F401
 import walk_tasks  # noqa: F401
 import walk_texts  # noqa: F401

@@ -66,13 +66,29 @@ def row_of(walk, task):
     return find
 
 
-def within_row(walk, task, role, name):
+def click_row(walk, task, role=None, name=None, **click):
+    """Clicks on a task's row, or on the first in it of this role and name, once it is in sight."""
     row = row_of(walk, task)
 
     def find():
         node = row()
-        return node.first(role, name) if node else None
-    return find
+        return node.first(role, name) if node and name else node
+
+    def hidden():
+        """How far the row's middle is out of the list: negative above it, 0 in it."""
+        rows = walk.desk.card("To-Do").first("list", COLUMNS[task.status] if walk.model.showsBoard else "Aufgaben")
+        x, top, width, height = walk.desk.frames([rows])[0]
+        place = walk.desk.frame(row)
+        middle = place[1] + place[3] // 2
+        walk.desk.desktop.move(x + width // 2, top + height // 2)
+        return min(middle - 8 - top, 0) + max(middle + 8 - top - height, 0)
+
+    for _ in range(20):
+        distance = hidden()
+        if distance == 0:
+            break
+        walk.desk.desktop.scroll(1 if distance > 0 else -1)
+    walk.desk.click(find, **click)
 
 
 def turn_to(walk, task):
@@ -87,7 +103,7 @@ def focus_task(walk, task):
     if walk.model.showsBoard:
         turn_to(walk, task)
     # Where no button is.
-    walk.desk.click(row_of(walk, task), at=0.5)
+    click_row(walk, task, at=0.5)
 
 
 def pick_task(walk, rng):

@@ -37,14 +37,13 @@ class NoteReader(html.parser.HTMLParser):
         self.title = ""
         self.text = ""
         self.feed(text)
-        self.text = self.text.strip("\n")
 
     def handle_starttag(self, tag, _):
         if tag == "br":
             self.text += "\n"
         elif tag in ("title", "body"):
             self._inside.append(tag)
-        elif tag in ("p", "div") and self.text.strip("\n"):
+        elif tag in ("p", "div") and self.text:
             self.text += "\n"
 
     def handle_endtag(self, tag):
@@ -198,6 +197,9 @@ class Desk:
         rows = self.card("Notizen").first("list", "Notizen").children
         return [row for row in rows if row.has("visible")]
 
+    def note_row(self, name):
+        return next((row for row in self.note_rows() if row.name == name), None)
+
     def note_editor(self):
         return next((node for node in self.card("Notizen").find("text") if node.has("showing")), None)
 
@@ -241,6 +243,11 @@ class Desk:
     def note_files(self):
         return sorted((self.folder / "notes/Notizen").glob("*.html"))
 
+    def deleted_notes(self):
+        """The texts of the notes that were put aside."""
+        files = (self.folder / "notes/Zuletzt gelöscht").glob("*.html")
+        return [NoteReader(path.read_text(encoding="utf-8")).text for path in files]
+
     # --- hands
 
     def show(self, side):
@@ -256,9 +263,16 @@ class Desk:
 
     def hide(self, side):
         self.leave(side)
+        self.wait_hidden()
+
+    def wait_hidden(self):
         self.wait(lambda: not self.desktop.windows("^Quillbar$"), "the panel does not go")
         # The program looks where the pointer is every 80 ms.
         time.sleep(0.3)
+
+    def has_keyboard(self):
+        panels = self.desktop.windows("^Quillbar$")
+        return bool(panels) and self.desktop.active_window() == panels[0]
 
     def call(self, action):
         self.desktop.run("gdbus", "call", "--session", "--dest", "com.randblatt.Quillbar", "--object-path",

@@ -19,6 +19,17 @@ class Task:
 class Note:
     name: str
     body: str
+    # What is typed and not saved.
+    draft: str | None = None
+    # Whether it is another program's, in its own kind of HTML.
+    isForeign: bool = False
+
+    @property
+    def text(self):
+        return self.body if self.draft is None else self.draft
+
+    def type(self, text):
+        self.draft = None if text == self.body else text
 
 
 @dataclass(eq=False)
@@ -45,15 +56,16 @@ class Editor:
 
 
 @dataclass
-class Browser:
-    """What is open on the notes page: the list, the composer or a note."""
+class Composer:
+    """The new note that is being written; kept while it is closed."""
 
-    page: str = "list"
-    # Of the composer, kept while it is closed.
+    isOpen: bool = False
     title: str = ""
     body: str = ""
-    note: Note | None = None
-    text: str = ""
+
+    @property
+    def isEmpty(self):
+        return not self.title and not self.body
 
 
 @dataclass
@@ -71,9 +83,10 @@ class Model:
     newTask: str = ""
     editor: Editor | None = None
     form: EventForm = field(default_factory=EventForm)
-    browser: Browser = field(default_factory=Browser)
+    composer: Composer = field(default_factory=Composer)
+    openNote: Note | None = None
     clipboard: str = ""
-    # The ways back of each card, the latest last: (serial, function).
+    # The ways back of each card, the latest last: (serial, function, whether it is known what that gives).
     histories: dict = field(default_factory=lambda: {"To-Do": [], "Kalender": [], "Notizen": []})
     serial: int = 0
     # The card in which a way back was just remembered, which its bar offers.
@@ -81,14 +94,17 @@ class Model:
 
     # --- undo
 
-    def remember(self, card, back):
+    def remember(self, card, back, may=lambda: True):
         self.serial += 1
         self.fresh = card
-        self.histories[card].append((self.serial, back))
+        self.histories[card].append((self.serial, back, may))
 
     def undo(self, card):
         """Takes the latest change of a card back."""
         self.histories[card].pop()[1]()
+
+    def can_undo(self, card):
+        return bool(card and self.histories[card] and self.histories[card][-1][2]())
 
     def undone_from(self, card):
         """The card whose latest change the key takes back while the keyboard is in `card`; None for none."""
@@ -161,19 +177,60 @@ class Model:
     def column(self, status):
         return [task for task in self.tasks if task.status == status]
 
+    # --- notes
+
+    def create_note(self):
+        self.notes.append(Note(self.composer.title, self.composer.body))
+        self.composer = Composer()
+
+    def discard_composed(self):
+        former, self.composer = self.composer, Composer()
+
+        def back():
+            former.isOpen = True
+            self.composer = former
+        self.remember("Notizen", back, lambda: self.composer.isEmpty)
+
+    def save_note(self, note):
+        former, saved = note.body, note.draft
+        note.body, note.draft = saved, None
+
+        def back():
+            note.body = former
+        self.remember("Notizen", back, lambda: self._is_as_saved(note, saved))
+
+    def discard_draft(self, note):
+        typed, body = note.draft, note.body
+        note.draft = None
+
+        def back():
+            note.draft = typed
+        self.remember("Notizen", back, lambda: self._is_as_saved(note, body))
+
+    def _is_as_saved(self, note, body):
+        return note in self.notes and note.draft is None and note.body == body
+
+    def delete_open_note(self):
+        note, self.openNote = self.openNote, None
+        self.notes.remove(note)
+        self.remember("Notizen", lambda: self.notes.append(note))
+
     # --- appointments
 
     def add_event(self, start):
         event = Event(self.form.title.strip(), start)
         self.form = EventForm()
         self.events.append(event)
-        self.remember("Kalender", lambda: self.events.remove(event))
+        self.remember("Kalender", lambda: self.events.remove(event), lambda: event in self.events)
 
     # --- what ends with a process
 
     def process_ended(self):
         self.isShown = False
         self.clipboard = ""
+        # Open and untouched, a note is no draft.
+        if self.openNote and self.openNote.draft is None:
+            self.openNote = None
         # Closed and without a title, the form is no draft.
         if not self.form.isOpen and not self.form.title:
             self.form = EventForm()
@@ -199,11 +256,16 @@ class Model:
     def _shown_notes(self):
         if self.showsPad:
             return {"pad": self.pad}
-        if self.browser.page == "composer":
-            return {"composer": (self.browser.title, self.browser.body)}
-        if self.browser.page == "note":
-            return {"note": self.browser.note.name, "text": self.browser.text}
-        return {"names": sorted(note.name for note in self.notes)}
+        if self.composer.isOpen:
+            return {"composer": (self.composer.title, self.composer.body)}
+        if self.openNote:
+            return {"note": self.openNote.name, "text": self.openNote.text}
+        return {"names": sorted(self.listed_notes())}
+
+    def listed_notes(self):
+        """The names in the list; what is being composed is one of them."""
+        composed = [] if self.composer.isEmpty else [self.composer.title if self.composer.title.strip() else "Neue Notiz"]
+        return composed + [note.name for note in self.notes]
 
     def _shown_events(self):
         form = self.form

@@ -14,11 +14,38 @@ def hide_panel(walk, _):
     walk.hide()
 
 
+@action(2)
+def hide_by_escape(walk, _):
+    into_field(walk)
+    walk.desk.desktop.key("Escape")
+    walk.desk.wait_hidden()
+    walk.model.isShown = False
+
+
 @action(6, editing=True)
 def kill(walk, _):
     walk.kill_and_judge()
     walk.restart()
     walk.show()
+
+
+def takes_typing(model):
+    """Whether nothing is open that goes on where it was."""
+    return model.showsPad or not (model.composer.isOpen or model.openNote)
+
+
+@action(2, hidden=True, when=lambda model: takes_typing(model) and len(model.newTask) < 40)
+def type_at_once(walk, rng):
+    """Called anew, the panel takes what is typed without a click."""
+    words = text(rng)
+    walk.detail(repr(words))
+    walk.kill_and_judge()
+    walk.restart()
+    walk.show()
+    walk.agree()
+    walk.desk.wait(walk.desk.has_keyboard, "the panel has no keyboard")
+    walk.desk.type(words)
+    walk.model.newTask += words
 
 
 @action(3, hidden=True, editing=True)
@@ -114,7 +141,7 @@ def change_screen(walk, _):
     walk.hide()
 
 
-@action(8, when=lambda model: model.fresh)
+@action(8, when=lambda model: model.can_undo(model.fresh))
 def undo_by_bar(walk, _):
     """Right after a change."""
     card = walk.model.fresh

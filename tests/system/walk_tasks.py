@@ -1,6 +1,6 @@
 """What a walk does with tasks."""
 
-from walk_actions import action, choose_quickly, focus_task, into_field, pick_task, row_of, text, turn_to, within, within_row
+from walk_actions import action, choose_quickly, click_row, focus_task, into_field, pick_task, text, turn_to, within
 from walk_model import Editor
 
 MOST = 7
@@ -53,28 +53,36 @@ def delete_by_key(walk, rng):
     walk.model.delete_tasks([task])
 
 
-@action(4, when=lambda model: model.tasks and not model.showsBoard)
+@action(5, when=lambda model: model.tasks and not model.showsBoard)
 def delete_by_button(walk, rng):
+    """A double click takes one as well."""
     task = pick_task(walk, rng)
+    clicks = rng.randint(1, 2)
+    walk.detail("double click" if clicks == 2 else "")
     focus_task(walk, task)
-    walk.desk.click(within_row(walk, task, None, "Löschen: .*"))
+    click_row(walk, task, None, "Löschen: .*", repeat=clicks)
     walk.model.delete_tasks([task])
 
 
-@action(3, when=lambda model: len(model.tasks) > 2 and not model.showsBoard)
-def hold_delete(walk, rng):
-    """The key is held: one task goes."""
+@action(3, when=lambda model: len(model.tasks) > 2)
+def hold_key(walk, rng):
+    """A key is held: it meets one task."""
     task = pick_task(walk, rng)
+    key = "Delete" if walk.model.showsBoard else rng.choice(["Delete", "space"])
+    walk.detail(key)
     focus_task(walk, task)
-    walk.desk.hold_key("Delete")
-    walk.model.delete_tasks([task])
+    walk.desk.hold_key(key)
+    if key == "Delete":
+        walk.model.delete_tasks([task])
+    else:
+        walk.model.toggle_task(task)
 
 
 @action(7, when=lambda model: model.tasks and not model.showsBoard)
 def toggle_task(walk, rng):
     task = pick_task(walk, rng)
     if rng.random() < 0.5:
-        walk.desk.click(within_row(walk, task, None, "Erledigt: .*"))
+        click_row(walk, task, None, "Erledigt: .*")
     else:
         focus_task(walk, task)
         walk.desk.desktop.key("space")
@@ -96,7 +104,7 @@ def edit_title(walk, rng):
     words = text(rng)
     walk.detail(repr(words))
     if rng.random() < 0.5:
-        walk.desk.click(row_of(walk, task), repeat=2)
+        click_row(walk, task, repeat=2)
     else:
         focus_task(walk, task)
         walk.desk.desktop.key("F2")
@@ -124,7 +132,7 @@ def finish_title(walk, rng):
 
 
 def into_editor(walk):
-    walk.desk.click(within_row(walk, walk.model.editor.task, "text", "Titel"))
+    click_row(walk, walk.model.editor.task, "text", "Titel")
     walk.desk.desktop.key("End")
 
 
@@ -147,7 +155,7 @@ def choose_in_menu(walk, rng):
     choice = rng.choice(["backlog", "doing", "done", "delete"])
     walk.detail(choice)
     turn_to(walk, task)
-    walk.desk.click(within_row(walk, task, None, "Aktionen: .*"))
+    click_row(walk, task, None, "Aktionen: .*")
     label = {"backlog": "Offen", "doing": "In Arbeit", "done": "Erledigt", "delete": "Löschen"}[choice]
     walk.desk.click(lambda: walk.desk.window().first("menu item", label))
     if choice == "delete":
@@ -162,7 +170,7 @@ def switch_board(walk, _):
     choose_quickly(walk, "To-Do", "Kanban-Tafel" if walk.model.showsBoard else "Liste")
 
 
-@action(6, when=lambda model: model.tasks and model.undone_from("To-Do"))
+@action(6, when=lambda model: model.tasks and model.can_undo(model.undone_from("To-Do")))
 def undo_by_key(walk, rng):
     """With the keyboard in the list or on the board: its own latest change, or else the latest of all."""
     task = pick_task(walk, rng)

@@ -1,17 +1,11 @@
-"""What a walk does with the pad, the notes and the appointments."""
+"""What a walk does with the pad and the appointments."""
 
 import os
 from datetime import date, timedelta
 
 from walk_actions import action, choose_quickly, into_pad, text, within
-from walk_model import EventForm, Note
 
 MOST_EVENTS = 5
-MOST_NOTES = 6
-
-
-def lists_notes(model):
-    return not model.showsPad and model.browser.page == "list"
 
 
 # --- the pad
@@ -57,74 +51,6 @@ def empty_pad(walk, rng):
 def switch_notes(walk, _):
     walk.model.showsPad = not walk.model.showsPad
     choose_quickly(walk, "Notizen", "Notizzettel" if walk.model.showsPad else "Apple Notizen")
-
-
-# --- notes
-
-@action(8, when=lambda model: lists_notes(model) and len(model.notes) < MOST_NOTES)
-def write_note(walk, rng):
-    name, body = text(rng, 2), text(rng, 3) + "\n" * rng.randint(0, 2) + text(rng, 2)
-    walk.detail(f"{name!r} {body!r}")
-    walk.desk.click(within(walk, "Notizen", None, "Neue Notiz"))
-    browser = walk.model.browser
-    browser.page = "composer"
-    walk.agree()
-    walk.desk.type(name)
-    walk.desk.desktop.key("Return")
-    walk.desk.type(body)
-    browser.title, browser.body = name, body
-    walk.agree()
-    if rng.random() < 0.5:
-        walk.desk.desktop.key("ctrl+s")
-    else:
-        walk.desk.click(within(walk, "Notizen", None, "Speichern"))
-    browser.title = browser.body = ""
-    browser.page = "list"
-    walk.model.notes.append(Note(name, body))
-
-
-def open_note(walk, rng):
-    """Opens a note; none where several have the name."""
-    note = rng.choice(walk.model.notes)
-    walk.detail(repr(note.name))
-    if [other.name for other in walk.model.notes].count(note.name) > 1:
-        walk.detail("(one of several)")
-        return None
-    walk.desk.click(lambda: next((row for row in walk.desk.note_rows() if row.name == note.name), None))
-    browser = walk.model.browser
-    browser.page, browser.note, browser.text = "note", note, note.body
-    walk.agree()
-    return note
-
-
-@action(8, when=lambda model: lists_notes(model) and model.notes)
-def edit_note(walk, rng):
-    note = open_note(walk, rng)
-    if not note:
-        return
-    words = "\n" * rng.randint(0, 1) + text(rng, 3)
-    walk.detail(repr(words))
-    walk.desk.click(walk.desk.note_editor, at=0.9)
-    walk.desk.desktop.key("ctrl+End")
-    walk.desk.type(words)
-    browser = walk.model.browser
-    browser.text += words
-    walk.agree()
-    walk.desk.desktop.key("ctrl+s")
-    note.body = browser.text
-    walk.wait_stored()
-    walk.desk.click(within(walk, "Notizen", None, "Zurück"))
-    browser.page = "list"
-
-
-@action(4, when=lambda model: lists_notes(model) and model.notes)
-def delete_note(walk, rng):
-    note = open_note(walk, rng)
-    if not note:
-        return
-    walk.desk.click(within(walk, "Notizen", None, "Notiz löschen"))
-    walk.model.notes.remove(note)
-    walk.model.browser.page = "list"
 
 
 # --- appointments
@@ -187,5 +113,3 @@ def calendar_from_elsewhere(walk, _):
     aside.write_text("BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:-//Anderes//Programm//DE\r\nEND:VCALENDAR\r\n")
     os.replace(aside, path)
     walk.model.events.clear()
-    # What was added there cannot be taken back any more.
-    walk.model.histories["Kalender"].clear()

@@ -1,23 +1,19 @@
 import QtQuick
 
+import Randblatt.Calendar
 import Randblatt.Controls
 
-// The quick form for a new event. Its values stay in the view, so that they outlast the form.
+// The quick form for a new event. What is typed goes to the draft at once.
 Column {
     id: root
 
     required property CardAppearance appearance
-    required property date startDate
-    required property int durationMinutes
+    required property EventDraft draft
     required property var durations
     required property bool saving
 
-    property alias newTitle: titleField.text
-
     readonly property Item titleInput: titleField
 
-    signal startEdited(start: date)
-    signal durationEdited(minutes: int)
     signal submitted
 
     spacing: 8
@@ -31,6 +27,11 @@ Column {
         PlainTextField {
             id: titleField
 
+            function follow(): void {
+                if (text !== root.draft.title)
+                    text = root.draft.title
+            }
+
             objectName: "titleField"
             x: 8
             width: parent.width - 2 * x
@@ -38,7 +39,17 @@ Column {
             appearance: root.appearance
             activeFocusOnTab: true
             placeholderText: "Titel"
+            onTextEdited: root.draft.title = text
             onAccepted: root.submitted()
+            Component.onCompleted: follow()
+        }
+    }
+
+    Connections {
+        target: root.draft
+
+        function onTitleChanged(): void {
+            titleField.follow()
         }
     }
 
@@ -60,9 +71,28 @@ Column {
             anchors.right: parent.right
             appearance: root.appearance
             label: "Beginn"
-            value: root.startDate
-            onEdited: start => root.startEdited(start)
+            typed: root.draft.startText
+            value: root.draft.start
+            problem: root.draft.startProblem
+            onEdited: text => root.draft.startText = text
+            onCommitted: root.draft.commitStart()
+            onStepped: (cursor, steps) => root.draft.stepStart(cursor, steps)
+            onDayChosen: (year, month, day) => root.draft.chooseDay(year, month, day)
         }
+    }
+
+    CardText {
+        objectName: "startProblem"
+        visible: root.draft.startProblem !== ""
+        width: parent.width
+        appearance: root.appearance
+        size: Metrics.captionSize
+        color: root.appearance.destructive
+        horizontalAlignment: Text.AlignRight
+        wrapMode: Text.WordWrap
+        text: root.draft.startProblem
+        Accessible.role: Accessible.AlertMessage
+        Accessible.name: text
     }
 
     Item {
@@ -85,18 +115,44 @@ Column {
             appearance: root.appearance
             label: "Dauer"
             durations: root.durations
-            minutes: root.durationMinutes
-            onChosen: minutes => root.durationEdited(minutes)
+            minutes: root.draft.durationMinutes
+            onChosen: minutes => root.draft.durationMinutes = minutes
         }
     }
 
-    ProminentButton {
-        objectName: "addButton"
-        anchors.right: parent.right
-        accent: root.appearance.accent
-        textSize: Metrics.bodySize * root.appearance.textScale
-        text: "Hinzufügen"
-        enabled: !root.saving
-        onClicked: root.submitted()
+    Item {
+        width: parent.width
+        height: Math.max(addButton.height, problem.visible ? problem.height : 0)
+
+        CardText {
+            id: problem
+
+            objectName: "addProblem"
+            visible: text !== ""
+            anchors.left: parent.left
+            anchors.right: addButton.left
+            anchors.rightMargin: Metrics.gap
+            anchors.verticalCenter: parent.verticalCenter
+            appearance: root.appearance
+            size: Metrics.captionSize
+            color: root.appearance.destructive
+            wrapMode: Text.WordWrap
+            text: root.draft.problem
+            Accessible.role: Accessible.AlertMessage
+            Accessible.name: text
+        }
+
+        ProminentButton {
+            id: addButton
+
+            objectName: "addButton"
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            accent: root.appearance.accent
+            textSize: Metrics.bodySize * root.appearance.textScale
+            text: "Hinzufügen"
+            enabled: !root.saving
+            onClicked: root.submitted()
+        }
     }
 }

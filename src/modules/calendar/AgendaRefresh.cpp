@@ -13,6 +13,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto changesQuiet = 300ms;
+constexpr std::chrono::milliseconds longestPause = 5min;
 // The timer does not know of a clock that is set: it looks again now and then.
 constexpr std::chrono::milliseconds longestWait = 15min;
 
@@ -27,7 +28,9 @@ AgendaRefresh::AgendaRefresh(CalendarService &service, CalendarStore &store, Sys
     m_midnight.setSingleShot(true);
     m_changes.setSingleShot(true);
     m_changes.setInterval(changesQuiet);
+    m_retry.setSingleShot(true);
     connect(&service, &CalendarService::accessRequested, this, &AgendaRefresh::noteRequest);
+    connect(&service, &CalendarService::reloaded, this, &AgendaRefresh::noteAnswer);
     connect(&store, &CalendarStore::changed, this, [this] {
         m_outdated = true;
         if (isOnScreen() && !m_changes.isActive())
@@ -38,6 +41,7 @@ AgendaRefresh::AgendaRefresh(CalendarService &service, CalendarStore &store, Sys
         refreshIfOutdated();
     });
     connect(&m_changes, &QTimer::timeout, this, &AgendaRefresh::refreshIfOutdated);
+    connect(&m_retry, &QTimer::timeout, this, &AgendaRefresh::refreshIfOutdated);
     connect(&m_midnight, &QTimer::timeout, this, &AgendaRefresh::refreshIfOutdated);
 }
 
@@ -54,12 +58,27 @@ void AgendaRefresh::cardHidden()
         return;
     m_midnight.stop();
     m_changes.stop();
+    m_retry.stop();
 }
 
 void AgendaRefresh::noteRequest()
 {
     m_outdated = false;
     m_requestedOn = m_clock().date();
+}
+
+void AgendaRefresh::noteAnswer(bool succeeded)
+{
+    m_retry.stop();
+    if (succeeded) {
+        m_pause = shortestPause;
+        return;
+    }
+    m_outdated = true;
+    if (!isOnScreen())
+        return;
+    m_retry.start(m_pause);
+    m_pause = std::min(2 * m_pause, longestPause);
 }
 
 void AgendaRefresh::refreshIfOutdated()

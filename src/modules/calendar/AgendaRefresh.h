@@ -7,6 +7,8 @@
 #include <QTimer>
 #include <QtQml/qqmlregistration.h>
 
+#include <chrono>
+
 namespace randblatt {
 
 class SystemWake;
@@ -32,6 +34,7 @@ public:
 
 private:
     void noteRequest();
+    void noteAnswer(bool succeeded);
     void refreshIfOutdated();
     void waitForMidnight();
     [[nodiscard]] bool isOnScreen() const { return m_cardsOnScreen > 0; }
@@ -45,6 +48,10 @@ private:
     QTimer m_midnight;
     /// A store that synchronises reports many changes: they cost one request.
     QTimer m_changes;
+    static constexpr std::chrono::milliseconds shortestPause{2000};
+    /// After the next failure.
+    std::chrono::milliseconds m_pause = shortestPause;
+    QTimer m_retry;
 };
 
 } // namespace randblatt

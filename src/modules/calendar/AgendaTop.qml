@@ -9,6 +9,8 @@ Item {
     required property CardAppearance appearance
     required property bool authorized
     required property string statusMessage
+    // Why it is so.
+    required property string reason
     required property bool showAdd
 
     default property alias form: formFrame.data
@@ -100,7 +102,7 @@ Item {
             size: Metrics.calloutSize
             color: root.appearance.secondary
             wrapMode: Text.WordWrap
-            text: root.statusMessage
+            text: root.reason !== "" ? root.reason + " " + root.statusMessage : root.statusMessage
         }
     }
 }

@@ -52,11 +52,16 @@ void CalendarService::reload()
         if (events)
             publish(*events);
         else
-            setStatusMessage(u"Konnte Termine nicht laden."_s);
+            setStatusMessage(m_events.isEmpty()
+                                 ? u"Konnte Termine nicht laden."_s
+                                 : u"Konnte Termine nicht laden; hier steht der letzte Stand."_s,
+                             events.reason());
+        Q_EMIT reloaded(static_cast<bool>(events));
     });
 }
 
-void CalendarService::addEvent(const QString &title, const QDateTime &start, const QDateTime &end)
+void CalendarService::addEvent(const QString &title, const QDateTime &start, const QDateTime &end,
+                               const QString &uid)
 {
     if (m_saving)
         return;
@@ -66,18 +71,46 @@ void CalendarService::addEvent(const QString &title, const QDateTime &start, con
         return;
     }
     setSaving(true);
-    m_store.saveEvent({trimmed, start, std::max(end, start.addSecs(shortestEvent))}, this,
-                      [this](bool saved) { finishAdd(saved); });
+    m_store.saveEvent({trimmed, start, std::max(end, start.addSecs(shortestEvent)), uid}, this,
+                      [this](const CalendarStore::Saved &saved) { finishAdd(saved); });
 }
 
-void CalendarService::finishAdd(bool saved)
+QString CalendarService::newUid()
+{
+    return NewCalendarEvent().uid;
+}
+
+void CalendarService::finishAdd(const CalendarStore::Saved &saved)
 {
     if (saved)
         reload();
     else
-        setStatusMessage(u"Konnte Termin nicht speichern."_s);
+        setStatusMessage(u"Konnte Termin nicht speichern."_s, saved.reason());
     setSaving(false);
-    Q_EMIT addFinished(saved);
+    Q_EMIT addFinished(static_cast<bool>(saved));
+    if (saved)
+        Q_EMIT eventAdded(*saved);
+    else
+        Q_EMIT addFailed(m_reason.isEmpty() ? m_statusMessage : m_reason);
+}
+
+void CalendarService::removeEvent(const SavedEvent &event)
+{
+    m_store.removeEvent(
+        event, this, [this, event](const CalendarStore::Removed &removed) { finishRemoval(event, removed); });
+}
+
+void CalendarService::finishRemoval(const SavedEvent &event, const CalendarStore::Removed &removed)
+{
+    const QString failure = u"Konnte Termin nicht löschen."_s;
+    if (!removed) {
+        setStatusMessage(failure, removed.reason());
+        Q_EMIT removalFailed(event);
+    } else if (*removed == Removal::changed) {
+        setStatusMessage(failure, u"Der Termin wurde inzwischen geändert."_s);
+    } else {
+        reload();
+    }
 }
 
 void CalendarService::publish(const QList<CalendarEvent> &events)
@@ -102,11 +135,12 @@ void CalendarService::setAuthorized(bool authorized)
     Q_EMIT authorizedChanged();
 }
 
-void CalendarService::setStatusMessage(const QString &message)
+void CalendarService::setStatusMessage(const QString &message, const QString &reason)
 {
-    if (m_statusMessage == message)
+    if (m_statusMessage == message && m_reason == reason)
         return;
     m_statusMessage = message;
+    m_reason = reason;
     Q_EMIT statusMessageChanged();
 }
 

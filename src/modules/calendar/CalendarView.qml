@@ -12,15 +12,13 @@ FocusScope {
     required property CalendarService service
     required property AgendaModel agenda
     required property AgendaRefresh refresh
+    required property EventDraft draft
 
     property bool didRequest: false
-    property bool showAdd: false
-    property string newTitle
-    property date startDate: new Date()
-    property int durationMinutes: 60
     // The refresh counts this card among those on screen.
     property bool counted: false
 
+    readonly property bool showAdd: draft.open
     readonly property var durations: [15, 30, 45, 60, 90, 120, 180]
     readonly property bool onScreen: Window.window !== null && Window.visibility !== Window.Hidden
     // Takes what is typed while nothing has the keyboard.
@@ -42,29 +40,17 @@ FocusScope {
     }
 
     function toggleForm(): void {
-        showAdd = !showAdd
-        if (showAdd)
+        draft.open = !draft.open
+        if (draft.open)
             titleInput.forceActiveFocus(Qt.TabFocusReason)
     }
 
-    function add(): void {
-        service.addEvent(newTitle, startDate, new Date(startDate.getTime() + durationMinutes * 60000))
-    }
-
     onOnScreenChanged: followScreen(onScreen)
-    Component.onCompleted: followScreen(onScreen)
-    Component.onDestruction: followScreen(false)
-
-    Connections {
-        target: root.service
-
-        function onAddFinished(saved: bool): void {
-            if (!saved)
-                return
-            root.newTitle = ""
-            root.showAdd = false
-        }
+    Component.onCompleted: {
+        draft.beginView()
+        followScreen(onScreen)
     }
+    Component.onDestruction: followScreen(false)
 
     ListView {
         id: list
@@ -102,16 +88,21 @@ FocusScope {
         header: AgendaTop {
             id: top
 
+            property real knownHeight: 0
+
             width: list.width
             appearance: root.appearance
             authorized: root.service.authorized
             statusMessage: root.service.statusMessage
+            reason: root.service.reason
             showAdd: root.showAdd
             formHeight: form.implicitHeight
             // Above the events, the list would let it grow out of sight.
             onHeightChanged: {
-                if (root.showAdd || list.atYBeginning)
+                const growth = Math.max(0, height - knownHeight)
+                if (root.showAdd || list.contentY - list.originY <= growth + 1)
                     list.positionViewAtBeginning()
+                knownHeight = height
             }
             onFormToggled: root.toggleForm()
             onAccessWanted: root.service.requestAccess()
@@ -123,15 +114,10 @@ FocusScope {
                 width: parent.width
                 y: Metrics.gap
                 appearance: root.appearance
-                startDate: root.startDate
-                durationMinutes: root.durationMinutes
+                draft: root.draft
                 durations: root.durations
                 saving: root.service.saving
-                newTitle: root.newTitle
-                onNewTitleChanged: root.newTitle = newTitle
-                onStartEdited: start => root.startDate = start
-                onDurationEdited: minutes => root.durationMinutes = minutes
-                onSubmitted: root.add()
+                onSubmitted: root.draft.add()
                 Component.onCompleted: root.titleInput = titleInput
             }
         }

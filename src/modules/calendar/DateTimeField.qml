@@ -4,27 +4,32 @@ import Randblatt.Calendar
 import Randblatt.Controls
 
 // A date and time to type into. The up and down keys step the number under the cursor; the button at the end
-// opens a month to choose the day from.
+// opens a month to choose the day from. What is typed is told with every letter.
 FieldFrame {
     id: root
 
     required property string label
-    property date value
+    // What stands in the field, and what it was last understood as.
+    required property string typed
+    required property date value
+    // Why the text is not understood.
+    property string problem
 
-    signal edited(value: date)
+    signal edited(text: string)
+    signal committed
+    signal stepped(cursor: int, steps: int)
+    signal dayChosen(year: int, month: int, day: int)
 
-    // Takes what has been typed; a text that is no time is put back.
-    function commit(): void {
-        const typed = DateTimeText.parsed(field.text, value)
-        if (typed.getTime() !== value.getTime())
-            edited(typed)
-        field.text = DateTimeText.text(value)
+    function follow(): void {
+        if (field.text !== typed)
+            field.text = typed
     }
 
     function step(steps: int): void {
-        commit()
         const cursor = field.selectedText.length > 0 ? field.selectionStart : field.cursorPosition
-        edited(DateTimeText.stepped(value, cursor, steps))
+        stepped(cursor, steps)
+        if (problem !== "")
+            return
         const section = DateTimeText.section(cursor)
         field.select(section.y, section.x)
     }
@@ -32,8 +37,10 @@ FieldFrame {
     implicitWidth: field.implicitWidth + monthButton.width + 8 + 4
     implicitHeight: Math.max(28, field.implicitHeight + 2 * 6)
     active: field.activeFocus
-    onValueChanged: field.text = DateTimeText.text(value)
-    Component.onCompleted: field.text = DateTimeText.text(value)
+    border.color: problem !== "" ? appearance.destructive
+                                 : active ? appearance.accent : appearance.alpha(0.16)
+    onTypedChanged: follow()
+    Component.onCompleted: follow()
 
     PlainTextField {
         id: field
@@ -47,8 +54,10 @@ FieldFrame {
         appearance: root.appearance
         activeFocusOnTab: true
         Accessible.name: root.label
+        Accessible.description: root.problem
 
-        onEditingFinished: root.commit()
+        onTextEdited: root.edited(text)
+        onEditingFinished: root.committed()
         Keys.onUpPressed: root.step(1)
         Keys.onDownPressed: root.step(-1)
 
@@ -73,7 +82,7 @@ FieldFrame {
         accent: root.appearance.accent
         text: "Tag wählen"
         onClicked: {
-            root.commit()
+            root.committed()
             popup.openAt(root.value)
         }
     }
@@ -84,7 +93,7 @@ FieldFrame {
         textScale: root.appearance.textScale
         x: root.width - width
         y: root.height + 4
-        onChosen: (year, month, day) => root.edited(DateTimeText.onDay(root.value, year, month, day))
+        onChosen: (year, month, day) => root.dayChosen(year, month, day)
         onClosed: monthButton.forceActiveFocus(Qt.PopupFocusReason)
     }
 }

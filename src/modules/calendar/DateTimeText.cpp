@@ -2,8 +2,6 @@
 
 #include "platform/LocalTime.h"
 
-#include <QRegularExpression>
-
 #include <algorithm>
 #include <array>
 
@@ -40,11 +38,6 @@ const Section &sectionAt(int cursor)
     return *it;
 }
 
-bool isWritable(const QDateTime &time)
-{
-    return time.isValid() && time.date().year() >= firstYear && time.date().year() <= lastYear;
-}
-
 } // namespace
 
 QString DateTimeText::text(const QDateTime &time)
@@ -52,23 +45,16 @@ QString DateTimeText::text(const QDateTime &time)
     return time.toString(u"dd.MM.yyyy, HH:mm");
 }
 
-QDateTime DateTimeText::parsed(const QString &text, const QDateTime &present)
+TypedTime DateTimeText::read(const QString &text, const QDateTime &present, const QDateTime &now)
 {
-    if (text == DateTimeText::text(present))
-        return present;
-    static const QRegularExpression pattern(
-        uR"(^\D*(\d{1,2})\D+(\d{1,2})\D+(\d{4}|\d{2})(?:\D+(\d{1,2})(?:\D+(\d{1,2}))?)?\D*$)"_s);
-    const QRegularExpressionMatch match = pattern.match(text);
-    if (!match.hasMatch())
-        return present;
-    const auto number = [&match](int group) { return match.captured(group).toInt(); };
-    const int year = match.capturedLength(3) == 2 ? 2000 + number(3) : number(3);
-    const QDate date(year, number(2), number(1));
-    const QTime time = match.hasCaptured(4) ? QTime(number(4), number(5)) : present.time();
-    if (!date.isValid() || !time.isValid())
-        return present;
-    const QDateTime parsed = localTime(date, time);
-    return isWritable(parsed) ? parsed : present;
+    if (text.trimmed() == DateTimeText::text(present))
+        return {present, {}};
+    return DateTimeParser(present, now).parse(text);
+}
+
+bool DateTimeText::isWritable(const QDateTime &time)
+{
+    return time.isValid() && time.date().year() >= firstYear && time.date().year() <= lastYear;
 }
 
 QDateTime DateTimeText::stepped(const QDateTime &time, int cursor, int steps)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "modules/calendar/DateTimeParser.h"
+
 #include <QDateTime>
 #include <QObject>
 #include <QPoint>
@@ -18,17 +20,18 @@ class DateTimeText : public QObject
 public:
     using QObject::QObject;
 
-    [[nodiscard]] Q_INVOKABLE static QString text(const QDateTime &time);
-    /// What a typed text means: the five numbers in their order with anything between them, the year also
-    /// with two digits; without a time of day, that of `present`. A text that is no time means `present`, and
-    /// so does the text of `present`, seconds and all.
-    [[nodiscard]] Q_INVOKABLE static QDateTime parsed(const QString &text, const QDateTime &present);
+    [[nodiscard]] static QString text(const QDateTime &time);
+    /// What a typed text means to somebody who types it at `now`, as DateTimeParser reads it. The text of
+    /// `present` means `present`, seconds and all.
+    [[nodiscard]] static TypedTime read(const QString &text, const QDateTime &present, const QDateTime &now);
+    /// Whether text() has its usual form for the time, and read() may give it.
+    [[nodiscard]] static bool isWritable(const QDateTime &time);
     /// The time with the number under the cursor `steps` higher; a day stays within its month's length.
-    [[nodiscard]] Q_INVOKABLE static QDateTime stepped(const QDateTime &time, int cursor, int steps);
+    [[nodiscard]] static QDateTime stepped(const QDateTime &time, int cursor, int steps);
     /// Where the number under the cursor begins (x) and ends (y) in text().
     [[nodiscard]] Q_INVOKABLE static QPoint section(int cursor);
     /// The same time of day on another day; months count from 0.
-    [[nodiscard]] Q_INVOKABLE static QDateTime onDay(const QDateTime &time, int year, int month, int day);
+    [[nodiscard]] static QDateTime onDay(const QDateTime &time, int year, int month, int day);
 };
 
 } // namespace randblatt

@@ -230,11 +230,14 @@ void EditedDocument::follow()
     moveBreaks(range);
     m_length = length;
     m_shown += change.inserted.size() - change.length;
-    const QScopedValueRollback applying(m_isApplying, true);
-    m_text->replace(change);
-    if (change.inserted.size() != typed.size())
-        replace(range.from, range.newEnd, change.inserted);
+    {
+        const QScopedValueRollback applying(m_isApplying, true);
+        m_text->replace(change);
+        if (change.inserted != typed)
+            replace(range.from, range.newEnd, change.inserted);
+    }
     evenOut(range.from, range.from + static_cast<int>(change.inserted.size()));
+    keepCursor();
 }
 
 // The document tells of whole paragraphs and more. What is the same before and after did not change.
@@ -281,6 +284,7 @@ void EditedDocument::followText(const EditedText::Change &change)
     m_shown += change.inserted.size() - change.length;
     replace(from, end, change.inserted);
     evenOut(from, from + static_cast<int>(change.inserted.size()));
+    keepCursor();
 }
 
 // From `from` to `end` the document shows `text` instead.

@@ -26,7 +26,11 @@ public:
     virtual void fetchEvents(const QDateTime &start, const QDateTime &end,
                              std::function<void(const CalendarStore::Events &events)> completion) = 0;
     /// See CalendarStore::saveEvent().
-    virtual void saveEvent(const NewCalendarEvent &event, std::function<void(bool saved)> completion) = 0;
+    virtual void saveEvent(const NewCalendarEvent &event,
+                           std::function<void(const CalendarStore::Saved &saved)> completion) = 0;
+    /// See CalendarStore::removeEvent().
+    virtual void removeEvent(const SavedEvent &event,
+                             std::function<void(const CalendarStore::Removed &removed)> completion) = 0;
 };
 
 } // namespace randblatt

@@ -1,43 +1,51 @@
 #include "platform/calendar/CalendarFile.h"
 
+#include "platform/calendar/IcalText.h"
+#include "platform/files/ReplaceFile.h"
+#include "platform/files/SystemReason.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QLoggingCategory>
-#include <QSaveFile>
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include <algorithm>
+#include <chrono>
+#include <thread>
 
 namespace randblatt {
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
 Q_LOGGING_CATEGORY(lcCalendar, "quillbar.calendar")
 
 constexpr auto defaultName = "Kalender"_L1;
-constexpr auto emptyCalendar = "BEGIN:VCALENDAR\r\n"
-                               "VERSION:2.0\r\n"
-                               "PRODID:-//Quillbar//Kalender//DE\r\n"
-                               "END:VCALENDAR\r\n";
+constexpr qint64 sizeLimit = 64 * 1024 * 1024;
 
-/// Where the last calendar of a whole text ends.
-qsizetype endOfCalendar(const QByteArray &text)
+// Against programs that write all the time; with the pauses it is less than a second. Who writes without a
+// detour leaves half a file for a moment, but what stays half a file is soon told of.
+constexpr int attempts = 40;
+constexpr int attemptsAtHalf = 12;
+constexpr std::chrono::milliseconds longestPause = 25ms;
+
+void pauseBefore(int attempt)
 {
-    return text.toUpper().lastIndexOf("END:VCALENDAR");
+    std::this_thread::sleep_for(std::min<std::chrono::milliseconds>(1ms * attempt, longestPause));
 }
 
-/// Makes a rename last through a power failure.
-void syncFolder(const QString &path)
+QString damagedText()
 {
-    const int folder = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (folder < 0)
-        return;
-    ::fsync(folder);
-    ::close(folder);
+    return u"Die Kalenderdatei ist unvollständig oder beschädigt."_s;
+}
+
+QString problemText(int error)
+{
+    if (error == EFBIG)
+        return u"Die Kalenderdatei ist größer als 64 MB."_s;
+    return u"Kalenderdatei: "_s + systemReason(error) + u'.';
 }
 
 } // namespace
@@ -50,24 +58,20 @@ CalendarFile::CalendarFile(QString path)
 bool CalendarFile::open()
 {
     const QString folder = QFileInfo(m_path).absolutePath();
-    if (!QFileInfo::exists(folder)) {
-        if (!QDir().mkpath(folder)) {
-            qCWarning(lcCalendar, "Kalenderordner-Fehler: %ls", qUtf16Printable(folder));
-            return false;
-        }
-        QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    if (QFileInfo::exists(folder))
+        return true;
+    if (!QDir().mkpath(folder)) {
+        qCWarning(lcCalendar, "Kalenderordner-Fehler: %ls", qUtf16Printable(folder));
+        return false;
     }
-    const bool isFirst = !m_index;
-    const Outcome outcome = refresh();
-    if (outcome == Outcome::noCalendar && isFirst)
-        return setAside() && refresh() == Outcome::read;
-    return outcome != Outcome::unreadable;
+    QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    return true;
 }
 
 CalendarStore::Events CalendarFile::events(const QDateTime &start, const QDateTime &end)
 {
-    if (refresh() != Outcome::read)
-        return std::nullopt;
+    if (const QString problem = refresh(); !problem.isEmpty())
+        return CalendarStore::Events::failure(problem);
     auto found = m_index->events(start, end);
     if (m_index->name().isEmpty()) {
         for (CalendarEvent &event : found)
@@ -76,93 +80,110 @@ CalendarStore::Events CalendarFile::events(const QDateTime &start, const QDateTi
     return found;
 }
 
-bool CalendarFile::append(const NewCalendarEvent &event)
+CalendarStore::Saved CalendarFile::append(const NewCalendarEvent &event)
 {
-    auto text = contents();
-    if (!text)
-        return false;
-    if (text->trimmed().isEmpty()) {
-        text = emptyCalendar;
-    } else if (!CalendarIndex::isCalendar(*text)) {
-        if (!setAside())
-            return false;
-        text = emptyCalendar;
-    }
-    QByteArray encoded = newEventText(event);
-    if (!text->contains("\r\n"))
-        encoded.replace("\r\n", "\n");
-    text->insert(endOfCalendar(*text), encoded);
-    return write(*text);
+    const QByteArray component = newEventText(event);
+    const QString problem = rewrite([&](QByteArray text) -> Change {
+        if (findEvent(text, event.uid.toUtf8()).count != EventPlace::Count::none)
+            return {};
+        insertComponent(text, component);
+        return {.text = text};
+    });
+    if (!problem.isEmpty())
+        return CalendarStore::Saved::failure(problem);
+    return SavedEvent{{}, event.uid, eventFingerprint(component)};
 }
 
-CalendarFile::Stamp CalendarFile::stampOnDisk() const
+CalendarStore::Removed CalendarFile::remove(const SavedEvent &event)
 {
-    struct stat status = {};
-    if (::stat(QFile::encodeName(m_path).constData(), &status) != 0)
+    Removal removal = Removal::removed;
+    const QString problem = rewrite([&event, &removal](QByteArray text) -> Change {
+        const EventPlace place = findEvent(text, event.uid.toUtf8());
+        const bool isSame = place.count == EventPlace::Count::one &&
+                            eventFingerprint(text.sliced(place.begin, place.length)) == event.fingerprint;
+        removal = isSame                                   ? Removal::removed
+                  : place.count == EventPlace::Count::none ? Removal::gone
+                                                           : Removal::changed;
+        return isSame ? Change{.text = text.remove(place.begin, place.length)} : Change{};
+    });
+    if (!problem.isEmpty())
+        return CalendarStore::Removed::failure(problem);
+    return removal;
+}
+
+bool CalendarFile::hasChanged() const
+{
+    return fileStamp(m_path) != m_stamp;
+}
+
+QString CalendarFile::refresh()
+{
+    if (m_index && m_stamp && m_stamp == fileStamp(m_path))
         return {};
-    return {true, status.st_ino, status.st_size,
-            status.st_mtim.tv_sec * 1'000'000'000 + status.st_mtim.tv_nsec};
-}
-
-CalendarFile::Outcome CalendarFile::refresh()
-{
-    const Stamp stamp = stampOnDisk();
-    if (m_index && stamp == m_stamp)
-        return Outcome::read;
     m_index.reset();
-    m_stamp = stamp;
-    auto text = contents();
-    if (!text)
-        return Outcome::unreadable;
-    m_index = CalendarIndex::parse(text->trimmed().isEmpty() ? QByteArray(emptyCalendar) : *text);
-    if (m_index)
-        return Outcome::read;
-    qCWarning(lcCalendar, "Kein Kalender: %ls", qUtf16Printable(m_path));
-    return Outcome::noCalendar;
+    m_stamp = fileStamp(m_path);
+    Contents found = contents();
+    if (found.version)
+        m_stamp = found.version->stamp;
+    if (found.problem.isEmpty()) {
+        m_index = CalendarIndex::parse(found.calendar);
+        if (!m_index)
+            found.problem = damagedText();
+    }
+    if (m_problem != found.problem && !found.problem.isEmpty())
+        qCWarning(lcCalendar, "%ls (%ls)", qUtf16Printable(found.problem), qUtf16Printable(m_path));
+    m_problem = found.problem;
+    return m_problem;
 }
 
-std::optional<QByteArray> CalendarFile::contents() const
+CalendarFile::Contents CalendarFile::contents() const
 {
-    QFile file(m_path);
-    if (!file.exists())
-        return QByteArray();
-    if (!file.open(QFile::ReadOnly)) {
-        qCWarning(lcCalendar, "Kalender nicht lesbar: %ls", qUtf16Printable(file.errorString()));
-        return std::nullopt;
-    }
-    return file.readAll();
+    FileReading reading = readFile(m_path, sizeLimit);
+    if (!reading.version && reading.error != ENOENT)
+        return {.problem = problemText(reading.error)};
+    Contents contents{.version = std::move(reading.version)};
+    if (contents.version && !contents.version->contents.trimmed().isEmpty())
+        contents.calendar = contents.version->contents;
+    else
+        contents.calendar = emptyCalendarText();
+    return contents;
 }
 
-bool CalendarFile::setAside() const
+/// Replaces the file by what `edit` makes of its text; on conflict with another program, by what it makes of
+/// that program's. Gives the reason if that can't be done.
+template <typename Edit>
+QString CalendarFile::rewrite(const Edit &edit)
 {
-    const QString aside =
-        m_path + QDateTime::currentDateTime().toString(u"'.unlesbar-'yyyyMMdd-HHmmss-zzz"_s);
-    if (!QFile::rename(m_path, aside)) {
-        qCWarning(lcCalendar, "Kalender lässt sich nicht beiseitelegen: %ls", qUtf16Printable(m_path));
-        return false;
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        pauseBefore(attempt);
+        const Contents found = contents();
+        if (!found.problem.isEmpty())
+            return found.problem;
+        if (!CalendarIndex::isCalendar(found.calendar)) {
+            if (attempt < attemptsAtHalf)
+                continue;
+            return damagedText();
+        }
+        const Change change = edit(found.calendar);
+        if (change.text.isEmpty())
+            return change.problem;
+        if (change.text.size() > sizeLimit)
+            return problemText(EFBIG);
+        const FileReplacement result = replaceFile(m_path, found.version, change.text);
+        if (!result.kept.isEmpty())
+            qCWarning(lcCalendar, "Andere Fassung aufbewahrt: %ls", qUtf16Printable(result.kept));
+        if (result.outcome == FileReplacement::Outcome::replaced) {
+            (void)refresh();
+            return {};
+        }
+        if (result.outcome == FileReplacement::Outcome::failed) {
+            const QString problem = problemText(result.error);
+            qCWarning(lcCalendar, "Kalender-Schreibfehler: %ls (%ls)", qUtf16Printable(problem),
+                      qUtf16Printable(m_path));
+            return problem;
+        }
     }
-    qCWarning(lcCalendar, "Unlesbarer Kalender beiseitegelegt: %ls", qUtf16Printable(aside));
-    return true;
-}
-
-bool CalendarFile::write(const QByteArray &text)
-{
-    // Takes the place of the old file only when all of it is on disk.
-    QSaveFile file(m_path);
-    const bool isNew = !QFile::exists(m_path);
-    if (!file.open(QFile::WriteOnly) || file.write(text) != text.size() || !file.flush()) {
-        qCWarning(lcCalendar, "Kalender-Schreibfehler: %ls", qUtf16Printable(file.errorString()));
-        return false;
-    }
-    if (isNew)
-        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
-    if (::fsync(file.handle()) != 0 || !file.commit()) {
-        qCWarning(lcCalendar, "Kalender-Schreibfehler: %ls", qUtf16Printable(file.errorString()));
-        return false;
-    }
-    syncFolder(QFileInfo(m_path).absolutePath());
-    refresh();
-    return true;
+    return u"Ein anderes Programm schreibt gerade in die Kalenderdatei."_s;
 }
 
 } // namespace randblatt

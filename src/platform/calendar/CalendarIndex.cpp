@@ -39,6 +39,13 @@ bool isOfInterest(QByteArrayView line)
                        [name](QByteArrayView known) { return isNamed(name, known); });
 }
 
+/// Whether nothing is to be seen of a line. Some programs end their texts with a control character.
+bool isBlank(QByteArrayView line)
+{
+    return std::all_of(line.begin(), line.end(),
+                       [](char c) { return static_cast<unsigned char>(c) <= ' ' || c == 0x7f; });
+}
+
 /// What the index needs of a text: its calendars with their zones and the telling lines of their events; the
 /// bulk of most calendars is something else. None if a component is not closed, or an outermost one is no
 /// calendar: the library's parser accepts texts that are cut off.
@@ -72,7 +79,7 @@ std::optional<QByteArray> reduced(const QByteArray &text)
             keepsLine = isKept();
             open.pop_back();
         } else if (open.empty()) {
-            if (!line.trimmed().isEmpty())
+            if (!isBlank(line))
                 return std::nullopt;
             keepsLine = false;
         } else if (line.front() != ' ' && line.front() != '\t') {
@@ -112,11 +119,13 @@ bool isCancelled(icalcomponent *event)
 
 std::optional<CalendarIndex> CalendarIndex::parse(const QByteArray &text)
 {
-    const auto plain = reduced(withoutByteOrderMark(text));
+    auto plain = reduced(withoutByteOrderMark(text));
     if (!plain)
         return std::nullopt;
     icalerror_set_errors_are_fatal(0);
     CalendarIndex index;
+    // For the library the text would end there.
+    plain->replace(QByteArrayView("\0", 1), {});
     index.m_zones.reset(icalparser_parse_string(plain->constData()));
     if (!index.m_zones)
         return std::nullopt;

@@ -82,17 +82,27 @@ void DesktopCalendarStore::fetchEvents(const QDateTime &start, const QDateTime &
     if (m_chosen != nullptr)
         m_chosen->fetchEvents(start, end, answer);
     else
-        answer(std::nullopt);
+        answer(Events::failure());
 }
 
 void DesktopCalendarStore::saveEvent(const NewCalendarEvent &event, QObject *context,
-                                     std::function<void(bool)> completion)
+                                     std::function<void(const Saved &)> completion)
 {
     const auto answer = onMainThread(context, std::move(completion));
     if (m_chosen != nullptr)
         m_chosen->saveEvent(event, answer);
     else
-        answer(false);
+        answer(Saved::failure());
+}
+
+void DesktopCalendarStore::removeEvent(const SavedEvent &event, QObject *context,
+                                       std::function<void(const Removed &)> completion)
+{
+    const auto answer = onMainThread(context, std::move(completion));
+    if (m_chosen != nullptr)
+        m_chosen->removeEvent(event, answer);
+    else
+        answer(Removed::failure());
 }
 
 } // namespace randblatt

@@ -24,7 +24,9 @@ public:
     void fetchEvents(const QDateTime &start, const QDateTime &end, QObject *context,
                      std::function<void(const Events &events)> completion) override;
     void saveEvent(const NewCalendarEvent &event, QObject *context,
-                   std::function<void(bool saved)> completion) override;
+                   std::function<void(const Saved &saved)> completion) override;
+    void removeEvent(const SavedEvent &event, QObject *context,
+                     std::function<void(const Removed &removed)> completion) override;
 
 private:
     template <typename Answer>

@@ -4,31 +4,19 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 
-#include <chrono>
-
 namespace randblatt {
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 EmbeddedCalendar::EmbeddedCalendar(const QString &path)
-    : m_file(path)
-    , m_path(path)
+    : m_path(path)
+    , m_file(std::make_shared<CalendarFile>(path))
 {
-    m_queue.setMaxThreadCount(1);
-    m_queue.setExpiryTimeout(std::chrono::milliseconds(5s).count());
-    const auto look = [this] {
-        watch();
-        m_queue.start([this] { compare(); });
-    };
-    QObject::connect(&m_watcher, &QFileSystemWatcher::fileChanged, &m_watcher, look);
-    QObject::connect(&m_watcher, &QFileSystemWatcher::directoryChanged, &m_watcher, look);
+    QObject::connect(&m_watcher, &QFileSystemWatcher::fileChanged, &m_watcher, [this] { look(); });
+    QObject::connect(&m_watcher, &QFileSystemWatcher::directoryChanged, &m_watcher, [this] { look(); });
 }
 
-EmbeddedCalendar::~EmbeddedCalendar()
-{
-    m_queue.waitForDone();
-}
+EmbeddedCalendar::~EmbeddedCalendar() = default;
 
 QString EmbeddedCalendar::defaultPath()
 {
@@ -48,42 +36,61 @@ void EmbeddedCalendar::setChangeHandler(std::function<void()> handler)
 
 void EmbeddedCalendar::open(std::function<void(bool)> completion)
 {
-    m_queue.start([this, completion = std::move(completion)] {
-        const bool opened = m_file.open();
-        // The folder is there only now.
-        QMetaObject::invokeMethod(
-            &m_watcher, [this] { watch(); }, Qt::QueuedConnection);
-        completion(opened);
+    m_worker.start([this, gate = m_worker.gate(), file = m_file, completion = std::move(completion)] {
+        const bool opened = guarded([&file] { return file->open(); }, [](const QString &) { return false; });
+        gate->pass([&] {
+            // The folder is there only now.
+            QMetaObject::invokeMethod(
+                &m_watcher, [this] { watch(); }, Qt::QueuedConnection);
+            completion(opened);
+        });
     });
 }
 
 void EmbeddedCalendar::fetchEvents(const QDateTime &start, const QDateTime &end,
                                    std::function<void(const CalendarStore::Events &)> completion)
 {
-    m_queue.start(
-        [this, start, end, completion = std::move(completion)] { completion(m_file.events(start, end)); });
+    m_worker.start<CalendarStore::Events>([file = m_file, start, end] { return file->events(start, end); },
+                                          std::move(completion));
 }
 
-void EmbeddedCalendar::saveEvent(const NewCalendarEvent &event, std::function<void(bool)> completion)
+void EmbeddedCalendar::saveEvent(const NewCalendarEvent &event,
+                                 std::function<void(const CalendarStore::Saved &)> completion)
 {
-    m_queue.start([this, event, completion = std::move(completion)] { completion(m_file.append(event)); });
+    m_worker.start<CalendarStore::Saved>([file = m_file, event] { return file->append(event); },
+                                         std::move(completion));
+}
+
+void EmbeddedCalendar::removeEvent(const SavedEvent &event,
+                                   std::function<void(const CalendarStore::Removed &)> completion)
+{
+    m_worker.start<CalendarStore::Removed>([file = m_file, event] { return file->remove(event); },
+                                           std::move(completion));
 }
 
 void EmbeddedCalendar::watch()
 {
     // A file that is replaced is watched no longer, and one that does not exist yet cannot be: the folder
-    // tells of both.
-    const QString folder = QFileInfo(m_path).absolutePath();
-    if (!m_watcher.directories().contains(folder) && QFileInfo::exists(folder))
-        m_watcher.addPath(folder);
-    if (!m_watcher.files().contains(m_path) && QFileInfo::exists(m_path))
-        m_watcher.addPath(m_path);
+    // tells of both; so does, for a symbolic link, the folder that it leads to.
+    const auto add = [this](const QString &path, const QStringList &watched) {
+        if (!watched.contains(path) && QFileInfo::exists(path))
+            m_watcher.addPath(path);
+    };
+    const QFileInfo file(m_path);
+    const QString target = file.exists() ? file.canonicalFilePath() : file.symLinkTarget();
+    add(file.absolutePath(), m_watcher.directories());
+    if (!target.isEmpty())
+        add(QFileInfo(target).absolutePath(), m_watcher.directories());
+    add(m_path, m_watcher.files());
 }
 
-void EmbeddedCalendar::compare()
+void EmbeddedCalendar::look()
 {
-    if (m_changeHandler && m_file.stampOnDisk() != m_file.stamp())
-        m_changeHandler();
+    watch();
+    m_worker.start([gate = m_worker.gate(), file = m_file, changed = m_changeHandler] {
+        if (changed && file->hasChanged())
+            gate->pass(changed);
+    });
 }
 
 } // namespace randblatt

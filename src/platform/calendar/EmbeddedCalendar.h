@@ -2,14 +2,17 @@
 
 #include "platform/calendar/CalendarBackend.h"
 #include "platform/calendar/CalendarFile.h"
+#include "platform/calendar/CalendarWorker.h"
 
 #include <QFileSystemWatcher>
-#include <QThreadPool>
+
+#include <memory>
 
 namespace randblatt {
 
 /// The calendar of machines without a calendar server: one iCalendar file, worked on by one thread that ends
-/// when there is nothing to do. To be made on the main thread.
+/// when there is nothing to do. To be made on the main thread. A disk that hangs does not keep the destructor
+/// for more than a moment.
 class EmbeddedCalendar : public CalendarBackend
 {
 public:
@@ -24,18 +27,21 @@ public:
     void open(std::function<void(bool opened)> completion) override;
     void fetchEvents(const QDateTime &start, const QDateTime &end,
                      std::function<void(const CalendarStore::Events &events)> completion) override;
-    void saveEvent(const NewCalendarEvent &event, std::function<void(bool saved)> completion) override;
+    void saveEvent(const NewCalendarEvent &event,
+                   std::function<void(const CalendarStore::Saved &saved)> completion) override;
+    void removeEvent(const SavedEvent &event,
+                     std::function<void(const CalendarStore::Removed &removed)> completion) override;
 
 private:
     void watch();
-    void compare();
+    void look();
 
-    /// Used on the pool's one thread alone.
-    CalendarFile m_file;
     const QString m_path;
     std::function<void()> m_changeHandler;
     QFileSystemWatcher m_watcher;
-    QThreadPool m_queue;
+    /// Used on the worker's thread alone; lives as long as a task does that cannot be ended.
+    std::shared_ptr<CalendarFile> m_file;
+    CalendarWorker m_worker;
 };
 
 } // namespace randblatt

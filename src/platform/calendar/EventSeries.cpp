@@ -11,6 +11,9 @@ namespace {
 constexpr int maximalOccurrences = 10'000;
 constexpr int maximalSteps = 200'000;
 
+// In days; the library counts them one by one, and overflows with what a careless program may write.
+constexpr qint64 longestDuration = 36'600;
+
 // No wall clock is further from UTC, in seconds.
 constexpr qint64 longestOffset = 86400;
 
@@ -111,8 +114,9 @@ EventLength eventLength(icalcomponent *event, const ZonedTime &start, IcalZones 
     } else if (duration != nullptr) {
         const icaldurationtype value = icalproperty_get_duration(duration);
         if (!value.is_neg) {
-            length.days = static_cast<int>(value.weeks * 7 + value.days);
-            length.seconds = value.hours * 3600LL + value.minutes * 60LL + value.seconds;
+            length.days = static_cast<int>(std::min(value.weeks * 7LL + value.days, longestDuration));
+            length.seconds = std::min(value.hours * 3600LL + value.minutes * 60LL + value.seconds,
+                                      longestDuration * 86400);
         }
     }
     length.seconds = std::max<qint64>(0, length.seconds);
@@ -149,8 +153,8 @@ void EventSeries::readRules(icalcomponent *event, IcalZones &zones)
     forEachProperty(event, ICAL_RDATE_PROPERTY, [&](icalproperty *property) {
         const icaldatetimeperiodtype value = icalproperty_get_rdate(property);
         const icaltimetype &time = icaltime_is_null_time(value.time) ? value.period.start : value.time;
-        if (!icaltime_is_null_time(time))
-            m_added.push_back(zonedTime(time, property, zones));
+        if (const auto added = zonedTime(time, property, zones))
+            m_added.push_back(*added);
     });
     forEachProperty(event, ICAL_EXDATE_PROPERTY, [&](icalproperty *property) {
         if (const auto time = zonedTime(property, zones))

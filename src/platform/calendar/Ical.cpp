@@ -1,7 +1,8 @@
 #include "platform/calendar/Ical.h"
 
 #include <QTimeZone>
-#include <QUuid>
+
+#include <array>
 
 namespace randblatt {
 
@@ -69,8 +70,11 @@ ZonedTime ZonedTime::addDays(int days) const
     return later;
 }
 
-ZonedTime zonedTime(const icaltimetype &value, icalproperty *property, IcalZones &zones)
+std::optional<ZonedTime> zonedTime(const icaltimetype &value, icalproperty *property, IcalZones &zones)
 {
+    if (icaltime_is_null_time(value) || !icaltime_is_valid_time(value) ||
+        !QDate::isValid(value.year, value.month, value.day))
+        return std::nullopt;
     ZonedTime time{value, nullptr};
     if (value.is_date)
         return time;
@@ -102,17 +106,13 @@ std::optional<ZonedTime> zonedTime(icalproperty *property, IcalZones &zones)
     default:
         return std::nullopt;
     }
-    if (icaltime_is_null_time(time) || !icaltime_is_valid_time(time) ||
-        !QDate::isValid(time.year, time.month, time.day))
-        return std::nullopt;
     return zonedTime(time, property, zones);
 }
 
 QByteArray newEventText(const NewCalendarEvent &event)
 {
     const IcalComponent component(icalcomponent_new_vevent());
-    const QByteArray uid = QUuid::createUuid().toByteArray(QUuid::WithoutBraces);
-    icalcomponent_set_uid(component.get(), uid.constData());
+    icalcomponent_set_uid(component.get(), event.uid.toUtf8().constData());
     icalcomponent_set_dtstamp(component.get(), utcTime(QDateTime::currentDateTimeUtc()));
     icalcomponent_set_dtstart(component.get(), utcTime(event.start));
     icalcomponent_set_dtend(component.get(), utcTime(event.end));
@@ -121,6 +121,31 @@ QByteArray newEventText(const NewCalendarEvent &event)
     QByteArray encoded(text);
     icalmemory_free_buffer(text);
     return encoded;
+}
+
+QByteArray eventFingerprint(const QByteArray &event)
+{
+    static constexpr std::array kinds{
+        ICAL_SUMMARY_PROPERTY,     ICAL_DTSTART_PROPERTY,  ICAL_DTEND_PROPERTY,      ICAL_DURATION_PROPERTY,
+        ICAL_DESCRIPTION_PROPERTY, ICAL_LOCATION_PROPERTY, ICAL_RRULE_PROPERTY,      ICAL_RDATE_PROPERTY,
+        ICAL_ATTENDEE_PROPERTY,    ICAL_ATTACH_PROPERTY,   ICAL_CATEGORIES_PROPERTY, ICAL_URL_PROPERTY};
+    icalerror_set_errors_are_fatal(0);
+    const IcalComponent component(icalparser_parse_string(event.constData()));
+    if (!component || icalcomponent_isa(component.get()) != ICAL_VEVENT_COMPONENT)
+        return {};
+    QByteArray fingerprint;
+    for (const icalproperty_kind kind : kinds) {
+        for (icalproperty *property = icalcomponent_get_first_property(component.get(), kind);
+             property != nullptr; property = icalcomponent_get_next_property(component.get(), kind)) {
+            char *text = icalproperty_as_ical_string_r(property);
+            fingerprint += text;
+            icalmemory_free_buffer(text);
+        }
+    }
+    for (icalcomponent *alarm = icalcomponent_get_first_component(component.get(), ICAL_VALARM_COMPONENT);
+         alarm != nullptr; alarm = icalcomponent_get_next_component(component.get(), ICAL_VALARM_COMPONENT))
+        fingerprint += "VALARM\n";
+    return fingerprint;
 }
 
 } // namespace randblatt

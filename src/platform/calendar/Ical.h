@@ -50,12 +50,17 @@ private:
     QHash<QByteArray, icaltimezone *> m_known;
 };
 
-/// Reads a property's time; none where there is none. A time in an unknown zone floats.
+/// Reads a property's time; none where there is none, or none that makes sense. A time in an unknown zone
+/// floats.
 [[nodiscard]] std::optional<ZonedTime> zonedTime(icalproperty *property, IcalZones &zones);
 /// The same for a value of a property that has several.
-[[nodiscard]] ZonedTime zonedTime(const icaltimetype &value, icalproperty *property, IcalZones &zones);
+[[nodiscard]] std::optional<ZonedTime> zonedTime(const icaltimetype &value, icalproperty *property,
+                                                 IcalZones &zones);
 
-/// A VEVENT of its own uid for an event, its times in UTC.
+/// A VEVENT for an event, its times in UTC.
 [[nodiscard]] QByteArray newEventText(const NewCalendarEvent &event);
+/// What people put into a VEVENT, but not what programs and servers note there on their way. Empty for a text
+/// that is no VEVENT.
+[[nodiscard]] QByteArray eventFingerprint(const QByteArray &event);
 
 } // namespace randblatt

@@ -23,19 +23,46 @@ Q_LOGGING_CATEGORY(lcCalendar, "quillbar.calendar")
 constexpr auto serverPrefix = "org.gnome.evolution.dataserver.Sources"_L1;
 constexpr int busTimeout = 2000; // milliseconds
 
+/// The name of the server on the bus; empty where none can be started.
+QString serverName(const QDBusConnection &bus)
+{
+    // The server's client library does not tell a missing server from one without calendars.
+    const auto question =
+        QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
+                                       u"org.freedesktop.DBus"_s, u"ListActivatableNames"_s);
+    const QDBusReply<QStringList> reply = bus.call(question, QDBus::Block, busTimeout);
+    const QStringList names = reply.value();
+    const auto it = std::find_if(names.cbegin(), names.cend(),
+                                 [](const QString &name) { return name.startsWith(serverPrefix); });
+    return it == names.cend() ? QString() : *it;
+}
+
+std::unique_ptr<CalendarBackend> load(const QString &pluginPath, const QDBusConnection &bus)
+{
+    if (!QFile::exists(pluginPath))
+        return nullptr;
+    const QString server = serverName(bus);
+    if (server.isEmpty())
+        return nullptr;
+    QPluginLoader loader(pluginPath);
+    auto *factory = qobject_cast<CalendarBackendFactory *>(loader.instance());
+    if (factory == nullptr) {
+        qCWarning(lcCalendar, "Kalender-Erweiterung: %ls", qUtf16Printable(loader.errorString()));
+        return nullptr;
+    }
+    return factory->makeBackend(server);
+}
+
 } // namespace
 
 ServerCalendar::ServerCalendar(QString pluginPath, const QDBusConnection &bus)
     : m_pluginPath(std::move(pluginPath))
     , m_bus(bus)
+    , m_plugin(std::make_shared<Plugin>())
 {
-    m_queue.setMaxThreadCount(1);
 }
 
-ServerCalendar::~ServerCalendar()
-{
-    m_queue.waitForDone();
-}
+ServerCalendar::~ServerCalendar() = default;
 
 QString ServerCalendar::defaultPluginPath()
 {
@@ -55,57 +82,44 @@ void ServerCalendar::setChangeHandler(std::function<void()> handler)
 
 void ServerCalendar::open(std::function<void(bool)> completion)
 {
+    const auto answer = [gate = m_worker.gate(), completion = std::move(completion)](bool opened) {
+        gate->pass([&] { completion(opened); });
+    };
+    const auto changed = [gate = m_worker.gate(), handler = m_changeHandler] {
+        if (handler)
+            gate->pass(handler);
+    };
     // Asking the bus and loading the libraries takes too long for the main thread.
-    m_queue.start([this, completion = std::move(completion)] {
-        if (!m_backend)
-            m_backend = load();
-        if (m_backend)
-            m_backend->open(completion);
+    m_worker.start([plugin = m_plugin, path = m_pluginPath, bus = m_bus, changed, answer] {
+        if (!plugin->backend) {
+            plugin->backend = guarded([&] { return load(path, bus); },
+                                      [](const QString &) { return std::unique_ptr<CalendarBackend>(); });
+            if (plugin->backend)
+                plugin->backend->setChangeHandler(changed);
+        }
+        if (plugin->backend)
+            plugin->backend->open(answer);
         else
-            completion(false);
+            answer(false);
     });
 }
 
 void ServerCalendar::fetchEvents(const QDateTime &start, const QDateTime &end,
                                  std::function<void(const CalendarStore::Events &)> completion)
 {
-    m_backend->fetchEvents(start, end, std::move(completion));
+    m_plugin->backend->fetchEvents(start, end, std::move(completion));
 }
 
-void ServerCalendar::saveEvent(const NewCalendarEvent &event, std::function<void(bool)> completion)
+void ServerCalendar::saveEvent(const NewCalendarEvent &event,
+                               std::function<void(const CalendarStore::Saved &)> completion)
 {
-    m_backend->saveEvent(event, std::move(completion));
+    m_plugin->backend->saveEvent(event, std::move(completion));
 }
 
-QString ServerCalendar::serverName() const
+void ServerCalendar::removeEvent(const SavedEvent &event,
+                                 std::function<void(const CalendarStore::Removed &)> completion)
 {
-    // The server's client library does not tell a missing server from one without calendars.
-    const auto question =
-        QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
-                                       u"org.freedesktop.DBus"_s, u"ListActivatableNames"_s);
-    const QDBusReply<QStringList> reply = m_bus.call(question, QDBus::Block, busTimeout);
-    const QStringList names = reply.value();
-    const auto it = std::find_if(names.cbegin(), names.cend(),
-                                 [](const QString &name) { return name.startsWith(serverPrefix); });
-    return it == names.cend() ? QString() : *it;
-}
-
-std::unique_ptr<CalendarBackend> ServerCalendar::load() const
-{
-    if (!QFile::exists(m_pluginPath))
-        return nullptr;
-    const QString server = serverName();
-    if (server.isEmpty())
-        return nullptr;
-    QPluginLoader loader(m_pluginPath);
-    auto *factory = qobject_cast<CalendarBackendFactory *>(loader.instance());
-    if (factory == nullptr) {
-        qCWarning(lcCalendar, "Kalender-Erweiterung: %ls", qUtf16Printable(loader.errorString()));
-        return nullptr;
-    }
-    auto backend = factory->makeBackend(server);
-    backend->setChangeHandler(m_changeHandler);
-    return backend;
+    m_plugin->backend->removeEvent(event, std::move(completion));
 }
 
 } // namespace randblatt

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "platform/calendar/CalendarBackend.h"
+#include "platform/calendar/CalendarWorker.h"
 
 #include <QDBusConnection>
-#include <QThreadPool>
 
 #include <memory>
 
@@ -26,18 +26,22 @@ public:
     void open(std::function<void(bool opened)> completion) override;
     void fetchEvents(const QDateTime &start, const QDateTime &end,
                      std::function<void(const CalendarStore::Events &events)> completion) override;
-    void saveEvent(const NewCalendarEvent &event, std::function<void(bool saved)> completion) override;
+    void saveEvent(const NewCalendarEvent &event,
+                   std::function<void(const CalendarStore::Saved &saved)> completion) override;
+    void removeEvent(const SavedEvent &event,
+                     std::function<void(const CalendarStore::Removed &removed)> completion) override;
 
 private:
-    [[nodiscard]] QString serverName() const;
-    [[nodiscard]] std::unique_ptr<CalendarBackend> load() const;
-
     QString m_pluginPath;
     QDBusConnection m_bus;
     std::function<void()> m_changeHandler;
-    /// Made by open() on the queue, used by the others after open() has answered.
-    std::unique_ptr<CalendarBackend> m_backend;
-    QThreadPool m_queue;
+    /// What open() loads; used by the others after it has answered. Shared with a task that may hang.
+    struct Plugin
+    {
+        std::unique_ptr<CalendarBackend> backend;
+    };
+    std::shared_ptr<Plugin> m_plugin;
+    CalendarWorker m_worker;
 };
 
 } // namespace randblatt

@@ -19,10 +19,15 @@ public:
     bool grants = true;
     bool saves = true;
     bool holds = false;
-    Events answer = QList<CalendarEvent>();
+    /// None is a failure, for `reason`.
+    std::optional<QList<CalendarEvent>> answer = QList<CalendarEvent>();
+    QString reason;
+    /// What becomes of an event that is to be removed; none is a failure.
+    std::optional<Removal> removal = Removal::removed;
     int accessRequests = 0;
     std::vector<std::pair<QDateTime, QDateTime>> fetches;
     QList<NewCalendarEvent> saved;
+    QStringList removed;
 
     void requestAccess(QObject *context, std::function<void(bool)> completion) override
     {
@@ -33,15 +38,30 @@ public:
                      std::function<void(const Events &)> completion) override
     {
         fetches.emplace_back(start, end);
-        reply(context, [completion, events = answer] { completion(events); });
+        reply(context, [completion, events = answer ? Events(*answer) : Events::failure(reason)] {
+            completion(events);
+        });
     }
     void saveEvent(const NewCalendarEvent &event, QObject *context,
-                   std::function<void(bool)> completion) override
+                   std::function<void(const Saved &)> completion) override
     {
         saved.append(event);
         if (saves && answer)
             answer->append(make(event.title, event.start, event.end));
-        reply(context, [completion, succeeds = saves] { completion(succeeds); });
+        const SavedEvent done{QStringLiteral("Privat"), event.uid, event.title.toUtf8()};
+        reply(context,
+              [completion, given = saves ? Saved(done) : Saved::failure(reason)] { completion(given); });
+    }
+    void removeEvent(const SavedEvent &event, QObject *context,
+                     std::function<void(const Removed &)> completion) override
+    {
+        removed.append(event.uid);
+        const QString title = QString::fromUtf8(event.fingerprint);
+        if (removal == Removal::removed && answer)
+            answer->removeIf([&title](const CalendarEvent &other) { return other.title == title; });
+        reply(context, [completion, given = removal ? Removed(*removal) : Removed::failure(reason)] {
+            completion(given);
+        });
     }
 
     /// Gives the held answer at `index`, and forgets it.

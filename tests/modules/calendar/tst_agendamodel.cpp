@@ -144,28 +144,6 @@ private Q_SLOTS:
                  (QStringList{u"15 Min"_s, u"45 Min"_s, u"1 Std"_s, u"1 Std 30"_s, u"2 Std"_s, u"3 Std"_s}));
     }
 
-    void understandsTypedTimes_data()
-    {
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("meant");
-        const QString present = u"16.11.2026, 09:30"_s;
-        QTest::newRow("as written") << u"24.12.2026, 18:05"_s << u"24.12.2026, 18:05"_s;
-        QTest::newRow("short") << u"1.2.27 7:5"_s << u"01.02.2027, 07:05"_s;
-        QTest::newRow("a day") << u" 24.12.2026"_s << u"24.12.2026, 09:30"_s;
-        QTest::newRow("an hour") << u"24.12.2026 um 18 Uhr"_s << u"24.12.2026, 18:00"_s;
-        QTest::newRow("an hour that the clocks skip") << u"29.3.2026 2:30"_s << u"29.03.2026, 03:30"_s;
-        for (const auto &nonsense : {u""_s, u"morgen"_s, u"31.11.2026, 09:30"_s, u"16.11.2026, 24:00"_s,
-                                     u"16.13.2026"_s, u"1.1.0001"_s, u"16.11.2026, 09:30:00"_s})
-            QTest::newRow(qPrintable(u"nonsense: "_s + nonsense)) << nonsense << present;
-    }
-
-    void understandsTypedTimes()
-    {
-        QFETCH(QString, typed);
-        QFETCH(QString, meant);
-        QCOMPARE(DateTimeText::text(DateTimeText::parsed(typed, at(0, 9, 30))), meant);
-    }
-
     void stepsTheNumberUnderTheCursor_data()
     {
         QTest::addColumn<int>("cursor");

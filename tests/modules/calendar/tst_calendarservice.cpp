@@ -72,13 +72,17 @@ private Q_SLOTS:
         m_store->answer->append(FakeCalendarStore::allDay(u"Fest"_s, m_now.date()));
         grantAccess();
         m_store->answer.reset();
+        m_store->reason = u"Die Datei ist unvollständig."_s;
         m_service->reload();
-        QTRY_COMPARE(m_service->statusMessage(), u"Konnte Termine nicht laden."_s);
+        QTRY_COMPARE(m_service->statusMessage(),
+                     u"Konnte Termine nicht laden; hier steht der letzte Stand."_s);
+        QCOMPARE(m_service->reason(), u"Die Datei ist unvollständig."_s);
         QCOMPARE(titles(), QStringList{u"Fest"_s});
         m_store->answer = QList{FakeCalendarStore::allDay(u"Messe"_s, m_now.date())};
         m_service->reload();
         QTRY_COMPARE(titles(), QStringList{u"Messe"_s});
         QCOMPARE(m_service->statusMessage(), QString());
+        QCOMPARE(m_service->reason(), QString());
 
         m_store->grants = false;
         m_service->requestAccess();
@@ -201,6 +205,26 @@ private Q_SLOTS:
         refresh.cardHidden();
         refresh.cardShown();
         QCOMPARE(requests(), 5);
+    }
+
+    void triesAgainWhatItCouldNotLoad()
+    {
+        SystemWake wake;
+        AgendaRefresh refresh(*m_service, *m_store, wake, [this] { return m_now; });
+        QSignalSpy reloads(m_service.get(), &CalendarService::reloaded);
+        m_store->answer.reset();
+        m_service->requestAccess();
+        QTRY_COMPARE(reloads.count(), 1);
+        QCOMPARE(m_store->accessRequests, 1);
+        // When somebody looks, and then by itself.
+        refresh.cardShown();
+        QTRY_COMPARE(reloads.count(), 2);
+        m_store->answer = QList{FakeCalendarStore::allDay(u"Messe"_s, m_now.date())};
+        QTRY_COMPARE_WITH_TIMEOUT(reloads.count(), 3, 30'000);
+        QCOMPARE(titles(), QStringList{u"Messe"_s});
+        refresh.cardHidden();
+        refresh.cardShown();
+        QCOMPARE(m_store->accessRequests, 3);
     }
 
     void refreshesAtMidnight()

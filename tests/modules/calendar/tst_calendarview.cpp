@@ -1,11 +1,15 @@
 #include "FakeCalendarStore.h"
 #include "modules/calendar/CalendarModule.h"
-#include "modules/calendar/DateTimeText.h"
+#include "modules/calendar/EventDraft.h"
 #include "platform/SystemWake.h"
+#include "settings/Preferences.h"
 #include "support/TestEnvironment.h"
 #include "support/ViewTest.h"
 
+#include <QAccessible>
 #include <QGuiApplication>
+#include <QQmlProperty>
+#include <QSignalSpy>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -49,6 +53,7 @@ class CalendarViewTest : public QObject
 private:
     std::unique_ptr<FakeCalendarStore> m_store;
     SystemWake m_wake;
+    std::unique_ptr<Preferences> m_preferences;
     std::unique_ptr<CalendarModule> m_module;
     std::unique_ptr<ViewTest> m_view;
 
@@ -62,7 +67,8 @@ private:
 
     void showStore(int height = 500)
     {
-        m_module = std::make_unique<CalendarModule>(*m_store, m_wake, [] { return at(0, 8); });
+        m_module =
+            std::make_unique<CalendarModule>(*m_store, m_wake, *m_preferences, [] { return at(0, 8); });
         const ViewDescription content = m_module->makeView();
         m_view = std::make_unique<ViewTest>(
             cardSource(), QVariantMap{{u"view"_s, content.properties}, {u"viewSource"_s, content.source}},
@@ -88,12 +94,20 @@ private:
         QTRY_COMPARE(m_view->find(u"addForm"_s)->parentItem()->property("progress").toReal(), 1.0);
     }
 
-    [[nodiscard]] QString start() const
+    /// The draft's start, as the field writes it.
+    [[nodiscard]] QString start() const { return draft().start().toString(u"dd.MM.yyyy, HH:mm"); }
+    [[nodiscard]] EventDraft &draft() const { return *m_module->draft(); }
+
+    /// Replaces what stands in the start's field, and leaves the keyboard there.
+    void typeStart(const QString &text)
     {
-        return DateTimeText::text(calendarView()->property("startDate").toDateTime());
+        m_view->click(m_view->find(u"dateTimeInput"_s));
+        m_view->press(Qt::Key_A, Qt::ControlModifier);
+        m_view->type(text);
     }
 
 private Q_SLOTS:
+    void init() { m_preferences = std::make_unique<Preferences>(Preferences::inMemory()); }
     void cleanup()
     {
         m_view.reset();
@@ -145,7 +159,7 @@ private Q_SLOTS:
     void addsAnEventWithTheKeyboardAlone()
     {
         show({});
-        calendarView()->setProperty("startDate", at(0, 8, 15));
+        draft().setStart(at(0, 8, 15));
         while (m_view->window().activeFocusItem()->objectName() != u"formToggle"_s)
             m_view->press(Qt::Key_Tab);
         m_view->press(Qt::Key_Space);
@@ -172,48 +186,114 @@ private Q_SLOTS:
         QCOMPARE(m_store->saved.size(), 1);
         QCOMPARE(m_store->saved.first().start, at(1, 8, 14));
         QCOMPARE(m_store->saved.first().end, at(1, 9, 44));
-        QVERIFY(!calendarView()->property("showAdd").toBool());
+        QVERIFY(!draft().isOpen());
         openForm();
         QCOMPARE(texts(u"titleField"_s), QStringList{QString()});
         QCOMPARE(start(), u"17.11.2026, 08:14"_s);
-        QCOMPARE(calendarView()->property("durationMinutes").toInt(), 90);
+        QCOMPARE(draft().durationMinutes(), 90);
     }
 
     void keepsTheFormWhenAnEventIsNotSaved()
     {
         show({});
         m_store->saves = false;
+        m_store->reason = u"Kein freier Speicherplatz."_s;
         openForm();
         m_view->type(u"Zahnarzt"_s);
         m_view->press(Qt::Key_Return);
-        QTRY_COMPARE(texts(u"statusMessage"_s), QStringList{u"Konnte Termin nicht speichern."_s});
-        QVERIFY(calendarView()->property("showAdd").toBool());
+        QTRY_COMPARE(texts(u"statusMessage"_s),
+                     QStringList{u"Kein freier Speicherplatz. Konnte Termin nicht speichern."_s});
+        QCOMPARE(texts(u"addProblem"_s), QStringList{u"Kein freier Speicherplatz."_s});
+        QVERIFY(draft().isOpen());
         QCOMPARE(texts(u"titleField"_s), QStringList{u"Zahnarzt"_s});
+        m_view->type(u"!"_s);
+        QVERIFY(texts(u"addProblem"_s).isEmpty());
     }
 
-    void takesTypedTimes()
+    void takesATypedStartWhateverIsClickedNext_data()
+    {
+        QTest::addColumn<QStringList>("clicks");
+        QTest::newRow("the button at once") << QStringList{u"addButton"_s};
+        QTest::newRow("a duration first")
+            << QStringList{u"durationPicker"_s, u"duration-90"_s, u"addButton"_s};
+        QTest::newRow("another day first") << QStringList{u"monthButton"_s, u"monthDay"_s, u"addButton"_s};
+        QTest::newRow("the form is closed and opened")
+            << QStringList{u"formToggle"_s, u"formToggle"_s, u"addButton"_s};
+    }
+
+    void takesATypedStartWhateverIsClickedNext()
+    {
+        QFETCH(QStringList, clicks);
+        show({});
+        openForm();
+        m_view->type(u"Theater"_s);
+        typeStart(u"24.12. 18:00"_s);
+        for (const QString &name : clicks) {
+            QTRY_VERIFY(!m_view->findAll(name).isEmpty());
+            QTRY_COMPARE(m_view->find(u"addForm"_s)->parentItem()->property("progress").toReal(),
+                         draft().isOpen() ? 1.0 : 0.0);
+            m_view->click(m_view->findAll(name).first());
+            // A list takes clicks from its first frame on.
+            if (name == u"durationPicker"_s)
+                QVERIFY(QSignalSpy(&m_view->window(), &QQuickWindow::frameSwapped).wait());
+        }
+        QTRY_COMPARE(m_store->saved.size(), 1);
+        const bool isOtherDay = clicks.contains(u"monthDay"_s);
+        QCOMPARE(m_store->saved.first().title, u"Theater"_s);
+        QCOMPARE(m_store->saved.first().start,
+                 QDateTime(QDate(2026, isOtherDay ? 11 : 12, isOtherDay ? 30 : 24), QTime(18, 0)));
+    }
+
+    void keepsAndMarksAStartThatIsNotUnderstood()
     {
         show({});
-        calendarView()->setProperty("startDate", at(0, 8, 15));
+        draft().setStart(at(0, 8, 15));
         openForm();
-        m_view->click(m_view->find(u"dateTimeInput"_s));
-        m_view->press(Qt::Key_A, Qt::ControlModifier);
-        m_view->type(u"24.12.26 18:00"_s);
+        m_view->type(u"Theater"_s);
+        typeStart(u"bald"_s);
+        QVERIFY(texts(u"startProblem"_s).isEmpty());
+        m_view->click(m_view->find(u"addButton"_s));
+        const QString problem = u"„bald“ ist kein Tag und keine Uhrzeit."_s;
+        QTRY_COMPARE(texts(u"startProblem"_s), QStringList{problem});
+        QQuickItem *field = m_view->find(u"dateTimeInput"_s);
+        QCOMPARE(QAccessible::queryAccessibleInterface(field)->text(QAccessible::Description), problem);
+        QQuickItem *frame = m_view->find(u"startField"_s);
+        QCOMPARE(QQmlProperty::read(frame, u"border.color"_s).value<QColor>(), QColor(0xff, 0x6b, 0x6b));
         m_view->press(Qt::Key_Tab);
-        QCOMPARE(start(), u"24.12.2026, 18:00"_s);
-        QCOMPARE(texts(u"dateTimeInput"_s), QStringList{u"24.12.2026, 18:00"_s});
-        m_view->click(m_view->find(u"dateTimeInput"_s));
-        m_view->press(Qt::Key_A, Qt::ControlModifier);
-        m_view->type(u"bald"_s);
-        m_view->press(Qt::Key_Tab);
-        QCOMPARE(start(), u"24.12.2026, 18:00"_s);
-        QCOMPARE(texts(u"dateTimeInput"_s), QStringList{u"24.12.2026, 18:00"_s});
+        QCOMPARE(texts(u"dateTimeInput"_s), QStringList{u"bald"_s});
+        QCOMPARE(texts(u"titleField"_s), QStringList{u"Theater"_s});
+        QVERIFY(m_store->saved.isEmpty());
+
+        // The mark goes with the letter that makes it a time.
+        typeStart(u"morgen 1"_s);
+        QVERIFY(texts(u"startProblem"_s).isEmpty());
+        m_view->type(u"8:00"_s);
+        m_view->press(Qt::Key_Return);
+        QCOMPARE(texts(u"dateTimeInput"_s), QStringList{u"17.11.2026, 18:00"_s});
+        m_view->click(m_view->find(u"addButton"_s));
+        QTRY_COMPARE(m_store->saved.size(), 1);
+        QCOMPARE(m_store->saved.first().start, at(1, 18));
+    }
+
+    void keepsWhatIsTypedWhileAnEventIsSaved()
+    {
+        show({});
+        openForm();
+        m_store->holds = true;
+        m_view->type(u"Theater"_s);
+        m_view->press(Qt::Key_Return);
+        m_view->type(u"karten"_s);
+        m_view->press(Qt::Key_Return);
+        m_store->release(0);
+        QVERIFY(draft().isOpen());
+        QCOMPARE(texts(u"titleField"_s), QStringList{u"Theaterkarten"_s});
+        QCOMPARE(m_store->saved.size(), 1);
     }
 
     void choosesADayFromTheMonth()
     {
         show({});
-        calendarView()->setProperty("startDate", QDateTime(QDate(2026, 12, 31), QTime(8, 15)));
+        draft().setStart(QDateTime(QDate(2026, 12, 31), QTime(8, 15)));
         openForm();
         m_view->click(m_view->find(u"monthButton"_s));
         QTRY_COMPARE(texts(u"monthTitle"_s), QStringList{u"Dezember 2026"_s});

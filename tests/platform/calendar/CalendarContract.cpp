@@ -77,10 +77,17 @@ QStringList CalendarContract::lines(const CalendarStore::Events &events)
     return lines;
 }
 
-bool CalendarContract::save(CalendarStore &store, const NewCalendarEvent &event)
+CalendarStore::Saved CalendarContract::save(CalendarStore &store, const NewCalendarEvent &event)
 {
-    std::optional<bool> answer;
-    store.saveEvent(event, &store, [&](bool saved) { answer = saved; });
+    std::optional<CalendarStore::Saved> answer;
+    store.saveEvent(event, &store, [&](const CalendarStore::Saved &saved) { answer = saved; });
+    return awaited(answer);
+}
+
+CalendarStore::Removed CalendarContract::remove(CalendarStore &store, const SavedEvent &event)
+{
+    std::optional<CalendarStore::Removed> answer;
+    store.removeEvent(event, &store, [&](const CalendarStore::Removed &removed) { answer = removed; });
     return awaited(answer);
 }
 
@@ -229,6 +236,47 @@ void CalendarContract::savesAnEventThatItFindsAgain()
     QCOMPARE(lines(fetch(*store, autumnChange, 7)),
              (QStringList{u"2026-10-25 01:30 – 2026-10-25 02:30 "_s + title,
                           u"2026-10-26 09:00 – 2026-10-26 10:00 Alt"_s}));
+}
+
+void CalendarContract::removesWhatItHasSaved()
+{
+    const auto store =
+        makeStore(calendar(event("a", "SUMMARY:Alt\nDTSTART:20261026T080000Z\nDURATION:PT1H")));
+    QVERIFY(access(*store));
+    const QDateTime start(autumnChange, QTime(12, 0));
+    const auto saved = save(*store, {u"Größe; Maß"_s, start, start.addSecs(3600)});
+    QVERIFY(saved);
+    const auto other = save(*store, {u"Bleibt"_s, start, start.addSecs(3600)});
+    QVERIFY(other);
+    const auto removed = remove(*store, *saved);
+    QVERIFY(removed);
+    QCOMPARE(*removed, Removal::removed);
+    QCOMPARE(lines(fetch(*store, autumnChange, 7)),
+             (QStringList{u"2026-10-25 12:00 – 2026-10-25 13:00 Bleibt"_s,
+                          u"2026-10-26 09:00 – 2026-10-26 10:00 Alt"_s}));
+    const auto again = remove(*store, *saved);
+    QVERIFY(again);
+    QCOMPARE(*again, Removal::gone);
+
+    changeByOthers(*other, "LOCATION:Garten");
+    const auto kept = remove(*store, *other);
+    QVERIFY(kept);
+    QCOMPARE(*kept, Removal::changed);
+    QCOMPARE(fetch(*store, autumnChange, 1)->size(), 1);
+}
+
+void CalendarContract::savesAnEventOnceThatIsTriedTwice()
+{
+    const auto store = makeStore(calendar({}));
+    QVERIFY(access(*store));
+    const QDateTime start(autumnChange, QTime(12, 0));
+    const NewCalendarEvent event{u"Zahnarzt"_s, start, start.addSecs(3600)};
+    QVERIFY(save(*store, event));
+    const auto again = save(*store, event);
+    QVERIFY(again);
+    QCOMPARE(fetch(*store, autumnChange, 1)->size(), 1);
+    QCOMPARE(*remove(*store, *again), Removal::removed);
+    QCOMPARE(fetch(*store, autumnChange, 1)->size(), 0);
 }
 
 void CalendarContract::tellsOfChangesByOthers()

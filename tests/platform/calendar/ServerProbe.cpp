@@ -67,6 +67,19 @@ void ServerProbe::add(const QByteArray &ics)
     g_object_unref(calendar);
 }
 
+void ServerProbe::change(const QByteArray &uid, const QByteArray &property)
+{
+    GError *error = nullptr;
+    ICalComponent *event = nullptr;
+    check(e_cal_client_get_object_sync(m_client, uid.constData(), nullptr, &event, nullptr, &error), error,
+          "get");
+    i_cal_component_take_property(event, i_cal_property_new_from_string(property.constData()));
+    check(e_cal_client_modify_object_sync(m_client, event, E_CAL_OBJ_MOD_ALL, E_CAL_OPERATION_FLAG_NONE,
+                                          nullptr, &error),
+          error, "modify");
+    g_object_unref(event);
+}
+
 QStringList ServerProbe::titles() const
 {
     QStringList titles;

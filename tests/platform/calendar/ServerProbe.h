@@ -23,6 +23,8 @@ public:
     void clear();
     /// Adds the events of a calendar with its zones.
     void add(const QByteArray &ics);
+    /// Adds a property, as "LOCATION:Garten", to the event of that uid.
+    void change(const QByteArray &uid, const QByteArray &property);
     /// The titles of all events.
     [[nodiscard]] QStringList titles() const;
     /// Makes a further calendar of the given name that nothing can be read from.

@@ -47,9 +47,15 @@ public:
         const CalendarEvent event{m_name, m_name, start, end, false, {}, m_name};
         m_threads.emplace_back([completion, event] { completion(QList<CalendarEvent>{event}); });
     }
-    void saveEvent(const NewCalendarEvent &, std::function<void(bool)> completion) override
+    void saveEvent(const NewCalendarEvent &event,
+                   std::function<void(const CalendarStore::Saved &)> completion) override
     {
-        m_threads.emplace_back([completion] { completion(true); });
+        m_threads.emplace_back([completion, uid = event.uid] { completion(SavedEvent{{}, uid, {}}); });
+    }
+    void removeEvent(const SavedEvent &,
+                     std::function<void(const CalendarStore::Removed &)> completion) override
+    {
+        m_threads.emplace_back([completion] { completion(Removal::removed); });
     }
 
 private:
@@ -131,9 +137,9 @@ private Q_SLOTS:
         QCOMPARE(access(), true);
         bool called = false;
         auto context = std::make_unique<QObject>();
-        m_store->saveEvent({}, context.get(), [&](bool) { called = true; });
+        m_store->saveEvent({}, context.get(), [&](const CalendarStore::Saved &) { called = true; });
         context.reset();
-        m_store->saveEvent({}, this, [&](bool) { called = true; });
+        m_store->saveEvent({}, this, [&](const CalendarStore::Saved &) { called = true; });
         m_store.reset();
         QTest::qWait(20);
         QVERIFY(!called);

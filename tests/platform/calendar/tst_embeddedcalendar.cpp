@@ -3,14 +3,26 @@
 #include "platform/calendar/DesktopCalendarStore.h"
 #include "platform/calendar/EmbeddedCalendar.h"
 #include "support/TestEnvironment.h"
+#include "support/Unprivileged.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QSignalSpy>
 #include <QTemporaryDir>
+
+#include <fcntl.h>
+#include <functional>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 using namespace randblatt;
+
+/// How another program changes the file.
+enum class Writer { renames, writesInto, isLikeUs };
 
 class EmbeddedCalendarTest : public CalendarContract
 {
@@ -29,6 +41,13 @@ protected:
     {
         QFile::remove(path());
         write(ics);
+    }
+    void changeByOthers(const SavedEvent &event, const QByteArray &property) override
+    {
+        QByteArray text = written();
+        const QByteArray uid = "UID:" + event.uid.toUtf8() + "\r\n";
+        QVERIFY(text.contains(uid));
+        write(text.replace(uid, QByteArray(uid + property + "\r\n")));
     }
 
 private:
@@ -49,10 +68,88 @@ private:
     {
         return QDir(m_folder->filePath(u"quillbar"_s)).entryList(QDir::Files, QDir::Name);
     }
+    /// The sample's day, as the store sees it.
+    [[nodiscard]] static CalendarStore::Events fetchDay(CalendarStore &store)
+    {
+        return fetch(store, QDate(2026, 10, 26), 1);
+    }
     [[nodiscard]] static NewCalendarEvent sample()
     {
         const QDateTime start(QDate(2026, 10, 26), QTime(9, 0));
         return {u"Neu"_s, start, start.addSecs(3600)};
+    }
+
+    /// Puts the file elsewhere, with a link in its place.
+    void moveBehindLink() const
+    {
+        QVERIFY(QDir(m_folder->path()).mkdir(u"Synchron"_s));
+        const QString target = m_folder->filePath(u"Synchron/termine.ics"_s);
+        QVERIFY(QFile::rename(path(), target));
+        QVERIFY(QFile::link(target, path()));
+    }
+
+    static void replaceByOthers(const QString &path)
+    {
+        QFile file(path + u".neu"_s);
+        QVERIFY(file.open(QFile::WriteOnly));
+        file.write(calendar({}));
+        file.close();
+        QVERIFY(::rename(QFile::encodeName(file.fileName()).constData(),
+                         QFile::encodeName(path).constData()) == 0);
+    }
+
+    /// Another program that adds event after event to what it finds, without looking again, and notes them.
+    /// If its last one is not there it reads a second time, as who watches the file, and then goes on
+    /// without.
+    [[nodiscard]] int addUntilStopped(bool inPlace) const
+    {
+        const QByteArray target = QFile::encodeName(path());
+        const QByteArray beside = target + ".other";
+        QByteArray last;
+        int looks = 0;
+        for (int number = 0; !QFile::exists(m_folder->filePath(u"stop"_s)); ++number) {
+            const QByteArray uid = "other-" + QByteArray::number(number);
+            QByteArray text = written();
+            const qsizetype end = text.lastIndexOf("END:VCALENDAR");
+            if (end < 0 || (!text.contains(last) && ++looks < 1000)) {
+                ::usleep(100);
+                continue;
+            }
+            looks = 0;
+            last = "UID:" + uid + "\r\n";
+            text.insert(end, event(uid, "SUMMARY:Ihrer\nDTSTART:20261026T080000Z"));
+            QFile file(QFile::decodeName(inPlace ? target : beside));
+            if (!file.open(inPlace ? QFile::ReadWrite | QFile::ExistingOnly
+                                   : QFile::WriteOnly | QFile::Truncate) ||
+                file.write(text) != text.size() || !file.flush() || ::fsync(file.handle()) != 0)
+                return 1;
+            file.close();
+            if (!inPlace && ::rename(beside.constData(), target.constData()) != 0)
+                return 1;
+            QFile log(m_folder->filePath(u"log"_s));
+            if (!log.open(QFile::WriteOnly | QFile::Append) || log.write(uid + '\n') < 0)
+                return 1;
+            log.close();
+            // Who writes into the file has it open most of the time: it lets others have a turn.
+            const auto seen = fileStamp(path());
+            for (int look = 0; inPlace && look < 20 && fileStamp(path()) == seen; ++look)
+                ::usleep(1000);
+        }
+        return 0;
+    }
+
+    /// A second program of this kind.
+    [[nodiscard]] int saveUntilStopped() const
+    {
+        CalendarFile file(path());
+        while (!QFile::exists(m_folder->filePath(u"stop"_s))) {
+            const auto saved = file.append(sample());
+            QFile log(m_folder->filePath(u"log"_s));
+            if (saved &&
+                (!log.open(QFile::WriteOnly | QFile::Append) || log.write(saved->uid.toUtf8() + '\n') < 0))
+                return 1;
+        }
+        return 0;
     }
 
     std::unique_ptr<QTemporaryDir> m_folder;
@@ -99,36 +196,188 @@ private Q_SLOTS:
         QCOMPARE(file.events(sample().start, sample().end)->size(), 1);
     }
 
-    void keepsAFileThatIsNoCalendar_data()
+    void leavesAFileThatIsNoCalendarAlone_data()
     {
         QTest::addColumn<QByteArray>("bytes");
-        QTest::newRow("something else") << QByteArray("Milch, Brot und Kaffee\n");
-        QTest::newRow("binary") << QByteArray("\0\1\2\3BEGIN:", 10);
-        QTest::newRow("cut off") << calendar(event("a", "SUMMARY:Alt\nDTSTART:20261026T080000Z")).chopped(30);
-        QTest::newRow("another component") << QByteArray("BEGIN:VCARD\r\nFN:X\r\nEND:VCARD\r\n");
+        QTest::addColumn<bool>("isLinked");
+        QTest::newRow("something else") << QByteArray("Milch, Brot und Kaffee\n") << false;
+        QTest::newRow("binary") << QByteArray("\0\1\2\3BEGIN:", 10) << false;
+        const QByteArray whole = calendar(event("a", "SUMMARY:Alt\nDTSTART:20261026T080000Z"));
+        QTest::newRow("half written") << whole.chopped(30) << false;
+        QTest::newRow("half written behind a link") << whole.chopped(30) << true;
+        QTest::newRow("the end of another text left") << whole + "SUMMARY:Rest\r\nEND:VCALENDAR\r\n" << false;
+        QTest::newRow("another component") << QByteArray("BEGIN:VCARD\r\nFN:X\r\nEND:VCARD\r\n") << false;
     }
 
-    void keepsAFileThatIsNoCalendar()
+    void leavesAFileThatIsNoCalendarAlone()
     {
         QFETCH(QByteArray, bytes);
+        QFETCH(bool, isLinked);
         const auto store = makeStore(bytes);
+        if (isLinked)
+            moveBehindLink();
         QVERIFY(access(*store));
-        QCOMPARE(fetch(*store, QDate(2026, 10, 26), 1)->size(), 0);
-        QCOMPARE(files().size(), 1);
-        QVERIFY(files().first().startsWith(u"calendar.ics.unlesbar-"_s));
-
-        // One that turns up later may be half written: it is left alone until it would be overwritten.
-        write(bytes);
-        QVERIFY(!fetch(*store, QDate(2026, 10, 26), 1));
-        QCOMPARE(written(), bytes);
-        QVERIFY(save(*store, sample()));
-        QCOMPARE(fetch(*store, QDate(2026, 10, 26), 1)->size(), 1);
-        QCOMPARE(files().size(), 3);
-        for (const QString &name : files().sliced(1)) {
-            QFile aside(m_folder->filePath(u"quillbar/"_s + name));
-            QVERIFY(aside.open(QFile::ReadOnly));
-            QCOMPARE(aside.readAll(), bytes);
+        for (int round = 0; round < 2; ++round) {
+            const auto events = fetchDay(*store);
+            QVERIFY(!events);
+            QCOMPARE(events.reason(), u"Die Kalenderdatei ist unvollständig oder beschädigt."_s);
+            const auto saved = save(*store, sample());
+            QVERIFY(!saved);
+            QCOMPARE(saved.reason(), events.reason());
         }
+        QCOMPARE(written(), bytes);
+        QCOMPARE(files(), QStringList{u"calendar.ics"_s});
+        QCOMPARE(QFileInfo(path()).isSymLink(), isLinked);
+
+        // Once it is whole it is read, without being asked.
+        QSignalSpy changes(store.get(), &CalendarStore::changed);
+        write(calendar(event("a", "SUMMARY:Alt\nDTSTART:20261026T080000Z")));
+        QTRY_VERIFY(!changes.isEmpty());
+        QTRY_VERIFY(fetchDay(*store));
+        QVERIFY(save(*store, sample()));
+        QCOMPARE(fetchDay(*store)->size(), 2);
+        QCOMPARE(QFileInfo(path()).isSymLink(), isLinked);
+    }
+
+    void readsOverAControlCharacterAtTheEnd_data()
+    {
+        QTest::addColumn<QByteArray>("end");
+        QTest::newRow("an end of text") << QByteArray("\x1a");
+        QTest::newRow("a null") << QByteArray("\0", 1);
+        QTest::newRow("a block of nulls") << QByteArray(4096, '\0');
+    }
+
+    void readsOverAControlCharacterAtTheEnd()
+    {
+        QFETCH(QByteArray, end);
+        const auto store = makeStore(calendar(event("a", "SUMMARY:Alt\nDTSTART:20261026T080000Z")) + end);
+        QVERIFY(access(*store));
+        QCOMPARE(fetchDay(*store)->size(), 1);
+        QVERIFY(save(*store, sample()));
+        QCOMPARE(fetchDay(*store)->size(), 2);
+        QVERIFY(written().endsWith(QByteArray("END:VCALENDAR\r\n" + end)));
+    }
+
+    void readsNothingButRegularFilesOfABearableSize_data()
+    {
+        QTest::addColumn<std::function<bool(const QByteArray &)>>("make");
+        QTest::addColumn<QString>("reason");
+        using Make = std::function<bool(const QByteArray &)>;
+        QTest::newRow("a pipe") << Make([](const QByteArray &path) {
+            return ::mkfifo(path.constData(), 0600) == 0;
+        }) << u"Kalenderdatei: Keine gewöhnliche Datei."_s;
+        QTest::newRow("a device without end")
+            << Make([](const QByteArray &path) { return ::symlink("/dev/zero", path.constData()) == 0; })
+            << u"Kalenderdatei: Keine gewöhnliche Datei."_s;
+        QTest::newRow("a folder") << Make([](const QByteArray &path) {
+            return ::mkdir(path.constData(), 0700) == 0;
+        }) << u"Kalenderdatei: Ein Ordner statt einer Datei."_s;
+        QTest::newRow("links in a circle")
+            << Make([](const QByteArray &path) { return ::symlink("calendar.ics", path.constData()) == 0; })
+            << u"Kalenderdatei: Verknüpfungen im Kreis."_s;
+        QTest::newRow("a very large file") << Make([](const QByteArray &path) {
+            const int file = ::open(path.constData(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
+            const bool isMade = ::ftruncate(file, 65LL * 1024 * 1024) == 0;
+            return ::close(file) == 0 && isMade;
+        }) << u"Die Kalenderdatei ist größer als 64 MB."_s;
+        QTest::newRow("a file of somebody else's") << Make([](const QByteArray &path) {
+            return ::close(::open(path.constData(), O_WRONLY | O_CREAT | O_CLOEXEC, 0)) == 0;
+        }) << u"Kalenderdatei: Keine Berechtigung."_s;
+    }
+
+    void readsNothingButRegularFilesOfABearableSize()
+    {
+        QFETCH(std::function<bool(const QByteArray &)>, make);
+        QFETCH(QString, reason);
+        const auto store = makeStore({});
+        QVERIFY(QDir(QFileInfo(path()).absolutePath()).removeRecursively());
+        const Unprivileged user(m_folder->path());
+        QVERIFY(QDir(m_folder->path()).mkdir(u"quillbar"_s));
+        QVERIFY(make(QFile::encodeName(path())));
+        QVERIFY(access(*store));
+        const auto events = fetchDay(*store);
+        QVERIFY(!events);
+        QCOMPARE(events.reason(), reason);
+        const auto saved = save(*store, sample());
+        QVERIFY(!saved);
+        QCOMPARE(saved.reason(), reason);
+        QCOMPARE(QDir(QFileInfo(path()).absolutePath())
+                     .entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot),
+                 QStringList{u"calendar.ics"_s});
+    }
+
+    void followsALink_data()
+    {
+        QTest::addColumn<bool>("exists");
+        QTest::newRow("to a file") << true;
+        QTest::newRow("to where no file is yet") << false;
+    }
+
+    void followsALink()
+    {
+        QFETCH(bool, exists);
+        const auto store = makeStore(calendar({}));
+        moveBehindLink();
+        if (!exists)
+            QFile::remove(QFileInfo(path()).symLinkTarget());
+        QVERIFY(access(*store));
+        QVERIFY(save(*store, sample()));
+        QVERIFY(QFileInfo(path()).isSymLink());
+        QCOMPARE(fetchDay(*store)->size(), 1);
+        // Another program that replaces the file behind the link is seen as well.
+        QSignalSpy changes(store.get(), &CalendarStore::changed);
+        QTRY_VERIFY((changes.clear(), replaceByOthers(QFileInfo(path()).symLinkTarget()), changes.wait(200)));
+        QTRY_COMPARE(fetchDay(*store)->size(), 0);
+    }
+
+    void losesNoVersionOfAnotherProgram_data()
+    {
+        QTest::addColumn<Writer>("writer");
+        QTest::newRow("that renames whole files") << Writer::renames;
+        QTest::newRow("that writes into the file") << Writer::writesInto;
+        QTest::newRow("like this one") << Writer::isLikeUs;
+    }
+
+    void losesNoVersionOfAnotherProgram()
+    {
+        QFETCH(Writer, writer);
+        m_folder = std::make_unique<QTemporaryDir>();
+        write(calendar({}));
+        const pid_t process = ::fork();
+        if (process == 0)
+            ::_exit(writer == Writer::isLikeUs ? saveUntilStopped()
+                                               : addUntilStopped(writer == Writer::writesInto));
+        CalendarFile file(path());
+        QByteArrayList uids;
+        for (int number = 0; number < 60; ++number) {
+            if (const auto saved = file.append(sample()))
+                uids.append(saved->uid.toUtf8());
+        }
+        QFile stop(m_folder->filePath(u"stop"_s));
+        QVERIFY(stop.open(QFile::WriteOnly));
+        int status = 0;
+        QCOMPARE(::waitpid(process, &status, 0), process);
+        QVERIFY(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+        QVERIFY2(uids.size() > 10, qPrintable(QString::number(uids.size())));
+
+        QFile log(m_folder->filePath(u"log"_s));
+        QVERIFY(log.open(QFile::ReadOnly));
+        const QByteArrayList theirs = log.readAll().chopped(1).split('\n');
+        QByteArray everything;
+        for (const QString &name : files()) {
+            QFile version(m_folder->filePath(u"quillbar/"_s + name));
+            QVERIFY(version.open(QFile::ReadOnly));
+            everything += version.readAll();
+        }
+        int lost = 0;
+        // What the others do that do not look again is not in our hands.
+        for (const QByteArray &uid : writer == Writer::isLikeUs ? theirs + uids : theirs)
+            lost += everything.contains(QByteArray("UID:" + uid + "\r\n")) ? 0 : 1;
+        qInfo("%d saved, %d of %d lost", static_cast<int>(uids.size()), lost,
+              static_cast<int>(theirs.size()));
+        QCOMPARE(lost, 0);
+        QVERIFY(theirs.size() > 10);
+        QVERIFY(CalendarIndex::isCalendar(written()));
     }
 
     void takesAnEmptyFileForAnEmptyCalendar()
@@ -153,14 +402,6 @@ private Q_SLOTS:
         QCOMPARE(fetch(*store, QDate(2026, 10, 26), 1)->size(), 1);
     }
 
-    void refusesAccessToAFileThatItCannotRead()
-    {
-        const auto store = makeStore({});
-        QFile::remove(path());
-        QDir().mkpath(path());
-        QVERIFY(!access(*store));
-    }
-
     void showsNonsenseAsWellAsItGoes()
     {
         const auto store = makeStore(calendar(
@@ -171,6 +412,10 @@ private Q_SLOTS:
             event("5", "SUMMARY:Zweimal\nDTSTART:20261028T080000Z") +
             event("6", "SUMMARY:Nie\nDTSTART:20261001T080000Z\nRRULE:FREQ=YEARLY;BYMONTH=2;BYMONTHDAY=30") +
             event("7", "SUMMARY:Abgesagt\nSTATUS:CANCELLED\nDTSTART:20261028T080000Z") +
+            event("9", "SUMMARY:Endlos\nDTSTART:20270101T080000Z\nDURATION:P4000000000W\nRRULE:FREQ=DAILY") +
+            event("10", "SUMMARY:Zusatz ohne Sinn\nDTSTART:20261030T080000Z\n"
+                        "RDATE:99999999T999999Z,20261301T080000Z,20261031T080000Z\n"
+                        "RDATE;VALUE=PERIOD:99990230T080000Z/PT1H") +
             event("8", "SUMMARY:Regel ohne Sinn\nDTSTART:20261029T080000Z\nRRULE:FREQ=MANCHMAL")));
         QVERIFY(access(*store));
         const auto events = fetch(*store, QDate(2026, 10, 26), 7);
@@ -178,7 +423,9 @@ private Q_SLOTS:
                  (QStringList{u"2026-10-26 11:00 – 2026-10-26 11:00 Rückwärts"_s, u"2026-10-27 +2 Gemischt"_s,
                               u"2026-10-28 09:00 – 2026-10-28 09:00 Zweimal"_s,
                               u"2026-10-28 09:00 – 2026-10-28 09:00 Zweimal"_s,
-                              u"2026-10-29 09:00 – 2026-10-29 09:00 Regel ohne Sinn"_s}));
+                              u"2026-10-29 09:00 – 2026-10-29 09:00 Regel ohne Sinn"_s,
+                              u"2026-10-30 09:00 – 2026-10-30 09:00 Zusatz ohne Sinn"_s,
+                              u"2026-10-31 09:00 – 2026-10-31 09:00 Zusatz ohne Sinn"_s}));
         QVERIFY(events->at(2).id != events->at(3).id);
     }
 

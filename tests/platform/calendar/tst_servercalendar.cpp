@@ -27,6 +27,10 @@ protected:
         return makeServerStore(QStringLiteral(SERVER_PLUGIN), bus());
     }
     void addByOthers(const QByteArray &ics) override { m_probe->add(ics); }
+    void changeByOthers(const SavedEvent &event, const QByteArray &property) override
+    {
+        m_probe->change(event.uid.toUtf8(), property);
+    }
 
 private:
     [[nodiscard]] static QDBusConnection bus() { return QDBusConnection::sessionBus(); }
@@ -79,9 +83,10 @@ private Q_SLOTS:
         QVERIFY(access(*store));
         const QDateTime start(QDate(2026, 10, 26), QTime(9, 0));
         m_probe->useReadOnlyDefault(true);
-        const bool saved = save(*store, {u"Zahnarzt"_s, start, start.addSecs(3600)});
+        const auto saved = save(*store, {u"Zahnarzt"_s, start, start.addSecs(3600)});
         m_probe->useReadOnlyDefault(false);
         QVERIFY(!saved);
+        QVERIFY2(saved.reason().contains(u"nur lesen"_s), qUtf8Printable(saved.reason()));
         QVERIFY(save(*store, {u"Zahnarzt"_s, start, start.addSecs(3600)}));
     }
 

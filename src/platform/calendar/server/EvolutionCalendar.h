@@ -1,16 +1,16 @@
 #pragma once
 
 #include "platform/calendar/CalendarBackend.h"
-#include "platform/calendar/server/EvolutionClient.h"
 #include "platform/calendar/server/Glib.h"
 
-#include <map>
-#include <string>
+#include <future>
+#include <memory>
 #include <thread>
 
 namespace randblatt {
 
-/// All enabled calendars of Evolution Data Server, on a thread with a GLib main context of its own.
+/// All enabled calendars of Evolution Data Server, on a thread with a GLib main context of its own. A server
+/// that hangs does not keep the destructor for more than a moment.
 class EvolutionCalendar : public CalendarBackend
 {
 public:
@@ -23,29 +23,21 @@ public:
     void open(std::function<void(bool opened)> completion) override;
     void fetchEvents(const QDateTime &start, const QDateTime &end,
                      std::function<void(const CalendarStore::Events &events)> completion) override;
-    void saveEvent(const NewCalendarEvent &event, std::function<void(bool saved)> completion) override;
+    void saveEvent(const NewCalendarEvent &event,
+                   std::function<void(const CalendarStore::Saved &saved)> completion) override;
+    void removeEvent(const SavedEvent &event,
+                     std::function<void(const CalendarStore::Removed &removed)> completion) override;
 
 private:
-    void run();
-    void post(std::function<void()> task);
-    bool openRegistry();
-    void closeRegistry();
-    [[nodiscard]] CalendarStore::Events query(const QDateTime &start, const QDateTime &end);
-    [[nodiscard]] bool save(const NewCalendarEvent &event);
-    [[nodiscard]] EvolutionClient *client(ESource *source);
+    struct Worker;
 
-    const QByteArray m_serverName;
-    GlibPointer<GMainContext> m_context;
-    GlibPointer<GMainLoop> m_loop;
-    GlibPointer<GCancellable> m_shutdown;
-    std::function<void()> m_changed;
+    template <typename Answer, typename Task>
+    void post(const Task &task, std::function<void(const Answer &)> completion);
 
-    // Used on the thread alone.
-    GlibPointer<ESourceRegistry> m_registry;
-    guint m_serverWatch = 0;
-    bool m_serverDied = false;
-    std::map<std::string, std::unique_ptr<EvolutionClient>> m_clients;
-
+    const QString m_serverName;
+    /// Shared with the thread, which may outlive the object.
+    std::shared_ptr<Worker> m_worker;
+    std::future<void> m_end;
     std::thread m_thread;
 };
 

@@ -1,6 +1,7 @@
 #include "platform/calendar/server/EvolutionClient.h"
 
 #include "platform/calendar/CalendarIndex.h"
+#include "platform/calendar/Ical.h"
 
 #include <QLoggingCategory>
 #include <QRegularExpression>
@@ -116,8 +117,8 @@ void EvolutionClient::watch(GCancellable *cancellable)
     e_cal_client_view_start(view, nullptr);
 }
 
-CalendarStore::Events EvolutionClient::events(const QDateTime &start, const QDateTime &end,
-                                              GCancellable *cancellable)
+std::optional<QList<CalendarEvent>> EvolutionClient::events(const QDateTime &start, const QDateTime &end,
+                                                            GCancellable *cancellable)
 {
     const auto found = components(start, end, cancellable);
     m_hasFailed = !found;
@@ -210,24 +211,67 @@ QByteArray EvolutionClient::zones(const QByteArray &components, GCancellable *ca
     return zones;
 }
 
-bool EvolutionClient::save(const NewCalendarEvent &event, GCancellable *cancellable)
+std::optional<QByteArray> EvolutionClient::fingerprint(const QByteArray &uid, GCancellable *cancellable)
+{
+    GlibError error;
+    ICalComponent *found = nullptr;
+    if (e_cal_client_get_object_sync(m_client.get(), uid.constData(), nullptr, &found, cancellable,
+                                     error.out())) {
+        const GlibPointer<ICalComponent> component(found);
+        return eventFingerprint(text(component.get()));
+    }
+    if (error.is(E_CAL_CLIENT_ERROR, E_CAL_CLIENT_ERROR_OBJECT_NOT_FOUND))
+        return QByteArray();
+    m_hasFailed = true;
+    warn("Kalender antwortet nicht", name(), error);
+    return std::nullopt;
+}
+
+CalendarStore::Saved EvolutionClient::save(const NewCalendarEvent &event, GCancellable *cancellable)
 {
     if (e_client_is_readonly(E_CLIENT(m_client.get()))) {
         qCWarning(lcCalendar, "Der Standardkalender lässt sich nur lesen: %ls", qUtf16Printable(name()));
-        return false;
+        return CalendarStore::Saved::failure(u"Der Kalender „%1“ lässt sich nur lesen."_s.arg(name()));
     }
-    const GlibPointer<ICalComponent> component(
-        i_cal_component_new_from_string(newEventText(event).constData()));
+    const QByteArray encoded = newEventText(event);
+    const GlibPointer<ICalComponent> component(i_cal_component_new_from_string(encoded.constData()));
     GlibError error;
-    char *uid = nullptr;
+    char *given = nullptr;
     const bool saved = component && e_cal_client_create_object_sync(m_client.get(), component.get(),
-                                                                    E_CAL_OPERATION_FLAG_NONE, &uid,
+                                                                    E_CAL_OPERATION_FLAG_NONE, &given,
                                                                     cancellable, error.out());
-    g_free(uid);
-    m_hasFailed = !saved;
-    if (!saved)
+    const QByteArray uid = given != nullptr ? QByteArray(given) : event.uid.toUtf8();
+    g_free(given);
+    // Of an earlier attempt whose answer did not arrive.
+    const bool isThere = error.is(E_CAL_CLIENT_ERROR, E_CAL_CLIENT_ERROR_OBJECT_ID_ALREADY_EXISTS);
+    m_hasFailed = !saved && !isThere;
+    if (m_hasFailed) {
         warn("Termin nicht gespeichert", name(), error);
-    return saved;
+        return CalendarStore::Saved::failure(u"Der Kalender „%1“ nimmt ihn nicht an."_s.arg(name()));
+    }
+    // Servers put something of their own into what they are given.
+    const auto stored = fingerprint(uid, cancellable);
+    return SavedEvent{QString::fromUtf8(e_source_get_uid(m_source.get())), QString::fromUtf8(uid),
+                      stored ? *stored : eventFingerprint(encoded)};
+}
+
+CalendarStore::Removed EvolutionClient::remove(const SavedEvent &event, GCancellable *cancellable)
+{
+    const QByteArray uid = event.uid.toUtf8();
+    const auto present = fingerprint(uid, cancellable);
+    if (!present)
+        return CalendarStore::Removed::failure(u"Der Kalenderdienst antwortet nicht."_s);
+    if (present->isEmpty())
+        return Removal::gone;
+    if (*present != event.fingerprint)
+        return Removal::changed;
+    GlibError error;
+    if (e_cal_client_remove_object_sync(m_client.get(), uid.constData(), nullptr, E_CAL_OBJ_MOD_ALL,
+                                        E_CAL_OPERATION_FLAG_NONE, cancellable, error.out()))
+        return Removal::removed;
+    m_hasFailed = true;
+    warn("Termin nicht gelöscht", name(), error);
+    return CalendarStore::Removed::failure(u"Der Kalender „%1“ lässt es nicht zu."_s.arg(name()));
 }
 
 } // namespace randblatt

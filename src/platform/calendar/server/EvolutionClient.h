@@ -25,9 +25,12 @@ public:
     EvolutionClient &operator=(const EvolutionClient &) = delete;
 
     /// The events that overlap the range; none if the server does not answer.
-    [[nodiscard]] CalendarStore::Events events(const QDateTime &start, const QDateTime &end,
-                                               GCancellable *cancellable);
-    bool save(const NewCalendarEvent &event, GCancellable *cancellable);
+    [[nodiscard]] std::optional<QList<CalendarEvent>> events(const QDateTime &start, const QDateTime &end,
+                                                             GCancellable *cancellable);
+    /// See CalendarStore::saveEvent().
+    [[nodiscard]] CalendarStore::Saved save(const NewCalendarEvent &event, GCancellable *cancellable);
+    /// See CalendarStore::removeEvent().
+    [[nodiscard]] CalendarStore::Removed remove(const SavedEvent &event, GCancellable *cancellable);
     /// Whether the last operation failed; a new client may have more luck.
     [[nodiscard]] bool hasFailed() const { return m_hasFailed; }
 
@@ -39,6 +42,9 @@ private:
                                                        GCancellable *cancellable) const;
     [[nodiscard]] std::optional<QByteArray> series(const char *uid, GCancellable *cancellable) const;
     [[nodiscard]] QByteArray zones(const QByteArray &components, GCancellable *cancellable) const;
+
+    /// The fingerprint of an event as the server has it; none without an answer, empty without an event.
+    [[nodiscard]] std::optional<QByteArray> fingerprint(const QByteArray &uid, GCancellable *cancellable);
 
     [[nodiscard]] QString name() const;
     [[nodiscard]] QColor color() const;

@@ -45,6 +45,7 @@ public:
         g_clear_error(&m_error);
         return &m_error;
     }
+    [[nodiscard]] bool is(GQuark domain, int code) const { return g_error_matches(m_error, domain, code); }
     [[nodiscard]] const char *message() const { return m_error != nullptr ? m_error->message : ""; }
 
 private:
