@@ -147,7 +147,7 @@ void ViewTest::hold(Qt::Key key, int repeats, const QString &text)
     };
     send(QEvent::KeyPress, false);
     for (int repeat = 0; repeat < repeats; ++repeat) {
-        time += 40;
+        time += repeat == 0 ? 500 : 40;
         send(QEvent::KeyRelease, repeat >= repeats / 2);
         send(QEvent::KeyPress, repeat >= repeats / 2);
     }

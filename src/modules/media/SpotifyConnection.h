@@ -3,6 +3,8 @@
 #include "modules/media/RepeatedLoad.h"
 #include "modules/media/SpotifyApi.h"
 
+#include <QtQml/qqmlregistration.h>
+
 #include <vector>
 
 namespace randblatt {
@@ -12,6 +14,7 @@ namespace randblatt {
 class SpotifyConnection : public QObject
 {
     Q_OBJECT
+    QML_ANONYMOUS
     Q_PROPERTY(QString statusMessage READ statusMessage NOTIFY statusMessageChanged FINAL)
     Q_PROPERTY(bool needsReauth READ needsReauth NOTIFY needsReauthChanged FINAL)
     Q_PROPERTY(bool canSend READ canSend NOTIFY canSendChanged FINAL)

@@ -11,9 +11,11 @@ namespace randblatt {
 
 /// What the account holds: its playlists, and the tracks of the one that is shown. What could not be loaded
 /// is loaded again when the service answers other calls.
-class SpotifyLibrary : public SpotifyConnection
+// With its namespace, for the type registration reads the base class as it is written.
+class SpotifyLibrary : public randblatt::SpotifyConnection
 {
     Q_OBJECT
+    QML_ANONYMOUS
     Q_PROPERTY(bool loadingPlaylists READ loadingPlaylists NOTIFY playlistsStateChanged FINAL)
     Q_PROPERTY(QString playlistsProblem READ playlistsProblem NOTIFY playlistsStateChanged FINAL)
     Q_PROPERTY(bool loadingTracks READ loadingTracks NOTIFY tracksStateChanged FINAL)

@@ -27,7 +27,7 @@ FocusScope {
     // Asks for a new playlist's name, with the keyboard in its field.
     function askForName(): void {
         newPlaylist.open()
-        prompt.item.takeFocus()
+        (prompt.item as NewPlaylistPrompt).takeFocus()
     }
 
     NowPlaying {

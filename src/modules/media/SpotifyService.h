@@ -12,7 +12,8 @@ namespace randblatt {
 
 /// What the player card shows and does: what is playing, the commands, the playlists and their tracks. Every
 /// operation returns at once and reports through the properties. To be used on the main thread.
-class SpotifyService : public SpotifyLibrary
+// With its namespace, for the type registration reads the base class as it is written.
+class SpotifyService : public randblatt::SpotifyLibrary
 {
     Q_OBJECT
     QML_ELEMENT
