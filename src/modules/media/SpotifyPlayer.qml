@@ -27,7 +27,8 @@ FocusScope {
     // Asks for a new playlist's name, with the keyboard in its field.
     function askForName(): void {
         newPlaylist.open()
-        (prompt.item as NewPlaylistPrompt).takeFocus()
+        const asked = prompt.item as NewPlaylistPrompt
+        asked.takeFocus()
     }
 
     NowPlaying {
