@@ -98,6 +98,8 @@ void EditedDocument::setEditor(QQuickItem *editor)
     m_document = nullptr;
     if (m_editor) {
         m_editor->installEventFilter(this);
+        // Else it draws all of the text, as it can't see how long that is.
+        m_editor->setFlag(QQuickItem::ItemObservesViewport);
         m_document = m_editor->property("textDocument").value<QQuickTextDocument *>()->textDocument();
         connect(m_document, &QTextDocument::contentsChange, this, &EditedDocument::noteChange);
         connect(m_document, &QTextDocument::contentsChanged, this, &EditedDocument::follow);

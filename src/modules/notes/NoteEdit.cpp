@@ -272,7 +272,7 @@ QString NoteEdit::notice() const
 QString NoteEdit::remedy() const
 {
     if (m_other)
-        return u"Andere Fassung"_s;
+        return u"Andere Fassung übernehmen"_s;
     return notice().isEmpty() ? QString() : u"Als neue Notiz"_s;
 }
 
