@@ -7,8 +7,9 @@
 
 #include <algorithm>
 #include <cstring>
-#include <limits>
+#include <memory>
 #include <new>
+#include <vector>
 
 namespace randblatt {
 
@@ -271,15 +272,16 @@ int deleteFile(sqlite3_vfs *vfs, const char *name, int syncFolder)
 } // namespace
 
 FaultVfs::FaultVfs()
-    : d(std::make_unique<Private>())
 {
+    static auto &all = *new std::vector<std::unique_ptr<Private>>;
+    d = all.emplace_back(std::make_unique<Private>()).get();
     d->below = sqlite3_vfs_find(nullptr);
     // All else is as below.
     d->vfs = *d->below;
     d->vfs.szOsFile = static_cast<int>(sizeof(FaultFile)) + d->below->szOsFile;
     d->vfs.pNext = nullptr;
     d->vfs.zName = vfsName;
-    d->vfs.pAppData = d.get();
+    d->vfs.pAppData = d;
     d->vfs.xOpen = openFile;
     d->vfs.xDelete = deleteFile;
     d->vfs.xAccess = [](sqlite3_vfs *vfs, const char *name, int flags, int *result) {
@@ -293,6 +295,7 @@ FaultVfs::FaultVfs()
 
 FaultVfs::~FaultVfs()
 {
+    heal();
     sqlite3_vfs_unregister(&d->vfs);
     sqlite3_vfs_register(d->below, 1);
 }

@@ -5,7 +5,6 @@
 #include <QMap>
 #include <QtGlobal>
 
-#include <memory>
 #include <mutex>
 #include <random>
 
@@ -52,7 +51,8 @@ public:
     struct Private;
 
 private:
-    std::unique_ptr<Private> d;
+    // A job that outlives its store may outlive this object: it is never freed.
+    Private *d;
 };
 
 } // namespace randblatt
