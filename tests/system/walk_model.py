@@ -12,6 +12,8 @@ COLUMNS = {"backlog": "Offen", "doing": "In Arbeit", "done": "Erledigt"}
 @dataclass(eq=False)
 class Task:
     title: str
+    # Where it stands among the others, given once.
+    order: int
     status: str = "backlog"
 
 
@@ -75,7 +77,7 @@ class Model:
     side: str = "left"
     showsBoard: bool = False
     showsPad: bool = True
-    # In the order in which they were added; the columns and the list keep it.
+    # As they are stored, by which those of one order are shown.
     tasks: list = field(default_factory=list)
     pad: str = ""
     notes: list = field(default_factory=list)
@@ -120,7 +122,7 @@ class Model:
         title = self.newTask.strip()
         self.newTask = ""
         if title:
-            self.tasks.append(Task(title))
+            self.tasks.append(Task(title, 1 + max((task.order for task in self.tasks), default=0)))
 
     def delete_tasks(self, gone):
         places = [(index, task) for index, task in enumerate(self.tasks) if task in gone]
@@ -171,12 +173,15 @@ class Model:
         if text and text != editor.task.title:
             self.remember("To-Do", back)
 
+    def ordered(self):
+        return sorted(self.tasks, key=lambda task: task.order)
+
     def listed(self):
         """The tasks as the list shows them: the open ones, then the done ones."""
-        return sorted(self.tasks, key=lambda task: task.status == "done")
+        return sorted(self.ordered(), key=lambda task: task.status == "done")
 
     def column(self, status):
-        return [task for task in self.tasks if task.status == status]
+        return [task for task in self.ordered() if task.status == status]
 
     # --- notes
 
@@ -276,7 +281,7 @@ class Model:
     # --- what has to be on the disk
 
     def stored(self):
-        return {"tasks": [(task.title, task.status) for task in self.tasks],
+        return {"tasks": [(task.title, task.status) for task in self.ordered()],
                 "pad": self.pad,
                 "notes": sorted((note.name, note.body) for note in self.notes),
                 "events": sorted((event.title, event.start) for event in self.events)}
