@@ -107,8 +107,9 @@ private:
         const QByteArray beside = target + ".other";
         QByteArray last;
         int looks = 0;
-        for (int number = 0; !QFile::exists(m_folder->filePath(u"stop"_s)); ++number) {
-            const QByteArray uid = "other-" + QByteArray::number(number);
+        // An end, for with every event the file takes longer to read, and this is the quicker program.
+        for (int added = 0; added < 200 && !QFile::exists(m_folder->filePath(u"stop"_s));) {
+            const QByteArray uid = "other-" + QByteArray::number(added);
             QByteArray text = written();
             const qsizetype end = text.lastIndexOf("END:VCALENDAR");
             if (end < 0 || (!text.contains(last) && ++looks < 1000)) {
@@ -116,6 +117,7 @@ private:
                 continue;
             }
             looks = 0;
+            ++added;
             last = "UID:" + uid + "\r\n";
             text.insert(end, event(uid, "SUMMARY:Ihrer\nDTSTART:20261026T080000Z"));
             QFile file(QFile::decodeName(inPlace ? target : beside));
