@@ -27,7 +27,7 @@ case $campaign in
     *) fail "unbekannte Kampagne: $campaign" ;;
 esac
 
-install_packages "${packages_build[@]}" "${packages_runtime[@]}" "${packages_virtual_desktop[@]}"
+install_packages "${packages_build[@]}" "${packages_webplayer[@]}" "${packages_runtime[@]}" "${packages_virtual_desktop[@]}"
 lock_build dev
 build dev --target quillbar
 
