@@ -67,7 +67,7 @@ def remove_track(walk, rng):
 
     def bin_of_a_track():
         rows = tracks()
-        return rows[0].first(name=f"Entfernen: {rows[0].name.split(', ')[0]}") if rows else None
+        return rows[0].first(name="Entfernen: .*") if rows else None
     desk.click(within(walk, "Spotify", None, f"{name}, {count} Titel"))
     desk.wait(bin_of_a_track, "the tracks do not come")
     before = desk.music_total(name)
