@@ -98,7 +98,6 @@ function(randblatt_qml_module target)
         DEPENDENCIES ${ARG_DEPENDENCIES}
     )
     randblatt_precompile(${target})
-    set_property(GLOBAL APPEND PROPERTY RANDBLATT_QML_TARGETS ${target})
 endfunction()
 
 # randblatt_import_qml(<executable> <module target> …)

@@ -35,8 +35,8 @@ void NotesService::run(const QString &source, const ResultCompletion &completion
 void NotesService::loadFolders()
 {
     run(notescripts::listFolders(), [service = QPointer(this)](const ASResult &result) {
-        if (service && result.isSuccess() && service->m_folders.replace(notescripts::folders(result.text)))
-            Q_EMIT service->foldersChanged();
+        if (service && result.isSuccess())
+            service->m_folders.replace(notescripts::folders(result.text));
     });
 }
 

@@ -84,7 +84,6 @@ public:
 
 Q_SIGNALS:
     void notesChanged();
-    void foldersChanged();
     void statusMessageChanged();
     void isLoadingChanged();
     void currentFolderChanged();
