@@ -27,12 +27,14 @@ quietly() {
     return 1
 }
 
-# build <preset> [<option of cmake --build> …]: configures and builds.
+# build <preset> [<option of cmake --build> …]: configures, with the options in the array configure_options, and
+# builds.
+configure_options=()
 build() {
     local preset=$1
     shift
     mkdir -p "build/$preset"
-    quietly "build/$preset/configure.log" cmake --preset "$preset" \
+    quietly "build/$preset/configure.log" cmake --preset "$preset" "${configure_options[@]}" \
         || fail "Konfigurieren fehlgeschlagen, siehe build/$preset/configure.log"
     quietly "build/$preset/build.log" cmake --build --preset "$preset" --parallel "$(nproc)" "$@" \
         || fail "Bauen fehlgeschlagen, siehe build/$preset/build.log"
