@@ -28,7 +28,7 @@ status=0
 for target in "${targets[@]}"; do
     found=build/fuzz/found/$target
     mkdir -p "$found" "build/fuzz/corpus/$target"
-    options=(-runs="$runs" -max_len=8192 -timeout=20 -rss_limit_mb=2048 -seed="${SEED:-20261123}"
+    options=(-runs="$runs" -max_len=8192 -timeout=60 -rss_limit_mb=2048 -seed="${SEED:-20261123}"
         -artifact_prefix="$found/" -verbosity=0 -print_final_stats=1)
     [[ -f tests/fuzz/dictionaries/$target.dict ]] && options+=(-dict="tests/fuzz/dictionaries/$target.dict")
     corpora=("build/fuzz/corpus/$target" "tests/fuzz/corpus/$target")
