@@ -34,9 +34,9 @@ for target in "${targets[@]}"; do
     corpora=("build/fuzz/corpus/$target" "tests/fuzz/corpus/$target")
     [[ $target == applescript ]] && corpora+=(tests/fuzz/malformed)
     if QUILLBAR_FUZZ=$target build/fuzz/bin/fuzz "${options[@]}" "${corpora[@]}" >"$found/log" 2>&1; then
-        echo "$target: $(sed -n 's/^stat::number_of_executed_units: *//p' "$found/log") Eingaben, nichts gefunden"
+        echo "$target: $(sed -n 's/^stat::number_of_executed_units: *//p' "$found/log") inputs, nothing found"
     else
-        echo "$target: siehe $found"
+        echo "$target: see $found"
         status=1
     fi
 done

@@ -28,17 +28,15 @@ while getopts n:s:j:f: option; do
 done
 case $campaign in
     walk) driver=tests/system/random_walk.py ;;
-    long | kill | store | fuzz) ;;
+    store) exec scripts/store-campaigns.sh "$first" ;;
+    fuzz) exec scripts/fuzz.sh "${seeds:-1000000}" ;;
+    long | kill) ;;
     *) fail "unbekannte Kampagne: $campaign" ;;
 esac
 
-install_packages "${packages_build[@]}" "${packages_runtime[@]}" "${packages_virtual_desktop[@]}"
-case $campaign in
-    store) exec scripts/store-campaigns.sh "$first" ;;
-    fuzz) exec scripts/fuzz.sh "${seeds:-1000000}" ;;
-esac
+install_packages "${packages_build[@]}" "${packages_webplayer[@]}" "${packages_runtime[@]}" "${packages_virtual_desktop[@]}"
 lock_build dev
-build dev --target quillbar
+build dev --target quillbar --target spotify-stand-in
 case $campaign in
     long) exec /usr/bin/python3 -B tests/campaigns/soak_program.py build/dev/bin/quillbar "${seeds:-120}" "$first" ;;
     kill) exec /usr/bin/python3 -B tests/campaigns/kill_program.py build/dev/bin/quillbar "${seeds:-500}" "$first" ;;

@@ -24,8 +24,7 @@ void fuzzOsascript(const QByteArray &bytes)
 
 void fuzzAppleScript(const QByteArray &bytes)
 {
-    constexpr AppleScriptLimits limits{
-        .steps = 5000, .time = std::chrono::seconds(5), .memory = 4 * 1024 * 1024};
+    constexpr AppleScriptLimits limits{.time = std::chrono::seconds(5), .longestText = 4 * 1024 * 1024};
     // A library that starts anew before it grows.
     static const QTemporaryDir folder;
     static int runs = 0;
