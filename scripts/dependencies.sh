@@ -48,6 +48,9 @@ packages_benchmarks=(libbenchmark-dev)
 # kwin-wayland, which would bring 150 packages along.
 packages_checks=(clang-format lld? appstream xfwm4? mutter? i3-wm? xwayland? python3-dbus?)
 
+# The driver of scripts/fuzz.sh, with its sanitizers.
+packages_fuzzing=(clang)
+
 packages_packaging=(dpkg-dev file)
 
 # For the bare systems in which the packages are tried.

@@ -56,6 +56,9 @@ bool XdgAutostartLoginItem::isRegistered() const
 
 std::optional<QString> XdgAutostartLoginItem::registerItem()
 {
+    if (!fitsDesktopEntry(m_executable))
+        return u"Der Pfad des Programms hat Zeichen, die in keiner Startdatei stehen können: %1"_s.arg(
+            m_executable);
     const QString path = entryPath();
     const QString folder = QFileInfo(path).path();
     if (!QDir().mkpath(folder))

@@ -119,6 +119,11 @@ Hidden=true
                                << uR"(/opt/"a"/quillbar)"_s;
         QTest::newRow("backslash") << uR"(/opt/a\b/quillbar)"_s << uR"("/opt/a\\\\b/quillbar")"_s
                                    << uR"(/opt/a\\b/quillbar)"_s;
+        QTest::newRow("backtick") << u"/opt/`id`/quillbar"_s << uR"("/opt/\\`id\\`/quillbar")"_s
+                                  << u"/opt/`id`/quillbar"_s;
+        QTest::newRow("line breaks and tab")
+            << u"/opt/a\nHidden=true\r\tb/quillbar"_s << uR"("/opt/a\nHidden=true\r\tb/quillbar")"_s
+            << uR"(/opt/a\nHidden=true\r\tb/quillbar)"_s;
         QTest::newRow("umlaut") << u"/home/jörg/quillbar"_s << uR"("/home/jörg/quillbar")"_s
                                 << u"/home/jörg/quillbar"_s;
     }
@@ -138,6 +143,12 @@ Hidden=true
 
     void saysWhyItCannotWrite()
     {
+        const QString unspeakable = u"/opt/a\x1b[2Jb/quillbar"_s;
+        const auto noEscape = XdgAutostartLoginItem(unspeakable).registerItem();
+        QVERIFY(noEscape);
+        QVERIFY2(noEscape->contains(unspeakable), qUtf8Printable(*noEscape));
+        QVERIFY(!QFile::exists(entryPath()));
+
         XdgAutostartLoginItem item(executable);
         // What is in the way stops even the superuser: a file in the folder's place …
         write(folder(), {});
