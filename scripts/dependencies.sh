@@ -8,8 +8,8 @@ packages_build=(
     qt6-shadertools-dev qt6-shader-baker
     # Draws the icon in the sizes that desktops want.
     librsvg2-bin
-    libsqlite3-dev libical-dev libxml2-dev libxcb1-dev libxcb-randr0-dev libxcb-sync-dev libxcb-xfixes0-dev
-    libxcb-xinput-dev
+    libsqlite3-dev libical-dev libxml2-dev libxcb1-dev libxcb-randr0-dev libxcb-shape0-dev libxcb-sync-dev
+    libxcb-xfixes0-dev libxcb-xinput-dev
     libwayland-dev wayland-protocols plasma-wayland-protocols
     # Of the desktop's calendars alone, in whose place there is a file.
     libecal2.0-dev?
