@@ -8,8 +8,8 @@ packages_build=(
     qt6-shadertools-dev qt6-shader-baker
     # Draws the icon in the sizes that desktops want.
     librsvg2-bin
-    libsqlite3-dev libical-dev libxml2-dev libxcb1-dev libxcb-randr0-dev libxcb-sync-dev libxcb-xfixes0-dev
-    libxcb-xinput-dev
+    libsqlite3-dev libical-dev libxml2-dev libxcb1-dev libxcb-randr0-dev libxcb-shape0-dev libxcb-sync-dev
+    libxcb-xfixes0-dev libxcb-xinput-dev
     libwayland-dev wayland-protocols plasma-wayland-protocols
     # Of the desktop's calendars alone, in whose place there is a file.
     libecal2.0-dev?
@@ -137,7 +137,7 @@ requirements=(
     "SQLite3|libsqlite3-dev|sqlite-devel|sqlite|sqlite3-devel"
     "libxml-2.0|libxml2-dev|libxml2-devel|libxml2|libxml2-devel"
     "libical|libical-dev|libical-devel|libical|libical-devel"
-    "xcb|libxcb1-dev, libxcb-randr0-dev, libxcb-sync-dev, libxcb-xfixes0-dev, libxcb-xinput-dev|libxcb-devel|libxcb|libxcb-devel"
+    "xcb|libxcb1-dev, libxcb-randr0-dev, libxcb-shape0-dev, libxcb-sync-dev, libxcb-xfixes0-dev, libxcb-xinput-dev|libxcb-devel|libxcb|libxcb-devel"
     "wayland|libwayland-dev, wayland-protocols, plasma-wayland-protocols|wayland-devel, wayland-protocols-devel, plasma-wayland-protocols|wayland, wayland-protocols, plasma-wayland-protocols|wayland-devel, wayland-protocols-devel, plasma-wayland-protocols"
     "libecal-2.0|libecal2.0-dev|evolution-data-server-devel|evolution-data-server|evolution-data-server-devel"
     "Qt6WebEngineCore|qt6-webengine-dev|qt6-qtwebengine-devel|qt6-webengine|qt6-webenginecore-devel"

@@ -58,7 +58,9 @@ void AppDelegate::hideSidebar()
 
 void AppDelegate::toggleSidebar()
 {
-    if (panelController().isVisible() && !panelController().isAnimatingOut())
+    // Who calls during the peek, or has started the program by calling, wants to see it.
+    const bool isUp = panelController().isVisible() && !panelController().isAnimatingOut();
+    if (isUp && !hoverManager().isPeeking())
         hideSidebar();
     else
         showSidebar();
@@ -92,8 +94,8 @@ SidebarPanelController &AppDelegate::panelController()
 HoverManager &AppDelegate::hoverManager()
 {
     if (!m_hoverManager) {
-        m_pointerWatch =
-            std::make_unique<PointerWatch>(m_environment.settings, m_environment.desktop, panelController());
+        m_pointerWatch = std::make_unique<PointerWatch>(m_environment.settings, m_environment.desktop,
+                                                        panelController(), m_environment.uiState);
         m_hoverManager = std::make_unique<HoverManager>(m_environment.settings, m_environment.desktop,
                                                         m_environment.uiState, panelController());
     }

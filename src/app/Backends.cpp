@@ -37,8 +37,10 @@ namespace {
 /// Lets the host know of an X11 system tray (freedesktop.org System Tray Protocol).
 void watchClassicTray(TrayHost &host)
 {
-    auto *selection = new SelectionWatcher("_NET_SYSTEM_TRAY_S", &host);
-    const auto follow = [selection, &host] { host.setClassicTray(selection->hasOwner()); };
+    auto *selection = new SelectionWatcher("_NET_SYSTEM_TRAY_S", SelectionWatcher::Scope::screen, &host);
+    const auto follow = [selection, &host] {
+        host.setClassicTray(selection->hasOwner(), selection->ownerColor("_NET_SYSTEM_TRAY_COLORS"));
+    };
     QObject::connect(selection, &SelectionWatcher::ownerChanged, &host, follow);
     follow();
 }

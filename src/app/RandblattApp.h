@@ -2,6 +2,8 @@
 
 #include "app/AppDelegate.h"
 #include "app/Backends.h"
+#include "app/IdleMemory.h"
+#include "app/QuitKey.h"
 #include "app/ViewPreloader.h"
 #include "settings/AppSettings.h"
 #include "settings/Preferences.h"
@@ -38,6 +40,7 @@ private:
     void followStore();
     void preloadModules();
     void connectMenu();
+    void followTray();
     void connectInstance(SingleInstance &instance);
     void open(const QList<QUrl> &urls);
     void runAction(const QString &name);
@@ -45,6 +48,7 @@ private:
     [[nodiscard]] SidebarPanelController::PanelFactory panelFactory(ModuleRegistry &registry);
     [[nodiscard]] std::unique_ptr<WindowController> makeSettingsWindow(ModuleRegistry &registry);
     void installToolkitTranslations();
+    void useWindowIcon() const;
 
     WarmUp &m_warmUp;
     // First of all, since its other thread starts to read at once.
@@ -57,6 +61,8 @@ private:
     std::array<QTranslator, 2> m_translators;
     AppDelegate m_delegate;
     MenuContent m_menu;
+    QuitKey m_quitKey;
+    IdleMemory m_memory;
     StatusBarController m_statusBar;
 };
 

@@ -17,7 +17,7 @@ using namespace Qt::StringLiterals;
 int main(int argc, char **argv)
 {
     randblatt::ignoreRelativeBaseFolders();
-    QApplication::setApplicationName(u"quillbar"_s);
+    QApplication::setApplicationName(u"Quillbar"_s);
     QApplication::setApplicationDisplayName(u"Quillbar"_s);
     QApplication::setApplicationVersion(QLatin1StringView(QUILLBAR_VERSION));
     QApplication::setDesktopFileName(u"com.randblatt.Quillbar"_s);

@@ -21,6 +21,8 @@ FocusScope {
     property bool isOnScreen: true
 
     readonly property bool showQuick: quick.shown
+    // Where the quick settings lie over the card; empty while they are not there.
+    readonly property rect quickArea: quick.visible ? Qt.rect(quick.x, quick.y, quick.width, quick.height) : Qt.rect(0, 0, 0, 0)
     readonly property Item view: viewLoader.item as Item
     readonly property CardAppearance appearance: CardAppearance {
         textWhite: root.config.textWhite
@@ -186,6 +188,12 @@ FocusScope {
                 }
             }
         }
+    }
+
+    CardDrop {
+        anchors.fill: parent
+        module: root.module
+        tint: root.tint
     }
 
     Loader {

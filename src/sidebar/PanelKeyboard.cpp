@@ -1,5 +1,6 @@
 #include "sidebar/PanelKeyboard.h"
 
+#include "sidebar/PanelPopups.h"
 #include "sidebar/SidebarUIState.h"
 
 #include <QKeyEvent>
@@ -14,21 +15,6 @@ namespace {
 bool isModifier(int key)
 {
     return key >= Qt::Key_Shift && key <= Qt::Key_ScrollLock;
-}
-
-/// Closes menus and what else lies over the views, which would have the keyboard for themselves.
-void closePopups(QQuickWindow &window)
-{
-    const auto overlays = window.contentItem()->childItems();
-    for (const QQuickItem *overlay : overlays) {
-        if (!overlay->inherits("QQuickOverlay"))
-            continue;
-        const auto items = overlay->childItems();
-        for (const QQuickItem *item : items) {
-            if (QObject *popup = item->parent(); popup && popup->inherits("QQuickPopup"))
-                QMetaObject::invokeMethod(popup, "close");
-        }
-    }
 }
 
 /// Takes the keyboard from what would get it with the window, unless it is a text.

@@ -64,7 +64,7 @@ SidebarPanelController::SidebarPanelController(AppSettings &settings, Desktop &d
 
 SidebarPanelController::~SidebarPanelController() = default;
 
-void SidebarPanelController::show(const Screen &screen)
+void SidebarPanelController::show(const Screen &screen, Keyboard keyboard)
 {
     const PanelGeometry geometry = panelGeometry(screen.visibleFrame, m_settings.sidebarSide(),
                                                  m_settings.panelWidth(), m_settings.panelHeightFraction());
@@ -80,7 +80,7 @@ void SidebarPanelController::show(const Screen &screen)
         m_panel->setAlpha(0.0);
         m_panel->orderFront();
     }
-    if (!m_settings.alwaysVisible())
+    if (!m_settings.alwaysVisible() && keyboard == Keyboard::take)
         m_panel->makeKey();
     setVisible(true);
     start({m_panel, m_panel->frame(), geometry.shown, m_panel->alpha(), 1.0}, slideInMilliseconds, easeOut());

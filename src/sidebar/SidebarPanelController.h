@@ -32,9 +32,12 @@ public:
                            QObject *parent = nullptr);
     ~SidebarPanelController() override;
 
+    /// What a panel does with the keyboard when it is shown.
+    enum class Keyboard { take, leave };
+
     /// Slides the panel in on `screen`, also from the middle of its way out, or across from another screen.
-    /// It takes the keyboard unless it is to be always visible.
-    void show(const Screen &screen);
+    /// One that is to be always visible never takes the keyboard.
+    void show(const Screen &screen, Keyboard keyboard = Keyboard::take);
     /// Slides the panel out; nothing while it is hidden or on its way out.
     void hide();
     /// The user is done with the panel: it slides out or, where it is to be always visible, gives the

@@ -18,6 +18,12 @@ FocusScope {
     readonly property var cardShapes: root.shapes(false)
     // The places of the frosted cards, for a desktop that can blur what lies behind them.
     readonly property var blurShapes: root.shapes(true)
+    // The place of the quick settings that are open; empty while none are.
+    readonly property rect quickShape: {
+        const area = root.quickCard === null ? Qt.rect(0, 0, 0, 0) : root.quickCard.quickArea
+        return area.width === 0 ? area : Qt.rect(column.x + area.x,
+            column.y + root.quickCard.y + area.y - flickable.contentY, area.width, area.height)
+    }
     readonly property bool isOnScreen: Window.visibility !== Window.Hidden
     // The panel starts to slide in before it has its contents: they come with the second frame.
     property bool hasShownAFrame: false
@@ -57,6 +63,14 @@ FocusScope {
             quickCard = card
         else if (quickCard === card)
             quickCard = null
+    }
+
+    // Closes the quick settings; whether any were open.
+    function closeQuick(): bool {
+        const card = quickCard
+        if (card !== null)
+            card.setQuick(false)
+        return card !== null
     }
 
     // Takes back the latest change of the card that has the keyboard, or, if it has none, the latest of all.
@@ -100,9 +114,7 @@ FocusScope {
 
     // What is open in the cards has had the key before.
     Keys.onEscapePressed: {
-        if (quickCard !== null)
-            quickCard.setQuick(false)
-        else
+        if (!root.closeQuick())
             dismissRequested()
     }
     Keys.onPressed: event => {
@@ -116,8 +128,8 @@ FocusScope {
 
     Window.onActiveFocusItemChanged: revealing.restart()
     onIsOnScreenChanged: {
-        if (!isOnScreen && quickCard !== null)
-            quickCard.setQuick(false)
+        if (!isOnScreen)
+            root.closeQuick()
     }
 
     // Once the key or click has done its work, and the cursor is where it belongs.

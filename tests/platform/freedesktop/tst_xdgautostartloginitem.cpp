@@ -61,31 +61,34 @@ private Q_SLOTS:
         QCOMPARE(QDir(folder()).entryList(QDir::Files).size(), 1);
 
         QCOMPARE(item.unregisterItem(), std::nullopt);
-        QVERIFY(!item.isRegistered());
+        QVERIFY(!item.hasEntry());
         QVERIFY(!QFile::exists(entryPath()));
     }
 
     void doesNotCountWhatStartsNothingOrSomethingElse_data()
     {
         QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("isEntry");
         const QString ours = uR"(Exec="/usr/bin/quillbar")"_s;
         const QString entry = "[Desktop Entry]\n"_L1 + ours + u'\n';
-        QTest::newRow("hidden") << entry + "Hidden=true\n"_L1;
-        QTest::newRow("switched off") << entry + "X-GNOME-Autostart-enabled=false\n"_L1;
-        QTest::newRow("foreign") << u"[Desktop Entry]\nExec=/opt/old/quillbar\n"_s;
-        QTest::newRow("without Exec") << u"[Desktop Entry]\nType=Application\n"_s;
+        QTest::newRow("hidden") << entry + "Hidden=true\n"_L1 << false;
+        QTest::newRow("switched off") << entry + "X-GNOME-Autostart-enabled=false\n"_L1 << false;
+        QTest::newRow("foreign") << u"[Desktop Entry]\nExec=/opt/old/quillbar\n"_s << true;
+        QTest::newRow("without Exec") << u"[Desktop Entry]\nType=Application\n"_s << true;
         QTest::newRow("in another group")
-            << "[Desktop Entry]\nExec=/opt/old/quillbar\n[Desktop Action a]\n"_L1 + ours;
-        QTest::newRow("commented out") << "[Desktop Entry]\n#"_L1 + ours;
-        QTest::newRow("empty") << QString();
+            << "[Desktop Entry]\nExec=/opt/old/quillbar\n[Desktop Action a]\n"_L1 + ours << true;
+        QTest::newRow("commented out") << "[Desktop Entry]\n#"_L1 + ours << true;
+        QTest::newRow("empty") << QString() << true;
     }
 
     void doesNotCountWhatStartsNothingOrSomethingElse()
     {
         QFETCH(QString, text);
+        QFETCH(bool, isEntry);
         write(entryPath(), text);
         XdgAutostartLoginItem item(executable);
         QVERIFY(!item.isRegistered());
+        QCOMPARE(item.hasEntry(), isEntry);
         // Registering replaces it.
         QCOMPARE(item.registerItem(), std::nullopt);
         QVERIFY(item.isRegistered());

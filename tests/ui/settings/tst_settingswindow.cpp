@@ -406,11 +406,11 @@ private Q_SLOTS:
             QVERIFY2(place.top() >= 0 && place.bottom() <= 420, qPrintable(focused->objectName()));
             f.view->press(Qt::Key_Tab);
         } while (f.controller.window()->activeFocusItem()->objectName() != firstStop && reached.size() < 50);
-        QCOMPARE(reached,
-                 (QStringList{u"perModuleTheme"_s, u"style-clear"_s, u"tint"_s, u"tintStrengthSlider"_s,
-                              u"darknessSlider"_s, u"blurSlider"_s, u"lightsEnabled"_s, u"lightColor"_s,
-                              u"lightsIntensitySlider"_s, u"textWhite"_s, u"haloStrengthSlider"_s,
-                              u"textScaleSlider"_s, u"resetText"_s, u"resetTheme"_s, u"tab-Design"_s}));
+        QCOMPARE(reached, (QStringList{u"perModuleTheme"_s, u"style-clear"_s, u"tint"_s,
+                                       u"tintStrengthSlider"_s, u"darknessSlider"_s, u"blurSlider"_s,
+                                       u"lightsEnabled"_s, u"lightColor"_s, u"lightsIntensitySlider"_s,
+                                       u"textWhite"_s, u"haloStrengthSlider"_s, u"textScaleSlider"_s,
+                                       u"resetText"_s, u"resetTheme"_s, u"quitButton"_s, u"tab-Design"_s}));
     }
 
     void choosesWithTheArrowKeys()
