@@ -155,6 +155,23 @@ class SidebarTest(unittest.TestCase):
         sidebar.program.process.send_signal(signal.SIGTERM)
         self.assertEqual(sidebar.program.wait(), 0)
 
+    def test_answers_on_the_command_line(self):
+        desktop = self.desktop()
+
+        def answer(*arguments, **variables):
+            environment = {**desktop.environment, **variables}
+            return subprocess.run([QUILLBAR, *arguments], env=environment, capture_output=True, text=True, timeout=20)
+        version = answer("--version", DISPLAY=":4711")
+        self.assertEqual((version.returncode, version.stderr), (0, ""))
+        self.assertRegex(version.stdout, r"^Quillbar \d+\.\d+\.\d+\n$")
+        self.assertIn("Aufruf: quillbar", answer("--help", DISPLAY=":4711").stdout)
+        for argument in ("--versoin", "-x", "file:///etc/passwd", "Notizen"):
+            wrong = answer(argument)
+            self.assertEqual((wrong.returncode, wrong.stdout), (2, ""))
+            self.assertIn(f"unbekannt: {argument} ", wrong.stderr)
+        # The toolkit's own are none of ours.
+        self.assertEqual(answer("-platform", "xcb", "--x").returncode, 2)
+
     def test_is_started_by_a_call_and_ended_by_one(self):
         desktop = self.desktop()
         store(desktop)
