@@ -69,8 +69,8 @@ class Desk:
         self._program = self._without_helper(Path(program))
         self.desktop.store(hasOnboarded=True, enabledModuleIDs=["todo", "calendar", "notes", "spotify"],
                            todoViewMode="list", notesMode="scratch", mediaSource="spotify", sp_refresh="refresh-0",
-                           # Every playlist in sight.
-                           moduleHeights={"spotify": 400.0},
+                           # Everything in sight, on either screen.
+                           moduleHeights={"spotify": 400.0, "todo": 320.0, "calendar": 240.0, "notes": 320.0},
                            launchAtLogin=False)
         self.music = MusicService(self.desktop, Path(program).with_name("spotify-stand-in"), "--tracks", "9")
         self.folder = self.desktop.data_home / "quillbar"
