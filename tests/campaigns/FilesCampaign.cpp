@@ -259,7 +259,8 @@ QList<Operation> operations()
         {u"Notiz umbenennen",
          [](const Samples &samples) {
              return acknowledges(samples, [](NotesLibrary &library) {
-                 library.setName(noteNamed(library, u"Fremd"_s), u"Anders"_s);
+                 const QString id = noteNamed(library, u"Fremd"_s);
+                 library.setBody(id, u"<div><b>Anders</b></div>"_s + library.body(id));
              });
          },
          [](const Samples &samples, bool acknowledged) {

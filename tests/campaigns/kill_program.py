@@ -68,7 +68,7 @@ def main():
     def violation(what):
         nonlocal violations
         violations += 1
-        print(f"Verletzt: Runde {number}: {what}", flush=True)
+        print(f"Violated: round {number}: {what}", flush=True)
 
     with VirtualDesktop() as desktop:
         path = desktop.data_home / "quillbar/preferences.sqlite"
@@ -92,20 +92,20 @@ def main():
             running.terminate()
             after, health = left_behind(path)
             if not after.startswith(seen):
-                violation(f"statt „…{seen[-60:]}“ steht „…{after[-60:]}“ da")
+                violation(f"“…{after[-60:]}” instead of “…{seen[-60:]}”")
             if not has_in_order("".join(f"wort{word + 1}" for word in range(typed)), after):
-                violation(f"niemand hat das getippt: …{after[-60:]}")
+                violation(f"nobody typed “…{after[-60:]}”")
             if health != "ok":
                 violation(health)
             if list(path.parent.glob("*.unlesbar-*")):
-                violation("eine heile Datei wurde beiseitegelegt")
+                violation("a healthy file was put aside")
                 break
             acknowledged = len(after)
             os.remove(running.log_path)
             if (number + 1) % 50 == 0:
-                print(f"{number + 1} Abbrüche", flush=True)
-    print(f"{kills} Abbrüche in {time.monotonic() - begin:.0f} s (Startwert {seed}), {typed} Wörter getippt, "
-          f"{acknowledged} Zeichen gespeichert; verletzt: {violations}")
+                print(f"{number + 1} kills", flush=True)
+    print(f"{kills} kills in {time.monotonic() - begin:.0f} s (seed {seed}), {typed} words typed, "
+          f"{acknowledged} characters stored; violated: {violations}")
     sys.exit(1 if violations or acknowledged == 0 else 0)
 
 

@@ -108,24 +108,24 @@ def main():
                     desktop.move(900, 450)
             wait_for(lambda: not desktop.windows("^Quillbar$"), timeout=30, message="not hidden")
             if not running.is_running():
-                sys.exit("Das Programm ist fort:\n" + running.log[-2000:])
+                sys.exit("the program is gone:\n" + running.log[-2000:])
             if draw.random() < 0.05:
                 disturb(desktop, draw, services)
                 disturbances += 1
             if time.monotonic() > next_sample:
                 next_sample = time.monotonic() + min(60.0, minutes)
                 samples.append(measured(desktop, running.pid))
-                print(f"{shows} Auftritte: " + ", ".join(f"{value:.1f} {name}" for name, value in
+                print(f"{shows} shows: " + ", ".join(f"{value:.1f} {name}" for name, value in
                                                           samples[-1].items()), flush=True)
     third = len(samples) // 3
-    grown = [] if third else ["zu kurz"]
+    grown = [] if third else ["too short to tell"]
     for name, tolerance in TOLERANCE.items():
         before = statistics.median(sample[name] for sample in samples[third:2 * third] or samples)
         after = statistics.median(sample[name] for sample in samples[2 * third:])
         if after > before + tolerance:
-            grown.append(f"{name} von {before:.1f} auf {after:.1f}")
-    print(f"{minutes:g} Minuten, {shows} Auftritte, {disturbances} Störungen (Startwert {seed}); "
-          f"gewachsen: {', '.join(grown) or 'nichts'}")
+            grown.append(f"{name} from {before:.1f} to {after:.1f}")
+    print(f"{minutes:g} minutes, {shows} shows, {disturbances} disturbances (seed {seed}); "
+          f"grown: {', '.join(grown) or 'nothing'}")
     sys.exit(1 if grown else 0)
 
 
