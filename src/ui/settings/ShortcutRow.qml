@@ -26,51 +26,48 @@ FormRow {
     visible: shortcut !== null
     labelAtTop: !isAvailable
 
-    Row {
-        visible: root.isAvailable
-        anchors.right: parent.right
-        spacing: 8
-
-        FormButton {
-            id: field
-
-            objectName: "recordShortcut"
-            text: root.isRecording ? "Tasten drücken …" : root.label || "Keines"
-            Accessible.name: root.isRecording ? text : "Tastenkürzel aufnehmen: " + text
-            onClicked: root.isRecording = !root.isRecording
-            onActiveFocusChanged: if (!activeFocus) root.isRecording = false
-            Keys.priority: Keys.BeforeItem
-            Keys.onShortcutOverride: event => event.accepted = root.isRecording
-            Keys.onPressed: event => {
-                if (root.isRecording)
-                    root.take(event)
-            }
-        }
-
-        FormButton {
-            objectName: "clearShortcut"
-            visible: root.label !== ""
-            text: "Entfernen"
-            onClicked: root.shortcut.clear()
-        }
-    }
-
-    FormText {
-        objectName: "shortcutProblem"
-        visible: text !== "" && root.isAvailable
-        anchors.right: parent.right
-        y: visible ? 40 : 0
-        text: root.shortcut?.problem ?? ""
-        color: FormStyle.secondary
-        font.pixelSize: FormStyle.captionSize
-    }
-
     Column {
-        visible: !root.isAvailable
         width: parent.width
         spacing: 6
 
+        Row {
+            visible: root.isAvailable
+            anchors.right: parent.right
+            spacing: 8
+
+            FormButton {
+                objectName: "recordShortcut"
+                text: root.isRecording ? "Tasten drücken …" : root.label || "Keines"
+                Accessible.name: root.isRecording ? text : "Tastenkürzel aufnehmen: " + text
+                onClicked: root.isRecording = !root.isRecording
+                onActiveFocusChanged: if (!activeFocus) root.isRecording = false
+                Keys.priority: Keys.BeforeItem
+                Keys.onShortcutOverride: event => event.accepted = root.isRecording
+                Keys.onPressed: event => {
+                    if (root.isRecording)
+                        root.take(event)
+                }
+            }
+
+            FormButton {
+                objectName: "clearShortcut"
+                visible: root.label !== ""
+                text: "Entfernen"
+                onClicked: root.shortcut.clear()
+            }
+        }
+
         FormText {
+            objectName: "shortcutProblem"
+            visible: text !== "" && root.isAvailable
+            anchors.right: parent.right
+            text: root.shortcut?.problem ?? ""
+            color: FormStyle.secondary
+            font.pixelSize: FormStyle.captionSize
+        }
+
+        FormText {
+            visible: !root.isAvailable
             width: parent.width
             text: "Hier vergibt der Desktop die Tasten. In seinen Einstellungen lässt sich dieser Befehl an eine binden:"
             wrapMode: Text.Wrap
@@ -78,6 +75,7 @@ FormRow {
 
         TextEdit {
             objectName: "shortcutCommand"
+            visible: !root.isAvailable
             width: parent.width
             text: root.shortcut?.command ?? ""
             readOnly: true
