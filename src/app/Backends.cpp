@@ -1,5 +1,6 @@
 #include "app/Backends.h"
 
+#include "platform/GlobalShortcut.h"
 #include "platform/browser/BrowserAuthenticationSession.h"
 #include "platform/calendar/CalendarStores.h"
 #include "platform/freedesktop/LogindWake.h"
@@ -14,6 +15,7 @@
 #include "platform/x11/KeyboardFocus.h"
 #include "platform/x11/SelectionWatcher.h"
 #include "platform/x11/X11Desktop.h"
+#include "platform/x11/X11GlobalShortcut.h"
 #include "platform/x11/X11PanelWindow.h"
 #include "platform/x11/XWaylandDesktop.h"
 
@@ -63,6 +65,9 @@ void useX11(Backends &backends)
         return std::make_unique<X11PanelWindow>(std::move(window), *x11);
     };
     backends.desktop = std::move(desktop);
+    // A guest gets the keys only while one of the guests' windows has the keyboard.
+    if (!isXWayland())
+        backends.shortcut = std::make_unique<X11GlobalShortcut>();
     backends.activate = [](QWindow &window) {
         const X11Connection x11;
         KeyboardFocus(x11).give(static_cast<xcb_window_t>(window.winId()));
@@ -123,6 +128,7 @@ Backends makeBackends()
     backends.calendar = makeCalendarStore();
     backends.wake = std::make_unique<LogindWake>(QDBusConnection::systemBus());
     backends.scripts = makeScriptRunner(NotesLibrary::defaultPath());
+    backends.shortcut = std::make_unique<GlobalShortcut>();
     const QString platform = QGuiApplication::platformName();
     if (platform == "xcb"_L1)
         useX11(backends);

@@ -10,6 +10,7 @@ namespace randblatt {
 class BrowserAuthenticationSession;
 class CalendarStore;
 class Desktop;
+class GlobalShortcut;
 class LoginItem;
 class MediaKeySink;
 class PanelWindow;
@@ -28,6 +29,7 @@ struct Backends
     std::unique_ptr<LoginItem> loginItem;
     std::unique_ptr<Desktop> desktop;
     std::unique_ptr<TrayHost> tray;
+    std::unique_ptr<GlobalShortcut> shortcut;
     std::unique_ptr<MediaKeySink> mediaKeys;
     std::unique_ptr<CalendarStore> calendar;
     std::unique_ptr<SystemWake> wake;

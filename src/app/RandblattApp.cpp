@@ -8,6 +8,7 @@
 #include "modules/todo/TodoModule.h"
 #include "platform/CalendarStore.h"
 #include "platform/Desktop.h"
+#include "platform/GlobalShortcut.h"
 #include "platform/LoginItem.h"
 #include "platform/MediaKeySink.h"
 #include "platform/PanelWindow.h"
@@ -47,6 +48,7 @@ RandblattApp::RandblattApp(SingleInstance &instance, WarmUp &warmUp)
     , m_preferences(Preferences::defaultPath())
     , m_backends(makeBackends())
     , m_settings(m_preferences, *m_backends.loginItem)
+    , m_shortcut(m_preferences, *m_backends.shortcut)
     , m_delegate({AppSettings::shared(), SidebarUIState::shared(), NotificationCenter::defaultCenter(),
                   *m_backends.desktop, [this] { return makeModules(); },
                   [this](ModuleRegistry &registry) { return panelFactory(registry); },
@@ -107,6 +109,7 @@ void RandblattApp::connectMenu()
     connect(&m_menu, &MenuContent::showSidebarRequested, &m_delegate, &AppDelegate::showSidebar);
     connect(&m_menu, &MenuContent::openSettingsRequested, &m_delegate, &AppDelegate::openSettings);
     connect(&m_menu, &MenuContent::quitRequested, qApp, &QCoreApplication::quit);
+    connect(m_backends.shortcut.get(), &GlobalShortcut::activated, &m_delegate, &AppDelegate::toggleSidebar);
     connect(&m_engine, &QQmlEngine::quit, qApp, &QCoreApplication::quit);
     connect(&m_quitKey, &QuitKey::pressed, qApp, &QCoreApplication::quit);
 }
@@ -202,8 +205,9 @@ std::unique_ptr<WindowController> RandblattApp::makeSettingsWindow(ModuleRegistr
 {
     installToolkitTranslations();
     useWindowIcon();
-    return std::make_unique<SettingsWindowController>(
-        m_engine, m_settings, registry, registry.module(u"spotify"_s), &m_preferences.health(), &m_backups);
+    return std::make_unique<SettingsWindowController>(m_engine, m_settings, registry,
+                                                      registry.module(u"spotify"_s), &m_preferences.health(),
+                                                      &m_backups, &m_shortcut);
 }
 
 // Only ordinary windows show it, and drawing it takes time that the start has not got.

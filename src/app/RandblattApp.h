@@ -7,6 +7,7 @@
 #include "app/ViewPreloader.h"
 #include "settings/AppSettings.h"
 #include "settings/Preferences.h"
+#include "settings/ShortcutSetting.h"
 #include "settings/StoreBackups.h"
 #include "sidebar/MenuContent.h"
 #include "sidebar/StatusBarController.h"
@@ -58,6 +59,7 @@ private:
     StoreBackups m_backups{m_preferences};
     Backends m_backends;
     AppSettings m_settings;
+    ShortcutSetting m_shortcut;
     std::array<QTranslator, 2> m_translators;
     AppDelegate m_delegate;
     MenuContent m_menu;

@@ -6,8 +6,8 @@
 
 namespace randblatt {
 
-/// The lines of what was dropped, trimmed and without empty ones: of the text or, where there is none, or
-/// files beside it, the links.
+/// The lines of what was dropped: the links, or without any those of the text, trimmed and without empty
+/// ones.
 [[nodiscard]] QStringList droppedLines(const QString &text, const QList<QUrl> &urls);
 
 /// Whether files are among the links.

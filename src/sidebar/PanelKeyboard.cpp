@@ -4,12 +4,15 @@
 #include "sidebar/SidebarUIState.h"
 
 #include <QKeyEvent>
+#include <QLoggingCategory>
 #include <QQuickItem>
 #include <QQuickView>
 
 namespace randblatt {
 
 namespace {
+
+Q_LOGGING_CATEGORY(lcPanel, "quillbar.panel", QtInfoMsg)
 
 /// Whether a key does nothing by itself: pressed for a shortcut of the desktop's, it means nothing here.
 bool isModifier(int key)
@@ -40,8 +43,11 @@ PanelKeyboard::PanelKeyboard(QQuickView &window, SidebarUIState &uiState, QObjec
     , m_uiState(uiState)
 {
     m_window.installEventFilter(this);
-    connect(&m_window, &QWindow::activeChanged, this,
-            [this] { m_uiState.setHasKeyboard(m_window.isActive()); });
+    connect(&m_window, &QWindow::activeChanged, this, [this] {
+        if (m_window.isActive())
+            qCDebug(lcPanel, "Tastatur da");
+        m_uiState.setHasKeyboard(m_window.isActive());
+    });
     connect(&m_window, &QWindow::focusObjectChanged, this, &PanelKeyboard::followFocus);
     m_uiState.setHasKeyboard(m_window.isActive());
     followFocus(m_window.focusObject());

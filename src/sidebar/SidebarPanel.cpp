@@ -22,7 +22,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-Q_LOGGING_CATEGORY(lcPanel, "quillbar.panel")
+Q_LOGGING_CATEGORY(lcPanel, "quillbar.panel", QtInfoMsg)
 
 /// The radius of the quick settings' corners in points.
 constexpr double quickRadius = 16.0;
@@ -56,10 +56,6 @@ SidebarPanel::SidebarPanel(QQmlEngine &engine, AppSettings &settings, ModuleRegi
     QQmlProperty(rootObject(), u"cardShapes"_s).connectNotifySignal(this, SLOT(followShapes()));
     QQmlProperty(rootObject(), u"quickShape"_s).connectNotifySignal(this, SLOT(followShapes()));
     QQmlProperty(rootObject(), u"blurShapes"_s).connectNotifySignal(this, SLOT(followBlur()));
-    // At once, on the thread that draws: this one may be at work on the contents.
-    connect(
-        this, &QQuickWindow::frameSwapped, this, [] { qCDebug(lcPanel, "Bild gezeigt"); },
-        static_cast<Qt::ConnectionType>(Qt::DirectConnection | Qt::SingleShotConnection));
     connect(&desktop, &Desktop::compositedChanged, this, &SidebarPanel::followCompositing);
     connect(&settings, &AppSettings::alwaysVisibleChanged, this, &SidebarPanel::followShapes);
     // Whatever comes over the cards comes with a frame.
@@ -112,6 +108,13 @@ bool SidebarPanel::event(QEvent *event)
         break;
     case QEvent::Resize:
         followShapes();
+        break;
+    case QEvent::Show:
+        // At once, on the thread that draws: this one may be at work on the contents.
+        if (lcPanel().isDebugEnabled())
+            connect(
+                this, &QQuickWindow::frameSwapped, this, [] { qCDebug(lcPanel, "Bild gezeigt"); },
+                static_cast<Qt::ConnectionType>(Qt::DirectConnection | Qt::SingleShotConnection));
         break;
     case QEvent::Hide:
         m_uiState.setPressed(false);

@@ -6,12 +6,15 @@
 #include "sidebar/PanelGeometry.h"
 
 #include <QEasingCurve>
+#include <QLoggingCategory>
 
 #include <algorithm>
 
 namespace randblatt {
 
 namespace {
+
+Q_LOGGING_CATEGORY(lcPanel, "quillbar.panel", QtInfoMsg)
 
 // The way out is shorter than the way in and has the opposite curve.
 constexpr int slideInMilliseconds = 220;
@@ -68,6 +71,8 @@ void SidebarPanelController::show(const Screen &screen, Keyboard keyboard)
 {
     const PanelGeometry geometry = panelGeometry(screen.visibleFrame, m_settings.sidebarSide(),
                                                  m_settings.panelWidth(), m_settings.panelHeightFraction());
+    if (!m_isVisible)
+        qCDebug(lcPanel, "Einblenden");
     if (!m_panel)
         m_panel = m_makePanel(geometry.shown.size());
     if (!m_panel)

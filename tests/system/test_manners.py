@@ -1,5 +1,6 @@
 """How the panel gets along with what else is on the desktop: docks, windows below it, and buttons that are held."""
 
+import json
 import time
 import unittest
 
@@ -117,6 +118,77 @@ class MannersTest(unittest.TestCase):
         self.assertEqual(sidebar.frame(), SHOWN)
         desktop.at_screen("xdotool", "mouseup", 1)
         sidebar.wait_hidden()
+
+    # --- what is dropped
+
+    def drop(self, desktop, sidebar, start, *place):
+        desktop.move(*start)
+        desktop.at_screen("xdotool", "mousedown", 1)
+        desktop.move_smoothly(0, 450)
+        sidebar.wait_shown(SHOWN)
+        desktop.move_smoothly(*place, seconds=0.4)
+        # What moves on gets an answer.
+        desktop.at_screen("xdotool", "sleep", 0.3, "mousemove_relative", 1, 1, "sleep", 0.3, "mouseup", 1)
+
+    def test_takes_what_is_dropped_on_its_cards(self):
+        desktop = self.desktop()
+        source = Probe(desktop, plain=True)
+        source.show(700, 200, 300, 300)
+        source.wait_until_active()
+        sidebar = self.start(desktop, enabledModuleIDs=["todo", "notes"], todoViewMode="list")
+        sidebar.wait_peek_over()
+        for carried, kind, on_card, arrived in (
+                ("Brot%0A%0A%20Milch", "carry", (200, 300), lambda: [task["title"] for task in sidebar.tasks()] == ["Brot", "Milch"]),
+                ("https://example.org/a%20b", "carry-links", (200, 300),
+                 lambda: sidebar.tasks()[-1]["title"] == "https://example.org/a%20b"),
+                ("Wort", "carry", (200, 500), lambda: desktop.preferences().get("notesScratch") == "Wort"),
+                ("file:///home/a%20b.pdf", "carry-links", (200, 500),
+                 lambda: desktop.preferences().get("notesScratch") == "Wort\nfile:///home/a%20b.pdf")):
+            with self.subTest(carried=carried):
+                for command in ("carry", "carry-links"):
+                    source.ask(command, *([carried] if command == kind else []))
+                self.drop(desktop, sidebar, (850, 350), *on_card)
+                wait_for(arrived, message=lambda: f"{sidebar.tasks()} {desktop.preferences()}\n{sidebar.program.log}")
+                # Whoever drags keeps the keyboard.
+                self.assertEqual(desktop.active_window(), source.window)
+                desktop.move(1200, 700)
+                sidebar.wait_hidden()
+        self.assertEqual(len(sidebar.tasks()), 3)
+
+    # --- what is open
+
+    def test_closes_what_is_open_when_the_user_turns_elsewhere(self):
+        task = {"id": "6F9619FF-8B86-D011-B42D-00C04FC964FF", "title": "Brot", "status": "backlog",
+                "createdAt": 784111777.5, "order": 1}
+        desktop = self.desktop(wallpaper="#ff00ff")
+        below = Probe(desktop, plain=True)
+        below.show(600, 100, 400, 400)
+        sidebar = self.start(desktop, enabledModuleIDs=["todo", "calendar"], todoViewMode="kanban", alwaysVisible=True,
+                             **{"todoItems.v1": json.dumps([task]).encode()})
+        sidebar.wait_shown(SHOWN)
+        # Between the cards, once the first one is low.
+        gap = (330, 202)
+
+        def wait_open(is_open, what):
+            wait_for(lambda: (desktop.pixel(*gap) != (255, 0, 255)) == is_open,
+                     message=f"the {what} {'is cut off' if is_open else 'stays'}")
+        opened = {"quick settings": lambda: desktop.right_click(200, 60), "menu": lambda: desktop.click(377, 160)}
+        turns = {"another window": lambda: desktop.click(800, 300), "the wallpaper": lambda: desktop.click(1200, 800),
+                 "another card": lambda: desktop.click(200, 430), "escape": lambda: desktop.key("Escape")}
+        wait_for(lambda: desktop.pixel(200, 60) != (255, 0, 255), message="no card")
+        opened["quick settings"]()
+        time.sleep(0.5)
+        desktop.click(108, 140)
+        wait_for(lambda: sidebar.tasks() and "moduleHeights" in desktop.preferences(), message="no low card")
+        desktop.key("Escape")
+        for what, open_it in opened.items():
+            for where, turn in turns.items():
+                with self.subTest(open=what, to=where):
+                    wait_open(False, what)
+                    open_it()
+                    wait_open(True, what)
+                    turn()
+                    wait_open(False, what)
 
 
 if __name__ == "__main__":

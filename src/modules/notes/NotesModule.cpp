@@ -69,8 +69,7 @@ bool NotesModule::takeDrop(const QString &text, const QList<QUrl> &urls)
     if (lines.isEmpty())
         return false;
     // A text keeps its indents and its empty lines.
-    const bool isText = !holdsFiles(urls) && !text.trimmed().isEmpty();
-    const QString content = isText ? EditedText::cleaned(text) : lines.join(u'\n');
+    const QString content = urls.isEmpty() ? EditedText::cleaned(text) : lines.join(u'\n');
     if (m_settings.notesMode() == NotesMode::scratch) {
         m_pad->append(content);
         return true;

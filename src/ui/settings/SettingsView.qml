@@ -16,6 +16,7 @@ FocusScope {
     property var media: null
     property StoreHealth health: null
     property StoreBackups backups: null
+    property ShortcutSetting shortcut: null
 
     // What comes back is to be seen.
     function undo(): void {
@@ -66,6 +67,7 @@ FocusScope {
                 settings: root.settings
                 health: root.health
                 backups: root.backups
+                shortcut: root.shortcut
             }
         }
 
