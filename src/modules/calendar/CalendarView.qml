@@ -33,10 +33,19 @@ FocusScope {
         if (shown === counted)
             return
         counted = shown
-        if (shown)
+        if (shown) {
+            draft.beginView()
             refresh.cardShown()
-        else
+        } else {
+            cardLoader.card?.close()
             refresh.cardHidden()
+        }
+    }
+
+    // By the button. One question at a time: a server that hangs would answer each in turn.
+    function askAgain(): void {
+        if (!service.loading)
+            service.requestAccess()
     }
 
     function toggleForm(): void {
@@ -63,7 +72,7 @@ FocusScope {
         boundsBehavior: Flickable.StopAtBounds
         bottomMargin: Metrics.cardPadding
         keyNavigationEnabled: false
-        activeFocusOnTab: contentHeight > height
+        highlightFollowsCurrentItem: false
         Accessible.role: Accessible.List
         Accessible.name: "Termine"
 
@@ -72,12 +81,34 @@ FocusScope {
             contentY = Math.max(originY, Math.min(contentY + distance, lowest))
         }
 
-        Keys.onUpPressed: scroll(-44)
-        Keys.onDownPressed: scroll(44)
+        // The row that the keyboard goes to comes into sight, the first one with what stands above it.
+        function step(event: KeyEvent, target: int): void {
+            event.accepted = count > 0 && currentItem !== null && currentItem.activeFocus
+            if (!event.accepted)
+                return
+            const row = Math.max(0, Math.min(target, count - 1))
+            if (row === 0)
+                positionViewAtBeginning()
+            positionViewAtIndex(row, ListView.Contain)
+            itemAtIndex(row).forceActiveFocus(Qt.TabFocusReason)
+        }
+
+        function openCard(row: EventRow): void {
+            cardLoader.row = row.index
+            cardLoader.active = true
+            cardLoader.card.openAt(row.eventId)
+        }
+
+        Keys.onUpPressed: event => step(event, currentIndex - 1)
+        Keys.onDownPressed: event => step(event, currentIndex + 1)
         Keys.onPressed: event => {
             if (event.key === Qt.Key_PageUp || event.key === Qt.Key_PageDown) {
                 scroll(event.key === Qt.Key_PageUp ? -height : height)
                 event.accepted = true
+            } else if (event.key === Qt.Key_Home) {
+                step(event, 0)
+            } else if (event.key === Qt.Key_End) {
+                step(event, count - 1)
             }
         }
 
@@ -95,6 +126,8 @@ FocusScope {
             authorized: root.service.authorized
             statusMessage: root.service.statusMessage
             reason: root.service.reason
+            isOutdated: root.service.isOutdated
+            loading: root.service.loading
             showAdd: root.showAdd
             formHeight: form.implicitHeight
             // Above the events, the list would let it grow out of sight.
@@ -105,7 +138,7 @@ FocusScope {
                 knownHeight = height
             }
             onFormToggled: root.toggleForm()
-            onAccessWanted: root.service.requestAccess()
+            onReloadWanted: root.askAgain()
 
             AddEventForm {
                 id: form
@@ -116,6 +149,7 @@ FocusScope {
                 appearance: root.appearance
                 draft: root.draft
                 durations: root.durations
+                calendars: root.service.calendars
                 saving: root.service.saving
                 onSubmitted: root.draft.add()
                 Component.onCompleted: root.titleInput = titleInput
@@ -125,6 +159,7 @@ FocusScope {
         delegate: EventRow {
             width: list.width
             appearance: root.appearance
+            onChosen: list.openCard(this)
         }
 
         section.property: "day"
@@ -134,9 +169,20 @@ FocusScope {
         }
     }
 
-    FocusRing {
-        visible: root.Window.activeFocusItem === list
-        anchors.margins: 2
-        accent: root.appearance.accent
+    // Made when it is first wanted.
+    Loader {
+        id: cardLoader
+
+        readonly property EventCard card: item as EventCard
+        property int row: -1
+
+        active: false
+        sourceComponent: EventCard {
+            parent: root
+            agenda: root.agenda
+            textScale: root.appearance.textScale
+            // Back to where the keyboard came from.
+            onClosed: list.itemAtIndex(cardLoader.row)?.forceActiveFocus(Qt.PopupFocusReason)
+        }
     }
 }
