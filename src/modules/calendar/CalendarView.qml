@@ -72,7 +72,8 @@ FocusScope {
         boundsBehavior: Flickable.StopAtBounds
         bottomMargin: Metrics.cardPadding
         keyNavigationEnabled: false
-        highlightFollowsCurrentItem: false
+        // The list would give the keyboard to its current row, also from the form above: it has none.
+        currentIndex: -1
         Accessible.role: Accessible.List
         Accessible.name: "Termine"
 
@@ -81,9 +82,12 @@ FocusScope {
             contentY = Math.max(originY, Math.min(contentY + distance, lowest))
         }
 
+        // The row that the keyboard was on, or comes to.
+        property int keyRow: 0
+
         // The row that the keyboard goes to comes into sight, the first one with what stands above it.
         function step(event: KeyEvent, target: int): void {
-            event.accepted = count > 0 && currentItem !== null && currentItem.activeFocus
+            event.accepted = itemAtIndex(keyRow)?.activeFocus ?? false
             if (!event.accepted)
                 return
             const row = Math.max(0, Math.min(target, count - 1))
@@ -95,12 +99,13 @@ FocusScope {
 
         function openCard(row: EventRow): void {
             cardLoader.row = row.index
+            cardLoader.focusReason = row.visualFocus ? Qt.TabFocusReason : Qt.PopupFocusReason
             cardLoader.active = true
             cardLoader.card.openAt(row.eventId)
         }
 
-        Keys.onUpPressed: event => step(event, currentIndex - 1)
-        Keys.onDownPressed: event => step(event, currentIndex + 1)
+        Keys.onUpPressed: event => step(event, keyRow - 1)
+        Keys.onDownPressed: event => step(event, keyRow + 1)
         Keys.onPressed: event => {
             if (event.key === Qt.Key_PageUp || event.key === Qt.Key_PageDown) {
                 scroll(event.key === Qt.Key_PageUp ? -height : height)
@@ -159,7 +164,9 @@ FocusScope {
         delegate: EventRow {
             width: list.width
             appearance: root.appearance
+            isCurrent: index === Math.min(list.keyRow, list.count - 1)
             onChosen: list.openCard(this)
+            onFocused: list.keyRow = index
         }
 
         section.property: "day"
@@ -175,14 +182,15 @@ FocusScope {
 
         readonly property EventCard card: item as EventCard
         property int row: -1
+        // How the keyboard goes back to it.
+        property int focusReason: Qt.PopupFocusReason
 
         active: false
         sourceComponent: EventCard {
             parent: root
             agenda: root.agenda
             textScale: root.appearance.textScale
-            // Back to where the keyboard came from.
-            onClosed: list.itemAtIndex(cardLoader.row)?.forceActiveFocus(Qt.PopupFocusReason)
+            onClosed: list.itemAtIndex(cardLoader.row)?.forceActiveFocus(cardLoader.focusReason)
         }
     }
 }

@@ -15,9 +15,11 @@ T.ItemDelegate {
     required property string calendarName
     required property string eventId
 
-    readonly property bool isCurrent: ListView.isCurrentItem
+    // Whether the keyboard comes to this row of all when it comes to the list.
+    required property bool isCurrent
 
     signal chosen
+    signal focused
 
     objectName: "eventRow"
     implicitHeight: column.height + 2 * 4
@@ -35,7 +37,7 @@ T.ItemDelegate {
     ListView.onPooled: visible = false
     ListView.onReused: visible = true
     onActiveFocusChanged: if (activeFocus)
-        ListView.view.currentIndex = index
+        focused()
 
     background: Item {
         Rectangle {

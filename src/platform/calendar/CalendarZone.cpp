@@ -4,11 +4,14 @@
 #include "platform/calendar/Recurrence.h"
 
 #include <QDate>
+#include <QFileInfo>
 #include <QTimeZone>
 
 #include <algorithm>
 
 namespace randblatt {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -80,6 +83,14 @@ bool isZoneName(const QByteArray &name)
     return !name.isEmpty() && name.front() != '/' && std::all_of(name.begin(), name.end(), isAllowed);
 }
 
+/// Whether the system has a zone of that name. The toolkit's list has no former names and none without a
+/// place, and it takes any other word for a rule.
+bool isKnown(const QByteArray &name)
+{
+    return QTimeZone::isTimeZoneIdAvailable(name) ||
+           QFileInfo(u"/usr/share/zoneinfo/"_s + QString::fromLatin1(name)).isFile();
+}
+
 /// The system's name for a zone; empty if it knows none.
 QByteArray systemName(const QByteArray &tzid)
 {
@@ -90,8 +101,7 @@ QByteArray systemName(const QByteArray &tzid)
         // Some write their system's own names without describing the zone.
         if (const QByteArray known = QTimeZone::windowsIdToDefaultIanaId(name); !known.isEmpty())
             name = known;
-        // The toolkit's list of zones has no former names and none without a place.
-        if (isZoneName(name) && QTimeZone(name).isValid())
+        if (isZoneName(name) && isKnown(name) && QTimeZone(name).isValid())
             return name;
         slash = hasPrefix ? tzid.indexOf('/', slash + 1) : -1;
         if (slash < 0)

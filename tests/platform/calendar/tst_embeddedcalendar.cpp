@@ -507,6 +507,7 @@ private Q_SLOTS:
         QTest::newRow("Eastern Standard Time") << QTime(18, 0);
         QTest::newRow("/freeassociation.sourceforge.net/America/New_York") << QTime(18, 0);
         QTest::newRow("/etc/../../tmp/zone") << QTime(12, 0);
+        QTest::newRow("Haus") << QTime(12, 0);
     }
 
     void knowsZonesByTheirOtherNames()
