@@ -36,6 +36,12 @@ NOTES = {"Notizen": ("Einkaufsliste", "Tomaten\nMozzarella\nBasilikum"),
 EVENTS = [(0, None, None, "Messewoche"), (0, "20:30", "22:00", "Kino: „Der Sommer“ mit Ana und Jakob"),
           (1, "08:15", "09:00", "Zahnarzt"), (1, "14:00", "15:30", "Planung des Frühlingsheftes mit der Redaktion in Halle 3"),
           (3, "18:00", "19:00", "Lauftreff"), (5, None, None, "Geburtstag Oma")]
+# What more is known of one of them.
+DETAILS = {"Kino: „Der Sommer“ mit Ana und Jakob": [
+    "LOCATION:Kino am Markt\\, Saal 2", "ATTENDEE;CN=Ana;PARTSTAT=ACCEPTED:mailto:ana@example.org",
+    "ATTENDEE;CN=Jakob;PARTSTAT=TENTATIVE:mailto:jakob@example.org",
+    "CONFERENCE;VALUE=URI:https://meet.example.org/kino",
+    "DESCRIPTION:Karten liegen an der Kasse.\\nProgramm: https://example.org/programm"]}
 BRIGHT = {"frosted": True, "tint": {"r": 1.0, "g": 1.0, "b": 1.0}, "tintStrength": 0.35, "darkness": 0.0,
           "blur": 13, "lightsEnabled": False, "lightColor": {"r": 0.0, "g": 0.11, "b": 1.0},
           "lightsIntensity": 0.0, "textWhite": False, "haloStrength": 0.29, "textScale": 1.0}
@@ -50,7 +56,8 @@ def write_calendar(path):
         if start:
             times = [f"{name}:{date:%Y%m%d}T{time.replace(':', '')}00" for name, time in
                      (("DTSTART", start), ("DTEND", end))]
-        lines += ["BEGIN:VEVENT", f"UID:{number}", "DTSTAMP:20260101T000000Z", *times, f"SUMMARY:{title}", "END:VEVENT"]
+        lines += ["BEGIN:VEVENT", f"UID:{number}", "DTSTAMP:20260101T000000Z", *times, f"SUMMARY:{title}",
+                  *DETAILS.get(title, []), "END:VEVENT"]
     path.write_bytes("\r\n".join([*lines, "END:VCALENDAR", ""]).encode())
 
 
@@ -284,6 +291,11 @@ class Tour:
         self.start()
         self.settle(1)
         self.shot("kalender")
+        self.desktop.click(200, 178)
+        self.settle(0.8)
+        self.shot("kalender-termin")
+        self.desktop.key("Escape")
+        self.settle()
         self.desktop.click(385, 83)
         self.settle(0.8)
         self.desktop.type("Kaffee mit Mira")

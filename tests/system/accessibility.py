@@ -100,6 +100,10 @@ class Application:
         answers = self._ask(self._bus_name(), [(node.path, "Component", "GetExtents", screen) for node in nodes])
         return [answer[0] for answer in answers]
 
+    def ping(self):
+        """Asks for what is at hand, so that only the program's main thread takes time."""
+        self._ask(self._bus_name(), [(ROOT, "Accessible", "GetRole", None)])
+
     def close(self):
         self._connection.close_sync(None)
 

@@ -208,9 +208,13 @@ class VirtualDesktop:
         configuration = self.folder / "bus.conf"
         configuration.write_text(BUS_CONFIGURATION.format(runtime=self.environment["XDG_RUNTIME_DIR"],
                                                           services=services))
-        bus = self.start(["dbus-daemon", f"--config-file={configuration}", "--print-address", "--nofork",
+        self._session_bus = self.start(["dbus-daemon", f"--config-file={configuration}", "--print-address", "--nofork",
                           "--nopidfile"], stdout=subprocess.PIPE)
-        self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.process.stdout.readline().decode().strip()
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = self._session_bus.process.stdout.readline().decode().strip()
+
+    def end_bus(self):
+        """Ends the session bus, as at the end of a session."""
+        self._session_bus.terminate()
 
     def start_window_manager(self, name):
         (self.folder / "i3.conf").write_text(I3_CONFIGURATION)

@@ -8,6 +8,7 @@ Column {
 
     required property CardAppearance appearance
     required property string message
+    required property bool loading
 
     signal accessWanted
 
@@ -31,6 +32,8 @@ Column {
         horizontalAlignment: Text.AlignHCenter
         wrapMode: Text.WordWrap
         text: root.message
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
     }
 
     ProminentButton {
@@ -40,5 +43,13 @@ Column {
         textSize: Metrics.bodySize * root.appearance.textScale
         text: "Zugriff anfragen"
         onClicked: root.accessWanted()
+
+        BusyMark {
+            anchors.left: parent.right
+            anchors.leftMargin: Metrics.gap
+            anchors.verticalCenter: parent.verticalCenter
+            appearance: root.appearance
+            running: root.loading && root.visible
+        }
     }
 }

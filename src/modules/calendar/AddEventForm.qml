@@ -10,6 +10,8 @@ Column {
     required property CardAppearance appearance
     required property EventDraft draft
     required property var durations
+    // The calendars to add to: objects with `id` and `name`.
+    required property var calendars
     required property bool saving
 
     readonly property Item titleInput: titleField
@@ -95,7 +97,18 @@ Column {
         Accessible.name: text
     }
 
+    DayCheckBox {
+        objectName: "allDayBox"
+        anchors.right: parent.right
+        width: startField.width
+        appearance: root.appearance
+        text: "Ganztägig"
+        checked: root.draft.allDay
+        onToggled: root.draft.allDay = checked
+    }
+
     Item {
+        visible: !root.draft.allDay
         width: parent.width
         height: picker.height
 
@@ -106,7 +119,7 @@ Column {
             text: "Dauer"
         }
 
-        DurationPicker {
+        ChoicePicker {
             id: picker
 
             objectName: "durationPicker"
@@ -114,9 +127,38 @@ Column {
             width: startField.width
             appearance: root.appearance
             label: "Dauer"
-            durations: root.durations
-            minutes: root.draft.durationMinutes
-            onChosen: minutes => root.draft.durationMinutes = minutes
+            entryName: "duration"
+            entries: root.durations.map(minutes => CalendarFormat.durationLabel(minutes))
+            current: root.durations.indexOf(root.draft.durationMinutes)
+            displayText: CalendarFormat.durationLabel(root.draft.durationMinutes)
+            onChosen: index => root.draft.durationMinutes = root.durations[index]
+        }
+    }
+
+    Item {
+        visible: root.calendars.length > 1
+        width: parent.width
+        height: calendarPicker.height
+
+        CardText {
+            anchors.verticalCenter: parent.verticalCenter
+            appearance: root.appearance
+            color: root.appearance.secondary
+            text: "Kalender"
+        }
+
+        ChoicePicker {
+            id: calendarPicker
+
+            objectName: "calendarPicker"
+            anchors.right: parent.right
+            width: startField.width
+            appearance: root.appearance
+            label: "Kalender"
+            entryName: "calendar"
+            entries: root.calendars.map(calendar => calendar.name)
+            current: root.calendars.findIndex(calendar => calendar.id === root.draft.calendar)
+            onChosen: index => root.draft.calendar = root.calendars[index].id
         }
     }
 

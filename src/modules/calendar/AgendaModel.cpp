@@ -13,14 +13,16 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// For calendars without a colour.
-constexpr QColor systemBlue(0x35, 0x84, 0xe4);
-
 /// What makes a row the same row. An event that moves to another day is another one: views group rows when
 /// they come.
 QString key(const CalendarEvent &event)
 {
     return QString::number(event.start.date().toJulianDay()) + u'/' + event.id;
+}
+
+QString titleOf(const CalendarEvent &event)
+{
+    return event.title.isEmpty() ? u"(ohne Titel)"_s : event.title;
 }
 
 QSet<QString> keys(const QList<CalendarEvent> &events)
@@ -54,15 +56,17 @@ QVariant AgendaModel::data(const QModelIndex &index, int role) const
     const CalendarEvent &event = m_events.at(index.row());
     switch (static_cast<Role>(role)) {
     case Role::title:
-        return event.title.isEmpty() ? u"(ohne Titel)"_s : event.title;
+        return titleOf(event);
     case Role::timeLine:
         return CalendarFormat::timeLine(event);
     case Role::color:
-        return event.calendarColor.isValid() ? event.calendarColor : systemBlue;
+        return CalendarFormat::barColor(event.calendarColor);
     case Role::calendarName:
         return event.calendarName;
     case Role::day:
         return event.start.date().toString(Qt::ISODate);
+    case Role::eventId:
+        return key(event);
     }
     return {};
 }
@@ -72,8 +76,29 @@ QHash<int, QByteArray> AgendaModel::roleNames() const
     return {
         {static_cast<int>(Role::title), "title"}, {static_cast<int>(Role::timeLine), "timeLine"},
         {static_cast<int>(Role::color), "color"}, {static_cast<int>(Role::calendarName), "calendarName"},
-        {static_cast<int>(Role::day), "day"},
+        {static_cast<int>(Role::day), "day"},     {static_cast<int>(Role::eventId), "eventId"},
     };
+}
+
+QVariantMap AgendaModel::details(const QString &eventId) const
+{
+    const auto event = std::find_if(m_events.cbegin(), m_events.cend(),
+                                    [&eventId](const CalendarEvent &other) { return key(other) == eventId; });
+    if (event == m_events.cend())
+        return {};
+    const EventDetails known = event->details ? *event->details : EventDetails();
+    QStringList links;
+    for (const QUrl &link : known.links)
+        links.append(link.toString(QUrl::FullyEncoded));
+    return {{u"title"_s, titleOf(*event)},
+            {u"when"_s, CalendarFormat::when(*event)},
+            {u"color"_s, CalendarFormat::barColor(event->calendarColor)},
+            {u"calendarName"_s, event->calendarName},
+            {u"place"_s, known.place},
+            {u"description"_s, known.description},
+            {u"attendees"_s, known.attendees},
+            {u"links"_s, links},
+            {u"meetings"_s, known.meetings}};
 }
 
 void AgendaModel::follow()
@@ -83,6 +108,7 @@ void AgendaModel::follow()
     place(m_service.events());
     if (count() != before)
         Q_EMIT countChanged();
+    Q_EMIT followed();
 }
 
 void AgendaModel::removeVanished(const QList<CalendarEvent> &events)

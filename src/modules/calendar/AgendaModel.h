@@ -3,6 +3,7 @@
 #include "platform/CalendarStore.h"
 
 #include <QAbstractListModel>
+#include <QVariantMap>
 #include <QtQml/qqmlregistration.h>
 
 namespace randblatt {
@@ -26,6 +27,7 @@ public:
         calendarName,
         /// The day of the start in ISO 8601 form, to group by.
         day,
+        eventId,
     };
     Q_ENUM(Role)
 
@@ -36,10 +38,17 @@ public:
     [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
+    /// All that is known of an event, for its card: `title`, `when`, `color`, `calendarName`, `place`,
+    /// `description`, `attendees` and `links`, texts all; `meetings` says how many of the links are to meet
+    /// on. Empty if there is no such event any more.
+    [[nodiscard]] Q_INVOKABLE QVariantMap details(const QString &eventId) const;
+
     [[nodiscard]] int count() const { return static_cast<int>(m_events.size()); }
 
 Q_SIGNALS:
     void countChanged();
+    /// The rows show the service's events again.
+    void followed();
 
 private:
     void follow();

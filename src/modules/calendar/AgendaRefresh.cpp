@@ -13,6 +13,8 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto changesQuiet = 300ms;
+// A server that fails again and again tells of a change each time.
+constexpr auto changesQuietOnFailure = 1000ms;
 constexpr std::chrono::milliseconds longestPause = 5min;
 // The timer does not know of a clock that is set: it looks again now and then.
 constexpr std::chrono::milliseconds longestWait = 15min;
@@ -27,14 +29,13 @@ AgendaRefresh::AgendaRefresh(CalendarService &service, CalendarStore &store, Sys
 {
     m_midnight.setSingleShot(true);
     m_changes.setSingleShot(true);
-    m_changes.setInterval(changesQuiet);
     m_retry.setSingleShot(true);
     connect(&service, &CalendarService::accessRequested, this, &AgendaRefresh::noteRequest);
     connect(&service, &CalendarService::reloaded, this, &AgendaRefresh::noteAnswer);
     connect(&store, &CalendarStore::changed, this, [this] {
         m_outdated = true;
         if (isOnScreen() && !m_changes.isActive())
-            m_changes.start();
+            m_changes.start(m_retry.isActive() ? changesQuietOnFailure : changesQuiet);
     });
     connect(&wake, &SystemWake::woke, this, [this] {
         m_outdated = true;

@@ -15,7 +15,8 @@ class SystemWake;
 
 /// Keeps an agenda that is looked at up to date: asks the service for access again, which loads the events,
 /// when midnight has passed, the machine has woken or the store has reported a change; at once while the card
-/// is on screen, else when it comes on screen again. Before the first request it leaves everything to the
+/// is on screen, else when it comes on screen again. What failed or was refused is tried again with growing
+/// pauses while the card is on screen. Before the first request it leaves everything to the
 /// view.
 class AgendaRefresh : public QObject
 {

@@ -11,13 +11,17 @@ Item {
     required property string statusMessage
     // Why it is so.
     required property string reason
+    required property bool isOutdated
+    required property bool loading
     required property bool showAdd
+
+    readonly property string message: reason !== "" ? reason + " " + statusMessage : statusMessage
 
     default property alias form: formFrame.data
     property real formHeight: 0
 
     signal formToggled
-    signal accessWanted
+    signal reloadWanted
 
     implicitHeight: column.height
 
@@ -87,22 +91,58 @@ Item {
             visible: !root.authorized
             width: parent.width
             appearance: root.appearance
-            message: root.statusMessage
-            onAccessWanted: root.accessWanted()
+            message: root.message
+            loading: root.loading
+            onAccessWanted: root.reloadWanted()
         }
 
-        CardText {
-            objectName: "statusMessage"
+        Item {
             visible: root.authorized && root.statusMessage !== ""
             x: Metrics.cardPadding
             width: parent.width - 2 * x
-            topPadding: 6
-            bottomPadding: 2
-            appearance: root.appearance
-            size: Metrics.calloutSize
-            color: root.appearance.secondary
-            wrapMode: Text.WordWrap
-            text: root.reason !== "" ? root.reason + " " + root.statusMessage : root.statusMessage
+            height: Math.max(status.height, reloadButton.visible ? reloadButton.height : 0)
+
+            CardText {
+                id: status
+
+                objectName: "statusMessage"
+                anchors.left: parent.left
+                anchors.right: reloadButton.visible ? reloadButton.left : parent.right
+                anchors.rightMargin: reloadButton.visible ? Metrics.tightGap : 0
+                anchors.verticalCenter: parent.verticalCenter
+                topPadding: 6
+                bottomPadding: 2
+                appearance: root.appearance
+                size: Metrics.calloutSize
+                color: root.appearance.secondary
+                wrapMode: Text.WordWrap
+                text: root.message
+                Accessible.role: root.isOutdated ? Accessible.AlertMessage : Accessible.StaticText
+                Accessible.name: text
+            }
+
+            PlainButton {
+                id: reloadButton
+
+                objectName: "reloadButton"
+                visible: root.isOutdated
+                anchors.right: parent.right
+                anchors.rightMargin: -reach
+                anchors.verticalCenter: parent.verticalCenter
+                text: "Neu laden"
+                textSize: Metrics.calloutSize * root.appearance.textScale
+                font.weight: Font.DemiBold
+                color: root.appearance.foreground
+                accent: root.appearance.accent
+                showsText: !root.loading
+                onClicked: root.reloadWanted()
+
+                BusyMark {
+                    anchors.centerIn: parent
+                    appearance: root.appearance
+                    running: root.loading && root.isOutdated && root.authorized
+                }
+            }
         }
     }
 }

@@ -36,6 +36,28 @@ QString CalendarFormat::timeLine(const CalendarEvent &event)
            german().toString(event.end.time(), u"HH:mm");
 }
 
+QString CalendarFormat::when(const CalendarEvent &event)
+{
+    const QDate first = event.start.date();
+    // The end is the midnight after the last day.
+    const QDate last = event.allDay ? event.end.date().addDays(-1) : event.end.date();
+    if (event.allDay) {
+        const QString end = last > first ? u" – "_s + dayHeading(last) : u", ganztägig"_s;
+        return dayHeading(first) + end;
+    }
+    const QString time = german().toString(event.start.time(), u"HH:mm");
+    if (last == first)
+        return dayHeading(first) + u", "_s + timeLine(event);
+    return dayHeading(first) + u", "_s + time + u" – "_s + dayHeading(last) + u", "_s +
+           german().toString(event.end.time(), u"HH:mm");
+}
+
+QColor CalendarFormat::barColor(const QColor &color)
+{
+    static constexpr QColor systemBlue(0x35, 0x84, 0xe4);
+    return color.isValid() ? color : systemBlue;
+}
+
 QString CalendarFormat::durationLabel(int minutes)
 {
     if (minutes < 60)

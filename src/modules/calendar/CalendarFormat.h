@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColor>
 #include <QDate>
 #include <QDateTime>
 #include <QObject>
@@ -26,6 +27,11 @@ public:
     [[nodiscard]] Q_INVOKABLE static QString dayHeading(const QString &isoDay);
     /// "Ganztägig", or as in "09:00 – 10:30".
     [[nodiscard]] static QString timeLine(const CalendarEvent &event);
+    /// The day and time of an event, as in "Montag, 16. November, 09:00 – 10:30"; of one that ends on another
+    /// day, both days.
+    [[nodiscard]] static QString when(const CalendarEvent &event);
+    /// A calendar's colour, or one for calendars without.
+    [[nodiscard]] static QColor barColor(const QColor &color);
     /// As in "45 Min", "2 Std" and "1 Std 30".
     [[nodiscard]] Q_INVOKABLE static QString durationLabel(int minutes);
     /// As in "November 2026"; months count from 0.

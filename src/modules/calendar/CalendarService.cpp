@@ -1,5 +1,7 @@
 #include "modules/calendar/CalendarService.h"
 
+#include "modules/calendar/CalendarFormat.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -30,12 +32,17 @@ CalendarService::CalendarService(CalendarStore &store, Clock clock, QObject *par
 void CalendarService::requestAccess()
 {
     Q_EMIT accessRequested();
-    m_store.requestAccess(this, [this](bool granted) {
-        setAuthorized(granted);
-        if (granted)
+    countLoading(1);
+    m_store.requestAccess(this, [this](const CalendarStore::Access &access) {
+        setAuthorized(static_cast<bool>(access));
+        if (access) {
             reload();
-        else
-            setStatusMessage(u"Kein Kalenderzugriff. In den Systemeinstellungen erlauben."_s);
+        } else {
+            setStatusMessage(u"Kein Kalenderzugriff. In den Systemeinstellungen erlauben."_s,
+                             access.reason());
+            Q_EMIT reloaded(false);
+        }
+        countLoading(-1);
     });
 }
 
@@ -46,33 +53,67 @@ void CalendarService::reload()
     const QDateTime end = today.addDays(m_daysAhead).startOfDay();
     if (!start.isValid() || !end.isValid())
         return;
+    countLoading(1);
     m_store.fetchEvents(start, end, this, [this, reload = ++m_reload](const CalendarStore::Events &events) {
-        if (reload != m_reload)
-            return;
-        if (events)
-            publish(*events);
-        else
-            setStatusMessage(m_events.isEmpty()
-                                 ? u"Konnte Termine nicht laden."_s
-                                 : u"Konnte Termine nicht laden; hier steht der letzte Stand."_s,
-                             events.reason());
-        Q_EMIT reloaded(static_cast<bool>(events));
+        if (reload == m_reload)
+            finishReload(events);
+        countLoading(-1);
     });
+}
+
+void CalendarService::finishReload(const CalendarStore::Events &events)
+{
+    m_isOutdated = !events;
+    if (events)
+        publish(*events);
+    else
+        setStatusMessage(m_events.isEmpty() ? u"Konnte Termine nicht laden."_s
+                                            : u"Konnte Termine nicht laden; hier steht der letzte Stand."_s,
+                         events.reason());
+    if (events)
+        fetchCalendars();
+    Q_EMIT reloaded(static_cast<bool>(events));
+}
+
+void CalendarService::fetchCalendars()
+{
+    m_store.fetchCalendars(this, [this](const CalendarStore::Calendars &calendars) {
+        if (!calendars || *calendars == m_calendars)
+            return;
+        m_calendars = *calendars;
+        Q_EMIT calendarsChanged();
+    });
+}
+
+QVariantList CalendarService::calendarEntries() const
+{
+    QVariantList entries;
+    for (const WritableCalendar &calendar : m_calendars)
+        entries.append(QVariantMap{{u"id"_s, calendar.id},
+                                   {u"name"_s, calendar.name},
+                                   {u"color"_s, CalendarFormat::barColor(calendar.color)}});
+    return entries;
 }
 
 void CalendarService::addEvent(const QString &title, const QDateTime &start, const QDateTime &end,
                                const QString &uid)
 {
+    addEvent({title, start, end, uid});
+}
+
+void CalendarService::addEvent(const NewCalendarEvent &event)
+{
     if (m_saving)
         return;
-    const QString trimmed = title.trimmed();
-    if (trimmed.isEmpty() || !m_authorized) {
+    NewCalendarEvent trimmed = event;
+    trimmed.title = event.title.trimmed();
+    if (trimmed.title.isEmpty() || !m_authorized) {
         Q_EMIT addFinished(false);
         return;
     }
+    trimmed.end = std::max(event.end, event.start.addSecs(shortestEvent));
     setSaving(true);
-    m_store.saveEvent({trimmed, start, std::max(end, start.addSecs(shortestEvent)), uid}, this,
-                      [this](const CalendarStore::Saved &saved) { finishAdd(saved); });
+    m_store.saveEvent(trimmed, this, [this](const CalendarStore::Saved &saved) { finishAdd(saved); });
 }
 
 QString CalendarService::newUid()
@@ -142,6 +183,14 @@ void CalendarService::setStatusMessage(const QString &message, const QString &re
     m_statusMessage = message;
     m_reason = reason;
     Q_EMIT statusMessageChanged();
+}
+
+void CalendarService::countLoading(int step)
+{
+    const bool before = loading();
+    m_loading += step;
+    if (loading() != before)
+        Q_EMIT loadingChanged();
 }
 
 void CalendarService::setSaving(bool saving)

@@ -33,10 +33,19 @@ FocusScope {
         if (shown === counted)
             return
         counted = shown
-        if (shown)
+        if (shown) {
+            draft.beginView()
             refresh.cardShown()
-        else
+        } else {
+            cardLoader.card?.close()
             refresh.cardHidden()
+        }
+    }
+
+    // By the button. One question at a time: a server that hangs would answer each in turn.
+    function askAgain(): void {
+        if (!service.loading)
+            service.requestAccess()
     }
 
     function toggleForm(): void {
@@ -63,7 +72,8 @@ FocusScope {
         boundsBehavior: Flickable.StopAtBounds
         bottomMargin: Metrics.cardPadding
         keyNavigationEnabled: false
-        activeFocusOnTab: contentHeight > height
+        // The list would give the keyboard to its current row, also from the form above: it has none.
+        currentIndex: -1
         Accessible.role: Accessible.List
         Accessible.name: "Termine"
 
@@ -72,12 +82,38 @@ FocusScope {
             contentY = Math.max(originY, Math.min(contentY + distance, lowest))
         }
 
-        Keys.onUpPressed: scroll(-44)
-        Keys.onDownPressed: scroll(44)
+        // The row that the keyboard was on, or comes to.
+        property int keyRow: 0
+
+        // The row that the keyboard goes to comes into sight, the first one with what stands above it.
+        function step(event: KeyEvent, target: int): void {
+            event.accepted = itemAtIndex(keyRow)?.activeFocus ?? false
+            if (!event.accepted)
+                return
+            const row = Math.max(0, Math.min(target, count - 1))
+            if (row === 0)
+                positionViewAtBeginning()
+            positionViewAtIndex(row, ListView.Contain)
+            itemAtIndex(row).forceActiveFocus(Qt.TabFocusReason)
+        }
+
+        function openCard(row: EventRow): void {
+            cardLoader.row = row.index
+            cardLoader.focusReason = row.visualFocus ? Qt.TabFocusReason : Qt.PopupFocusReason
+            cardLoader.active = true
+            cardLoader.card.openAt(row.eventId)
+        }
+
+        Keys.onUpPressed: event => step(event, keyRow - 1)
+        Keys.onDownPressed: event => step(event, keyRow + 1)
         Keys.onPressed: event => {
             if (event.key === Qt.Key_PageUp || event.key === Qt.Key_PageDown) {
                 scroll(event.key === Qt.Key_PageUp ? -height : height)
                 event.accepted = true
+            } else if (event.key === Qt.Key_Home) {
+                step(event, 0)
+            } else if (event.key === Qt.Key_End) {
+                step(event, count - 1)
             }
         }
 
@@ -95,6 +131,8 @@ FocusScope {
             authorized: root.service.authorized
             statusMessage: root.service.statusMessage
             reason: root.service.reason
+            isOutdated: root.service.isOutdated
+            loading: root.service.loading
             showAdd: root.showAdd
             formHeight: form.implicitHeight
             // Above the events, the list would let it grow out of sight.
@@ -105,7 +143,7 @@ FocusScope {
                 knownHeight = height
             }
             onFormToggled: root.toggleForm()
-            onAccessWanted: root.service.requestAccess()
+            onReloadWanted: root.askAgain()
 
             AddEventForm {
                 id: form
@@ -116,6 +154,7 @@ FocusScope {
                 appearance: root.appearance
                 draft: root.draft
                 durations: root.durations
+                calendars: root.service.calendars
                 saving: root.service.saving
                 onSubmitted: root.draft.add()
                 Component.onCompleted: root.titleInput = titleInput
@@ -125,6 +164,9 @@ FocusScope {
         delegate: EventRow {
             width: list.width
             appearance: root.appearance
+            isCurrent: index === Math.min(list.keyRow, list.count - 1)
+            onChosen: list.openCard(this)
+            onFocused: list.keyRow = index
         }
 
         section.property: "day"
@@ -134,9 +176,21 @@ FocusScope {
         }
     }
 
-    FocusRing {
-        visible: root.Window.activeFocusItem === list
-        anchors.margins: 2
-        accent: root.appearance.accent
+    // Made when it is first wanted.
+    Loader {
+        id: cardLoader
+
+        readonly property EventCard card: item as EventCard
+        property int row: -1
+        // How the keyboard goes back to it.
+        property int focusReason: Qt.PopupFocusReason
+
+        active: false
+        sourceComponent: EventCard {
+            parent: root
+            agenda: root.agenda
+            textScale: root.appearance.textScale
+            onClosed: list.itemAtIndex(cardLoader.row)?.forceActiveFocus(cardLoader.focusReason)
+        }
     }
 }

@@ -45,6 +45,11 @@ QString DateTimeText::text(const QDateTime &time)
     return time.toString(u"dd.MM.yyyy, HH:mm");
 }
 
+QString DateTimeText::dateText(const QDateTime &time)
+{
+    return time.toString(u"dd.MM.yyyy");
+}
+
 TypedTime DateTimeText::read(const QString &text, const QDateTime &present, const QDateTime &now)
 {
     if (text.trimmed() == DateTimeText::text(present))

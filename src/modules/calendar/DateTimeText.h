@@ -21,6 +21,8 @@ public:
     using QObject::QObject;
 
     [[nodiscard]] static QString text(const QDateTime &time);
+    /// The day alone, as "16.11.2026".
+    [[nodiscard]] static QString dateText(const QDateTime &time);
     /// What a typed text means to somebody who types it at `now`, as DateTimeParser reads it. The text of
     /// `present` means `present`, seconds and all.
     [[nodiscard]] static TypedTime read(const QString &text, const QDateTime &present, const QDateTime &now);

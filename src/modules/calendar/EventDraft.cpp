@@ -21,6 +21,8 @@ constexpr auto startKey = "start"_L1;
 constexpr auto startTextKey = "startText"_L1;
 constexpr auto durationKey = "durationMinutes"_L1;
 constexpr auto uidKey = "uid"_L1;
+constexpr auto allDayKey = "allDay"_L1;
+constexpr auto calendarKey = "calendar"_L1;
 
 /// Buttons take no focus, so an input method may still be holding the last word.
 void endComposition()
@@ -39,17 +41,17 @@ EventDraft::EventDraft(CalendarService &service, Preferences &preferences, Calen
 {
     connect(&service, &CalendarService::addFinished, this, &EventDraft::finish);
     connect(&service, &CalendarService::addFailed, this, &EventDraft::setProblem);
+    connect(&service, &CalendarService::calendarsChanged, this, &EventDraft::calendarChanged);
     restore();
     beginView();
 }
 
 void EventDraft::beginView()
 {
-    // Nobody changes what somebody has in front of him.
-    if (m_isStartChosen || isStartPending() || (m_start.isValid() && (m_isOpen || !m_title.isEmpty())))
+    // Nobody changes what somebody has in front of him, or has begun.
+    if (m_start.isValid() && (m_isOpen || !m_title.isEmpty() || isStartPending()))
         return;
     setStart(m_clock());
-    m_isStartChosen = false;
 }
 
 void EventDraft::restore()
@@ -60,13 +62,14 @@ void EventDraft::restore()
     m_isOpen = values.value(openKey).toBool();
     m_title = values.value(titleKey).toString();
     m_uid = values.value(uidKey).toString();
+    m_isAllDay = values.value(allDayKey).toBool();
+    m_calendar = values.value(calendarKey).toString();
     m_durationMinutes = std::max(1, values.value(durationKey).toInt(m_durationMinutes));
     const auto start = QDateTime::fromString(values.value(startKey).toString(), Qt::ISODateWithMs);
     if (!DateTimeText::isWritable(start))
         return;
     m_start = start;
-    m_isStartChosen = true;
-    m_startText = values.value(startTextKey).toString(DateTimeText::text(start));
+    m_startText = values.value(startTextKey).toString(writtenStart());
     m_startProblem = DateTimeText::read(m_startText, start, m_clock()).problem;
 }
 
@@ -82,19 +85,33 @@ void EventDraft::store()
                        {durationKey, m_durationMinutes}};
     if (isStartPending())
         values.insert(startTextKey, m_startText);
+    if (m_isAllDay)
+        values.insert(allDayKey, true);
+    if (!m_calendar.isEmpty())
+        values.insert(calendarKey, m_calendar);
     if (!m_uid.isEmpty())
         values.insert(uidKey, m_uid);
     m_stored.setValues(values);
 }
 
+/// The start as the field writes it.
+QString EventDraft::writtenStart() const
+{
+    return m_isAllDay ? DateTimeText::dateText(m_start) : DateTimeText::text(m_start);
+}
+
 bool EventDraft::isStartPending() const
 {
-    return m_startText != DateTimeText::text(m_start);
+    return m_startText != writtenStart();
 }
 
 bool EventDraft::commitStart()
 {
     endComposition();
+    if (!isStartPending()) {
+        setStartProblem({});
+        return true;
+    }
     const TypedTime typed = DateTimeText::read(m_startText, m_start, m_clock());
     setStartProblem(typed.problem);
     if (!typed.problem.isEmpty())
@@ -102,7 +119,7 @@ bool EventDraft::commitStart()
     if (typed.time != m_start)
         setStart(typed.time);
     else
-        showStartText(DateTimeText::text(m_start));
+        showStartText(writtenStart());
     return true;
 }
 
@@ -124,9 +141,17 @@ void EventDraft::add()
     setProblem({});
     if (m_uid.isEmpty())
         m_uid = CalendarService::newUid();
+    // Who tries again means the same calendar.
+    m_calendar = calendar();
     store();
     m_submittedTitle = m_title;
-    m_service.addEvent(m_title, m_start, m_start.addSecs(m_durationMinutes * 60LL), m_uid);
+    NewCalendarEvent event{m_title, m_start,    m_start.addSecs(m_durationMinutes * 60LL),
+                           m_uid,   m_isAllDay, m_calendar};
+    if (m_isAllDay) {
+        event.start = m_start.date().startOfDay();
+        event.end = m_start.date().addDays(1).startOfDay();
+    }
+    m_service.addEvent(event);
 }
 
 void EventDraft::finish(bool saved)
@@ -134,6 +159,8 @@ void EventDraft::finish(bool saved)
     if (!saved || m_title != m_submittedTitle)
         return;
     setTitle({});
+    setAllDay(false);
+    setCalendar({});
     setOpen(false);
 }
 
@@ -160,14 +187,13 @@ void EventDraft::setStart(const QDateTime &start)
 {
     if (!DateTimeText::isWritable(start))
         return;
-    m_isStartChosen = true;
     setStartProblem({});
     if (m_start == start) {
-        showStartText(DateTimeText::text(start));
+        showStartText(writtenStart());
         return;
     }
     m_start = start;
-    m_startText = DateTimeText::text(start);
+    m_startText = writtenStart();
     changeEvent();
     Q_EMIT startChanged();
     Q_EMIT startTextChanged();
@@ -188,6 +214,39 @@ void EventDraft::setDurationMinutes(int minutes)
     m_durationMinutes = minutes;
     changeEvent();
     Q_EMIT durationMinutesChanged();
+}
+
+void EventDraft::setAllDay(bool allDay)
+{
+    if (m_isAllDay == allDay)
+        return;
+    const bool isTyped = isStartPending();
+    m_isAllDay = allDay;
+    changeEvent();
+    Q_EMIT allDayChanged();
+    if (!isTyped)
+        showStartText(writtenStart());
+}
+
+QString EventDraft::calendar() const
+{
+    const QList<WritableCalendar> &calendars = m_service.calendars();
+    const bool isThere =
+        std::any_of(calendars.begin(), calendars.end(),
+                    [this](const WritableCalendar &known) { return known.id == m_calendar; });
+    // Before it is known which there are, none has gone.
+    if (isThere || calendars.isEmpty())
+        return m_calendar;
+    return calendars.first().id;
+}
+
+void EventDraft::setCalendar(const QString &id)
+{
+    if (m_calendar == id)
+        return;
+    m_calendar = id;
+    changeEvent();
+    Q_EMIT calendarChanged();
 }
 
 void EventDraft::showStartText(const QString &text)

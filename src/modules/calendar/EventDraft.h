@@ -25,13 +25,15 @@ class EventDraft : public QObject
     Q_PROPERTY(QString problem READ problem NOTIFY problemChanged FINAL)
     Q_PROPERTY(
         int durationMinutes READ durationMinutes WRITE setDurationMinutes NOTIFY durationMinutesChanged FINAL)
+    Q_PROPERTY(bool allDay READ isAllDay WRITE setAllDay NOTIFY allDayChanged FINAL)
+    Q_PROPERTY(QString calendar READ calendar WRITE setCalendar NOTIFY calendarChanged FINAL)
 
 public:
     /// References are borrowed and must outlive the draft.
     EventDraft(CalendarService &service, Preferences &preferences, CalendarService::Clock clock,
                QObject *parent = nullptr);
 
-    /// A view has been made: a start that nobody has set or seen is that of now.
+    /// A view has been made or shown again: unless the form is open, or something is typed, it starts now.
     Q_INVOKABLE void beginView();
     /// Takes what is typed for the start. False if it is not understood: then it stays, with a problem.
     Q_INVOKABLE bool commitStart();
@@ -59,6 +61,13 @@ public:
     [[nodiscard]] QString problem() const { return m_problem; }
     [[nodiscard]] int durationMinutes() const { return m_durationMinutes; }
     void setDurationMinutes(int minutes);
+    /// Whether the event takes the whole day of its start; then its time and duration count for nothing.
+    [[nodiscard]] bool isAllDay() const { return m_isAllDay; }
+    void setAllDay(bool allDay);
+    /// The id of the calendar that the event goes to: the chosen one while it can be written, else the one
+    /// for new events.
+    [[nodiscard]] QString calendar() const;
+    void setCalendar(const QString &id);
 
 Q_SIGNALS:
     void openChanged();
@@ -68,12 +77,15 @@ Q_SIGNALS:
     void startProblemChanged();
     void problemChanged();
     void durationMinutesChanged();
+    void allDayChanged();
+    void calendarChanged();
 
 private:
     void restore();
     void store();
     void changeEvent();
     [[nodiscard]] bool isStartPending() const;
+    [[nodiscard]] QString writtenStart() const;
     void showStartText(const QString &text);
     void setStartProblem(const QString &problem);
     void setProblem(const QString &problem);
@@ -89,8 +101,9 @@ private:
     QString m_startProblem;
     QString m_problem;
     int m_durationMinutes = 60;
-    /// Whether somebody has set the start.
-    bool m_isStartChosen = false;
+    bool m_isAllDay = false;
+    /// Empty until one is chosen, or an event has been sent to one.
+    QString m_calendar;
     /// The title of the event that is being saved.
     QString m_submittedTitle;
     /// Names the event from the first attempt to save it until it is another one.

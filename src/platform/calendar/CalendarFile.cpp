@@ -72,7 +72,16 @@ CalendarStore::Events CalendarFile::events(const QDateTime &start, const QDateTi
 {
     if (const QString problem = refresh(); !problem.isEmpty())
         return CalendarStore::Events::failure(problem);
-    auto found = m_index->events(start, end);
+    FileReading reading;
+    const auto excerpt = [this, &reading](const IcalOutline::Range &place) -> QByteArray {
+        if (!reading.version && reading.error == 0)
+            reading = readFile(m_path, sizeLimit);
+        // Of another version of the file it might be anything.
+        if (!reading.version || reading.version->stamp != m_stamp)
+            return {};
+        return reading.version->contents.sliced(place.begin, place.length);
+    };
+    auto found = m_index->events(start, end, {}, excerpt);
     if (m_index->name().isEmpty()) {
         for (CalendarEvent &event : found)
             event.calendarName = defaultName;

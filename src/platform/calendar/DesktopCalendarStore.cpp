@@ -12,6 +12,13 @@ namespace {
 
 Q_LOGGING_CATEGORY(lcCalendar, "quillbar.calendar")
 
+CalendarStore::Access access(const CalendarOpening &opening)
+{
+    if (opening.outcome == CalendarOpening::Outcome::opened)
+        return CalendarAccess();
+    return CalendarStore::Access::failure(opening.reason);
+}
+
 } // namespace
 
 DesktopCalendarStore::DesktopCalendarStore(std::vector<std::unique_ptr<CalendarBackend>> candidates,
@@ -42,29 +49,31 @@ auto DesktopCalendarStore::onMainThread(QObject *context, std::function<void(Ans
     };
 }
 
-void DesktopCalendarStore::requestAccess(QObject *context, std::function<void(bool)> completion)
+void DesktopCalendarStore::requestAccess(QObject *context, std::function<void(const Access &)> completion)
 {
     const auto answer = onMainThread(context, std::move(completion));
     if (m_chosen != nullptr)
-        m_chosen->open(answer);
+        m_chosen->open([answer](const CalendarOpening &opening) { answer(access(opening)); });
     else
         tryCandidate(0, answer);
 }
 
-void DesktopCalendarStore::tryCandidate(size_t index, const std::function<void(bool)> &completion)
+void DesktopCalendarStore::tryCandidate(size_t index, const std::function<void(const Access &)> &completion)
 {
     if (index >= m_candidates.size()) {
-        completion(false);
+        completion(Access::failure());
         return;
     }
-    m_candidates.at(index)->open(onMainThread<bool>(this, [this, index, completion](bool opened) {
-        if (opened)
-            choose(index);
-        if (opened || m_chosen != nullptr)
-            completion(true);
-        else
+    const auto finish = [this, index, completion](const CalendarOpening &opening) {
+        if (opening.outcome == CalendarOpening::Outcome::absent && m_chosen == nullptr) {
             tryCandidate(index + 1, completion);
-    }));
+            return;
+        }
+        if (opening.outcome == CalendarOpening::Outcome::opened)
+            choose(index);
+        completion(access(opening));
+    };
+    m_candidates.at(index)->open(onMainThread<const CalendarOpening &>(this, finish));
 }
 
 void DesktopCalendarStore::choose(size_t index)
@@ -83,6 +92,15 @@ void DesktopCalendarStore::fetchEvents(const QDateTime &start, const QDateTime &
         m_chosen->fetchEvents(start, end, answer);
     else
         answer(Events::failure());
+}
+
+void DesktopCalendarStore::fetchCalendars(QObject *context, std::function<void(const Calendars &)> completion)
+{
+    const auto answer = onMainThread(context, std::move(completion));
+    if (m_chosen != nullptr)
+        m_chosen->fetchCalendars(answer);
+    else
+        answer(Calendars::failure());
 }
 
 void DesktopCalendarStore::saveEvent(const NewCalendarEvent &event, QObject *context,

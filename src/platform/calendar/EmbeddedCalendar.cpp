@@ -34,7 +34,7 @@ void EmbeddedCalendar::setChangeHandler(std::function<void()> handler)
     m_changeHandler = std::move(handler);
 }
 
-void EmbeddedCalendar::open(std::function<void(bool)> completion)
+void EmbeddedCalendar::open(std::function<void(const CalendarOpening &)> completion)
 {
     m_worker.start([this, gate = m_worker.gate(), file = m_file, completion = std::move(completion)] {
         const bool opened = guarded([&file] { return file->open(); }, [](const QString &) { return false; });
@@ -42,7 +42,9 @@ void EmbeddedCalendar::open(std::function<void(bool)> completion)
             // The folder is there only now.
             QMetaObject::invokeMethod(
                 &m_watcher, [this] { watch(); }, Qt::QueuedConnection);
-            completion(opened);
+            using Outcome = CalendarOpening::Outcome;
+            completion(opened ? CalendarOpening{Outcome::opened}
+                              : CalendarOpening{Outcome::failed, u"Der Ordner des Kalenders fehlt."_s});
         });
     });
 }
@@ -52,6 +54,12 @@ void EmbeddedCalendar::fetchEvents(const QDateTime &start, const QDateTime &end,
 {
     m_worker.start<CalendarStore::Events>([file = m_file, start, end] { return file->events(start, end); },
                                           std::move(completion));
+}
+
+void EmbeddedCalendar::fetchCalendars(std::function<void(const CalendarStore::Calendars &)> completion)
+{
+    m_worker.start<CalendarStore::Calendars>([] { return QList<WritableCalendar>{{}}; },
+                                             std::move(completion));
 }
 
 void EmbeddedCalendar::saveEvent(const NewCalendarEvent &event,

@@ -1,9 +1,11 @@
 #pragma once
 
 #include "platform/calendar/Ical.h"
+#include "platform/calendar/Recurrence.h"
 
 #include <QSet>
 
+#include <memory>
 #include <vector>
 
 namespace randblatt {
@@ -29,8 +31,25 @@ class EventSeries
 public:
     struct Occurrence
     {
+        /// When it would start if nothing had been changed, which names it.
+        qint64 id;
         EventTime start;
         EventTime end;
+        /// The number of what has changed this and all that follow; none for the series as it was.
+        std::optional<size_t> change;
+    };
+
+    /// How an occurrence and all that follow differ from the series (RANGE=THISANDFUTURE, RFC 5545, section
+    /// 3.2.13).
+    struct Change
+    {
+        ZonedTime from;
+        /// How much later they start on the wall clock.
+        qint64 shift = 0;
+        EventLength length;
+        bool isCancelled = false;
+        /// Whatever the caller knows it by.
+        size_t number = 0;
     };
 
     /// Reads the rules of `event`, which starts at `start`. The zone of `start` must outlive the series.
@@ -38,25 +57,50 @@ public:
 
     /// Whether the component has rules or further dates at all.
     [[nodiscard]] static bool isRecurring(icalcomponent *event);
-    /// Leaves out the occurrence that would start at `start`.
-    void exclude(const EventTime &start);
+    /// How the series counts a time that names one of its occurrences. A time without a zone is in that of
+    /// the series.
+    [[nodiscard]] qint64 id(const ZonedTime &time) const;
+    /// Leaves out the occurrence of that name, or those of a whole day.
+    void exclude(const ZonedTime &time);
+    void change(const Change &change);
     /// The occurrences that may overlap the given seconds since 1970, in order of their starts. Wall-clock
-    /// times are taken as in UTC, so the caller allows for a day on both sides.
+    /// times are taken as in UTC, so the caller allows for a day on both sides. A rule that takes too long is
+    /// given up for good; then only the first occurrence and those named one by one are left of it.
     [[nodiscard]] std::vector<Occurrence> occurrences(qint64 from, qint64 until) const;
 
+    /// Whether a rule has been given up since this was last asked.
+    [[nodiscard]] bool takeGivenUp();
+
 private:
-    void readRules(icalcomponent *event, IcalZones &zones);
-    void collect(const icalrecurrencetype &rule, qint64 from, qint64 until,
-                 std::vector<ZonedTime> &starts) const;
+    /// A start that is named for itself, with a length of its own.
+    struct Added
+    {
+        ZonedTime start;
+        std::optional<EventLength> length;
+    };
+    struct Rule
+    {
+        Recurrence recurrence;
+        /// Once it has taken too long it is not asked again.
+        mutable bool isGivenUp = false;
+    };
+
+    void readRules(icalcomponent *event);
+    void readDates(icalcomponent *event, IcalZones &zones);
+    void readScaled(const icalrecurrencetype &rule);
     [[nodiscard]] bool isExcluded(const ZonedTime &start) const;
+    [[nodiscard]] std::optional<Occurrence> occurrence(const Added &added) const;
 
     ZonedTime m_start;
     EventLength m_length;
-    std::vector<icalrecurrencetype> m_rules;
-    std::vector<ZonedTime> m_added;
+    std::vector<Rule> m_rules;
+    std::vector<Added> m_added;
+    /// In order of their beginnings.
+    std::vector<Change> m_changes;
     QSet<qint64> m_excludedTimes;
     /// Days on the wall clock, in seconds, on which nothing takes place.
     QSet<qint64> m_excludedDays;
+    mutable bool m_hasGivenUp = false;
 };
 
 } // namespace randblatt

@@ -1,31 +1,26 @@
 #include "platform/calendar/Ical.h"
 
-#include <QTimeZone>
-
 #include <array>
 
 namespace randblatt {
 
 namespace {
 
-icaltimezone *zoneNamed(const char *tzid, icalcomponent *calendar)
-{
-    if (icaltimezone *zone = icalcomponent_get_timezone(calendar, tzid))
-        return zone;
-    if (icaltimezone *zone = icaltimezone_get_builtin_timezone_from_tzid(tzid))
-        return zone;
-    if (icaltimezone *zone = icaltimezone_get_builtin_timezone(tzid))
-        return zone;
-    // Some programs write their system's own names without describing the zone.
-    const QByteArray known = QTimeZone::windowsIdToDefaultIanaId(tzid);
-    return known.isEmpty() ? nullptr : icaltimezone_get_builtin_timezone(known.constData());
-}
+constexpr qint64 secondsOfDay = 86400;
 
 qint64 wallSeconds(const icaltimetype &wall)
 {
     static const qint64 epoch = QDate(1970, 1, 1).toJulianDay();
     const qint64 days = QDate(wall.year, wall.month, wall.day).toJulianDay() - epoch;
-    return days * 86400 + wall.hour * 3600 + wall.minute * 60 + wall.second;
+    return days * secondsOfDay + (wall.is_date ? 0 : wall.hour * 3600 + wall.minute * 60 + wall.second);
+}
+
+/// An all-day event's day, which is the same all over the world.
+icaltimetype day(const QDateTime &time)
+{
+    icaltimetype day = icaltime_null_date();
+    time.date().getDate(&day.year, &day.month, &day.day);
+    return day;
 }
 
 icaltimetype utcTime(const QDateTime &time)
@@ -35,39 +30,52 @@ icaltimetype utcTime(const QDateTime &time)
 
 } // namespace
 
-IcalZones::IcalZones(icalcomponent *calendar)
-    : m_calendar(calendar)
+void IcalZones::add(icalcomponent *zone)
 {
+    icalproperty *name = icalcomponent_get_first_property(zone, ICAL_TZID_PROPERTY);
+    const char *tzid = name != nullptr ? icalproperty_get_tzid(name) : nullptr;
+    if (tzid == nullptr)
+        return;
+    if (auto described = CalendarZone::described(zone))
+        m_known.try_emplace(tzid, std::move(described));
 }
 
-icaltimezone *IcalZones::zone(const char *tzid)
+const CalendarZone *IcalZones::zone(const QByteArray &tzid)
 {
-    const QByteArray name(tzid);
-    const auto known = m_known.constFind(name);
-    return known != m_known.cend() ? *known : *m_known.insert(name, zoneNamed(tzid, m_calendar));
+    auto known = m_known.find(tzid);
+    if (known == m_known.end())
+        known = m_known.emplace(tzid, CalendarZone::named(tzid)).first;
+    return known->second ? &*known->second : nullptr;
 }
 
 EventTime ZonedTime::eventTime() const
 {
-    if (wall.is_date)
-        return {EventTime::Kind::date, wallSeconds(wall)};
+    if (isDate)
+        return {EventTime::Kind::date, wall};
     if (zone == nullptr)
-        return {EventTime::Kind::floating, wallSeconds(wall)};
-    icaltimetype local = wall;
-    const int offset = icaltimezone_get_utc_offset(zone, &local, nullptr);
-    // A time that the clocks skip counts from before (RFC 5545, section 3.3.5); the library counts from
-    // after.
-    icaltimetype utc = wall;
-    icaltime_adjust(&utc, 0, 0, 0, -offset);
-    const int before = icaltimezone_get_utc_offset_of_utc_time(zone, &utc, nullptr);
-    return {EventTime::Kind::instant, wallSeconds(wall) - before};
+        return {EventTime::Kind::floating, wall};
+    return {EventTime::Kind::instant, zone->seconds(wall)};
 }
 
-ZonedTime ZonedTime::addDays(int days) const
+ZonedTime ZonedTime::day() const
 {
-    ZonedTime later = *this;
-    icaltime_adjust(&later.wall, days, 0, 0, 0);
-    return later;
+    const qint64 within = wall % secondsOfDay;
+    return {wall - (within < 0 ? within + secondsOfDay : within), true, nullptr};
+}
+
+QString decodedText(const char *text)
+{
+    if (text == nullptr)
+        return {};
+    const QUtf8StringView view(text);
+    return view.isValidUtf8() ? view.toString() : QString::fromLatin1(text);
+}
+
+QString textOf(icalcomponent *component, icalproperty_kind kind)
+{
+    icalproperty *property = icalcomponent_get_first_property(component, kind);
+    icalvalue *value = property != nullptr ? icalproperty_get_value(property) : nullptr;
+    return value != nullptr ? decodedText(icalvalue_get_text(value)) : QString();
 }
 
 std::optional<ZonedTime> zonedTime(const icaltimetype &value, icalproperty *property, IcalZones &zones)
@@ -75,15 +83,15 @@ std::optional<ZonedTime> zonedTime(const icaltimetype &value, icalproperty *prop
     if (icaltime_is_null_time(value) || !icaltime_is_valid_time(value) ||
         !QDate::isValid(value.year, value.month, value.day))
         return std::nullopt;
-    ZonedTime time{value, nullptr};
-    if (value.is_date)
+    ZonedTime time{wallSeconds(value), value.is_date != 0, nullptr};
+    if (time.isDate)
         return time;
-    if (icaltime_is_utc(value)) {
-        time.zone = icaltimezone_get_utc_timezone();
-    } else if (icalparameter *parameter = icalproperty_get_first_parameter(property, ICAL_TZID_PARAMETER)) {
+    icalparameter *parameter =
+        property != nullptr ? icalproperty_get_first_parameter(property, ICAL_TZID_PARAMETER) : nullptr;
+    if (icaltime_is_utc(value))
+        time.zone = &CalendarZone::utc();
+    else if (parameter != nullptr)
         time.zone = zones.zone(icalparameter_get_tzid(parameter));
-    }
-    icaltime_set_timezone(&time.wall, time.zone);
     return time;
 }
 
@@ -114,8 +122,8 @@ QByteArray newEventText(const NewCalendarEvent &event)
     const IcalComponent component(icalcomponent_new_vevent());
     icalcomponent_set_uid(component.get(), event.uid.toUtf8().constData());
     icalcomponent_set_dtstamp(component.get(), utcTime(QDateTime::currentDateTimeUtc()));
-    icalcomponent_set_dtstart(component.get(), utcTime(event.start));
-    icalcomponent_set_dtend(component.get(), utcTime(event.end));
+    icalcomponent_set_dtstart(component.get(), event.allDay ? day(event.start) : utcTime(event.start));
+    icalcomponent_set_dtend(component.get(), event.allDay ? day(event.end) : utcTime(event.end));
     icalcomponent_set_summary(component.get(), event.title.toUtf8().constData());
     char *text = icalcomponent_as_ical_string_r(component.get());
     QByteArray encoded(text);

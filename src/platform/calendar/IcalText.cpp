@@ -1,24 +1,11 @@
 #include "platform/calendar/IcalText.h"
 
+#include "platform/calendar/Ical.h"
+#include "platform/calendar/IcalOutline.h"
+
+#include <array>
+
 namespace randblatt {
-
-namespace {
-
-/// Whether the lines of a component name the uid; long lines go on behind a break and a blank.
-bool hasUid(QByteArray component, const QByteArray &uid)
-{
-    component.replace("\r\n", "\n").replace("\n ", "").replace("\n\t", "");
-    const QByteArray upper = component.toUpper();
-    for (qsizetype at = upper.indexOf("\nUID"); at >= 0; at = upper.indexOf("\nUID", at + 1)) {
-        const QByteArray line = component.sliced(at + 1, component.indexOf('\n', at + 1) - at - 1);
-        const char next = line.size() > 3 ? line.at(3) : '\0';
-        if ((next == ':' || next == ';') && line.sliced(line.indexOf(':') + 1).trimmed() == uid)
-            return true;
-    }
-    return false;
-}
-
-} // namespace
 
 QByteArray emptyCalendarText()
 {
@@ -30,30 +17,34 @@ QByteArray emptyCalendarText()
 
 void insertComponent(QByteArray &text, const QByteArray &component)
 {
+    const auto outline = IcalOutline::of(text);
+    if (!outline)
+        return;
     QByteArray encoded = component;
     if (!text.contains("\r\n"))
         encoded.replace("\r\n", "\n");
-    text.insert(text.toUpper().lastIndexOf("END:VCALENDAR"), encoded);
+    text.insert(outline->calendars().back().end.begin, encoded);
 }
 
 EventPlace findEvent(const QByteArray &text, const QByteArray &uid)
 {
-    static const QByteArray beginning = "BEGIN:VEVENT";
-    static const QByteArray ending = "\nEND:VEVENT";
-    const QByteArray upper = text.toUpper();
+    static constexpr std::array<QByteArrayView, 1> name{"UID"};
+    const auto outline = IcalOutline::of(text);
+    if (!outline)
+        return {};
+    icalerror_set_errors_are_fatal(0);
     EventPlace place;
-    qsizetype end = 0;
-    for (qsizetype begin = upper.indexOf(beginning); begin >= 0; begin = upper.indexOf(beginning, end)) {
-        end = upper.indexOf(ending, begin);
-        end = end < 0 ? -1 : upper.indexOf('\n', end + 1);
-        end = end < 0 ? text.size() : end + 1;
-        if (begin > 0 && text.at(begin - 1) != '\n')
-            continue;
-        if (!hasUid(text.sliced(begin, end - begin), uid))
-            continue;
-        if (place.count != EventPlace::Count::none)
-            return {.count = EventPlace::Count::several};
-        place = {.count = EventPlace::Count::one, .begin = begin, .length = end - begin};
+    for (const IcalOutline::Calendar &calendar : outline->calendars()) {
+        for (const IcalOutline::Range &event : calendar.events) {
+            const QByteArray part =
+                IcalOutline::properties(QByteArrayView(text).sliced(event.begin, event.length), name);
+            const IcalComponent component(icalparser_parse_string(part.constData()));
+            if (!component || icalcomponent_get_uid(component.get()) != uid)
+                continue;
+            if (place.count != EventPlace::Count::none)
+                return {.count = EventPlace::Count::several};
+            place = {.count = EventPlace::Count::one, .begin = event.begin, .length = event.length};
+        }
     }
     return place;
 }

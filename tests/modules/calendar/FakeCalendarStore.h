@@ -19,6 +19,7 @@ public:
     bool grants = true;
     bool saves = true;
     bool holds = false;
+    QList<WritableCalendar> calendars = {{}};
     /// None is a failure, for `reason`.
     std::optional<QList<CalendarEvent>> answer = QList<CalendarEvent>();
     QString reason;
@@ -29,10 +30,12 @@ public:
     QList<NewCalendarEvent> saved;
     QStringList removed;
 
-    void requestAccess(QObject *context, std::function<void(bool)> completion) override
+    void requestAccess(QObject *context, std::function<void(const Access &)> completion) override
     {
         ++accessRequests;
-        reply(context, [completion, granted = grants] { completion(granted); });
+        reply(context, [completion, access = grants ? Access(CalendarAccess()) : Access::failure(reason)] {
+            completion(access);
+        });
     }
     void fetchEvents(const QDateTime &start, const QDateTime &end, QObject *context,
                      std::function<void(const Events &)> completion) override
@@ -41,6 +44,10 @@ public:
         reply(context, [completion, events = answer ? Events(*answer) : Events::failure(reason)] {
             completion(events);
         });
+    }
+    void fetchCalendars(QObject *context, std::function<void(const Calendars &)> completion) override
+    {
+        reply(context, [completion, given = calendars] { completion(given); });
     }
     void saveEvent(const NewCalendarEvent &event, QObject *context,
                    std::function<void(const Saved &)> completion) override

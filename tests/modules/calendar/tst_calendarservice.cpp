@@ -207,21 +207,36 @@ private Q_SLOTS:
         QCOMPARE(requests(), 5);
     }
 
+    void triesAgainWhatItCouldNotLoad_data()
+    {
+        QTest::addColumn<bool>("grants");
+        QTest::newRow("refused") << false;
+        QTest::newRow("not loaded") << true;
+    }
+
     void triesAgainWhatItCouldNotLoad()
     {
+        QFETCH(bool, grants);
         SystemWake wake;
         AgendaRefresh refresh(*m_service, *m_store, wake, [this] { return m_now; });
         QSignalSpy reloads(m_service.get(), &CalendarService::reloaded);
         m_store->answer.reset();
+        m_store->grants = grants;
+        m_store->reason = u"Der Kalenderdienst antwortet nicht."_s;
         m_service->requestAccess();
+        QVERIFY(m_service->loading());
         QTRY_COMPARE(reloads.count(), 1);
+        QCOMPARE(m_service->reason(), m_store->reason);
+        QTRY_VERIFY(!m_service->loading());
         QCOMPARE(m_store->accessRequests, 1);
         // When somebody looks, and then by itself.
         refresh.cardShown();
         QTRY_COMPARE(reloads.count(), 2);
+        m_store->grants = true;
         m_store->answer = QList{FakeCalendarStore::allDay(u"Messe"_s, m_now.date())};
         QTRY_COMPARE_WITH_TIMEOUT(reloads.count(), 3, 30'000);
         QCOMPARE(titles(), QStringList{u"Messe"_s});
+        QVERIFY(!m_service->isOutdated());
         refresh.cardHidden();
         refresh.cardShown();
         QCOMPARE(m_store->accessRequests, 3);

@@ -7,6 +7,7 @@
 #include "support/ViewTest.h"
 
 #include <QAccessible>
+#include <QDesktopServices>
 #include <QGuiApplication>
 #include <QQmlProperty>
 #include <QSignalSpy>
@@ -106,6 +107,10 @@ private:
         m_view->type(text);
     }
 
+    QList<QUrl> m_opened;
+
+    Q_INVOKABLE void noteUrl(const QUrl &url) { m_opened.append(url); }
+
 private Q_SLOTS:
     void init() { m_preferences = std::make_unique<Preferences>(Preferences::inMemory()); }
     void cleanup()
@@ -138,7 +143,7 @@ private Q_SLOTS:
         QVERIFY(m_view->findAll(u"accessPrompt"_s).isEmpty());
     }
 
-    void asksForAccessOnceAndByTheButton()
+    void asksForAccessWhenItIsShownAndByTheButton()
     {
         m_store = std::make_unique<FakeCalendarStore>();
         m_store->grants = false;
@@ -148,12 +153,127 @@ private Q_SLOTS:
                      QStringList{u"Kein Kalenderzugriff. In den Systemeinstellungen erlauben."_s});
         m_view->window().hide();
         m_view->window().show();
-        QCOMPARE(m_store->accessRequests, 1);
+        QTRY_COMPARE(m_store->accessRequests, 2);
+        QTRY_VERIFY(!m_module->service()->loading());
         m_store->grants = true;
         m_view->click(m_view->find(u"accessButton"_s));
         QTRY_COMPARE(texts(u"eventTitle"_s), QStringList{u"Messe"_s});
         QVERIFY(m_view->findAll(u"accessPrompt"_s).isEmpty());
-        QCOMPARE(m_store->accessRequests, 2);
+        QCOMPARE(m_store->accessRequests, 3);
+    }
+
+    void loadsAgainByTheButtonBesideTheMessage()
+    {
+        show({FakeCalendarStore::allDay(u"Messe"_s, today)});
+        QVERIFY(m_view->findAll(u"reloadButton"_s).isEmpty());
+        const auto messe = m_store->answer;
+        m_store->answer.reset();
+        m_store->reason = u"Der Kalenderdienst antwortet nicht."_s;
+        m_module->service()->reload();
+        QTRY_COMPARE(texts(u"statusMessage"_s),
+                     QStringList{u"Der Kalenderdienst antwortet nicht. Konnte Termine nicht laden; hier "
+                                 "steht der letzte Stand."_s});
+        QTRY_VERIFY(!m_module->service()->loading());
+        m_store->answer = messe;
+        m_store->holds = true;
+        const int requests = m_store->accessRequests;
+        m_view->click(m_view->find(u"reloadButton"_s));
+        m_view->click(m_view->find(u"reloadButton"_s));
+        // One click is enough while nobody has answered.
+        QCOMPARE(m_store->accessRequests, requests + 1);
+        m_store->release(0);
+        m_store->release(0);
+        QTRY_VERIFY(m_view->findAll(u"reloadButton"_s).isEmpty());
+        QCOMPARE(texts(u"eventTitle"_s), QStringList{u"Messe"_s});
+    }
+
+    void showsTheDetailsOfAnEvent()
+    {
+        QDesktopServices::setUrlHandler(u"https"_s, this, "noteUrl");
+        CalendarEvent meeting = FakeCalendarStore::make(u"Runde"_s, at(0, 9), at(0, 10, 30), Qt::green);
+        meeting.details = std::make_shared<EventDetails>(
+            EventDetails{u"Raum 5"_s,
+                         u"Bitte pünktlich.\nhttps://example.org/plan"_s,
+                         {u"Mira (lädt ein)"_s, u"Jürgen (zugesagt)"_s},
+                         {QUrl(u"https://meet.example.org/x?y=1"_s), QUrl(u"https://example.org/plan"_s)},
+                         1});
+        show({meeting, FakeCalendarStore::make(u"Kino"_s, at(1, 20), at(2, 1))});
+        QTRY_COMPARE(texts(u"eventTitle"_s), (QStringList{u"Runde"_s, u"Kino"_s}));
+        m_view->click(m_view->findAll(u"eventRow"_s).first());
+        QTRY_COMPARE(texts(u"cardTitle"_s), QStringList{u"Runde"_s});
+        QCOMPARE(texts(u"cardWhen"_s), QStringList{u"Montag, 16. November, 09:00 – 10:30"_s});
+        QCOMPARE(texts(u"cardCalendar"_s), QStringList{u"Privat"_s});
+        QCOMPARE(m_view->find(u"cardColor"_s)->property("color").value<QColor>(), QColor(Qt::green));
+        QCOMPARE(texts(u"cardPlace"_s), QStringList{u"Raum 5"_s});
+        QCOMPARE(texts(u"cardAttendees"_s), QStringList{u"Mira (lädt ein)\nJürgen (zugesagt)"_s});
+        QCOMPARE(texts(u"cardDescription"_s), QStringList{meeting.details->description});
+        QCOMPARE(texts(u"eventLink"_s),
+                 (QStringList{u"Teilnehmen: meet.example.org/x?y=1"_s, u"example.org/plan"_s}));
+        QVERIFY(QSignalSpy(&m_view->window(), &QQuickWindow::frameSwapped).wait());
+        m_view->click(m_view->findAll(u"eventLink"_s).first());
+        QTRY_COMPARE(m_opened, QList{meeting.details->links.first()});
+        // What changes meanwhile is seen.
+        m_store->answer->first().title = u"Große Runde"_s;
+        m_module->service()->reload();
+        QTRY_COMPARE(texts(u"cardTitle"_s), QStringList{u"Große Runde"_s});
+        m_view->press(Qt::Key_Escape);
+        QTRY_VERIFY(texts(u"cardTitle"_s).isEmpty());
+        QDesktopServices::unsetUrlHandler(u"https"_s);
+    }
+
+    void opensDetailsWithTheKeyboard()
+    {
+        show({FakeCalendarStore::allDay(u"Messe"_s, today),
+              FakeCalendarStore::make(u"Kino"_s, at(1, 20), at(2, 1))});
+        QTRY_COMPARE(texts(u"eventTitle"_s).size(), 2);
+        const auto focused = [this] { return m_view->window().activeFocusItem(); };
+        for (int press = 0; press < 5 && focused()->objectName() != u"eventRow"_s; ++press)
+            m_view->press(Qt::Key_Tab);
+        QCOMPARE(focused()->objectName(), u"eventRow"_s);
+        m_view->press(Qt::Key_Down);
+        m_view->press(Qt::Key_Return);
+        QTRY_COMPARE(texts(u"cardTitle"_s), QStringList{u"Kino"_s});
+        QCOMPARE(texts(u"cardWhen"_s),
+                 QStringList{u"Dienstag, 17. November, 20:00 – Mittwoch, 18. November, 01:00"_s});
+        QVERIFY(texts(u"cardPlace"_s).isEmpty());
+        m_view->press(Qt::Key_Escape);
+        QTRY_VERIFY(texts(u"cardTitle"_s).isEmpty());
+        QTRY_COMPARE(focused()->objectName(), u"eventRow"_s);
+        QCOMPARE(focused()->property("title").toString(), u"Kino"_s);
+        QVERIFY(focused()->property("visualFocus").toBool());
+        // An event that goes takes its card along.
+        m_view->press(Qt::Key_Up);
+        m_view->press(Qt::Key_Return);
+        QTRY_COMPARE(texts(u"cardWhen"_s), QStringList{u"Montag, 16. November, ganztägig"_s});
+        m_store->answer->removeFirst();
+        m_module->service()->reload();
+        QTRY_VERIFY(texts(u"cardTitle"_s).isEmpty());
+    }
+
+    void addsAWholeDayToAnotherCalendar()
+    {
+        m_store = std::make_unique<FakeCalendarStore>();
+        m_store->calendars = {{u"a"_s, u"Privat"_s, {}}, {u"b"_s, u"Arbeit"_s, {}}};
+        showStore();
+        draft().setStart(at(2, 8, 15));
+        openForm();
+        m_view->type(u"Messe"_s);
+        QTRY_COMPARE(m_view->find(u"calendarPicker"_s)->property("displayText").toString(), u"Privat"_s);
+        m_view->click(m_view->find(u"allDayBox"_s));
+        QTRY_COMPARE(texts(u"dateTimeInput"_s), QStringList{u"18.11.2026"_s});
+        QVERIFY(m_view->findAll(u"durationPicker"_s).isEmpty());
+        m_view->click(m_view->find(u"calendarPicker"_s));
+        QTRY_VERIFY(!m_view->findAll(u"calendar-1"_s).isEmpty());
+        QVERIFY(QSignalSpy(&m_view->window(), &QQuickWindow::frameSwapped).wait());
+        m_view->click(m_view->findAll(u"calendar-1"_s).first());
+        typeStart(u"24.12."_s);
+        m_view->click(m_view->find(u"addButton"_s));
+        QTRY_COMPARE(m_store->saved.size(), 1);
+        const NewCalendarEvent &saved = m_store->saved.first();
+        QVERIFY(saved.allDay);
+        QCOMPARE(saved.start, QDate(2026, 12, 24).startOfDay());
+        QCOMPARE(saved.end, QDate(2026, 12, 25).startOfDay());
+        QCOMPARE(saved.calendar, u"b"_s);
     }
 
     void addsAnEventWithTheKeyboardAlone()
@@ -175,6 +295,8 @@ private Q_SLOTS:
         QCOMPARE(start(), u"17.11.2026, 08:14"_s);
         m_view->press(Qt::Key_Tab);
         QCOMPARE(m_view->window().activeFocusItem()->objectName(), u"monthButton"_s);
+        m_view->press(Qt::Key_Tab);
+        QCOMPARE(m_view->window().activeFocusItem()->objectName(), u"allDayBox"_s);
         m_view->press(Qt::Key_Tab);
         QCOMPARE(m_view->window().activeFocusItem()->objectName(), u"durationPicker"_s);
         m_view->press(Qt::Key_Down);
@@ -215,7 +337,7 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("clicks");
         QTest::newRow("the button at once") << QStringList{u"addButton"_s};
         QTest::newRow("a duration first")
-            << QStringList{u"durationPicker"_s, u"duration-90"_s, u"addButton"_s};
+            << QStringList{u"durationPicker"_s, u"duration-4"_s, u"addButton"_s};
         QTest::newRow("another day first") << QStringList{u"monthButton"_s, u"monthDay"_s, u"addButton"_s};
         QTest::newRow("the form is closed and opened")
             << QStringList{u"formToggle"_s, u"formToggle"_s, u"addButton"_s};

@@ -70,8 +70,11 @@ private Q_SLOTS:
         draft().setStart(QDateTime(QDate(2026, 12, 24), QTime(18, 0)));
         draft().setStartText(u"24.12. halb"_s);
         draft().setDurationMinutes(90);
+        draft().setAllDay(true);
+        draft().setCalendar(u"a"_s);
         m_now = m_now.addDays(3);
         restart();
+        QVERIFY(draft().isAllDay());
         QVERIFY(draft().isOpen());
         QCOMPARE(draft().title(), u"Zahn"_s);
         QCOMPARE(draft().start(), QDateTime(QDate(2026, 12, 24), QTime(18, 0)));
@@ -93,10 +96,15 @@ private Q_SLOTS:
         restart();
         QVERIFY(!draft().isOpen());
         QCOMPARE(draft().start(), m_now);
-        // A start that nobody has set is that of the view.
-        m_now = m_now.addSecs(3600);
+        // A closed form that is shown again starts now, whatever it was set to; an open one stays as it is.
+        draft().setStart(QDateTime(QDate(2026, 12, 24), QTime(18, 0)));
+        m_now = m_now.addDays(2);
         draft().beginView();
         QCOMPARE(draft().start(), m_now);
+        draft().setOpen(true);
+        m_now = m_now.addDays(2);
+        draft().beginView();
+        QCOMPARE(draft().start(), m_now.addDays(-2));
     }
 
     void namesAnEventTheSameUntilItIsAnotherOne_data()
@@ -111,6 +119,8 @@ private Q_SLOTS:
         }) << true;
         QTest::newRow("title") << Change([](EventDraft &draft) { draft.setTitle(u"Zahn"_s); }) << false;
         QTest::newRow("start") << Change([](EventDraft &draft) { draft.setStartText(u"18:00"_s); }) << false;
+        QTest::newRow("calendar") << Change([](EventDraft &draft) { draft.setCalendar(u"b"_s); }) << false;
+        QTest::newRow("whole day") << Change([](EventDraft &draft) { draft.setAllDay(true); }) << false;
         QTest::newRow("duration") << Change([](EventDraft &draft) { draft.setDurationMinutes(15); }) << false;
     }
 

@@ -47,7 +47,8 @@ QByteArray CalendarContract::event(const QByteArray &uid, const QByteArray &prop
 bool CalendarContract::access(CalendarStore &store)
 {
     std::optional<bool> answer;
-    store.requestAccess(&store, [&](bool granted) { answer = granted; });
+    store.requestAccess(&store,
+                        [&](const CalendarStore::Access &access) { answer = static_cast<bool>(access); });
     return awaited(answer);
 }
 
@@ -142,6 +143,26 @@ void CalendarContract::findsWhatTakesPlaceInTheRange_data()
         << QDate(2026, 10, 26)
         << QStringList{u"2026-10-26 01:00 – 2026-10-26 02:00 Ebbe"_s,
                        u"2026-10-27 01:00 – 2026-10-27 02:00 Ebbe"_s};
+    const QByteArray quoted = "\"(UTC+08:00) Haus, Meer\"";
+    QTest::newRow("a zone whose name has a colon and a comma")
+        << QByteArray(ownZone).replace("Haus am Meer", "(UTC+08:00) Haus\\, Meer") +
+               event("q", "SUMMARY:Ebbe\nDTSTART;TZID=" + quoted + ":20261026T080000\nDTEND;TZID=" + quoted +
+                              ":20261026T090000\nRRULE:FREQ=DAILY;COUNT=3\nEXDATE;TZID=" + quoted +
+                              ":20261027T080000")
+        << QDate(2026, 10, 26)
+        << QStringList{u"2026-10-26 01:00 – 2026-10-26 02:00 Ebbe"_s,
+                       u"2026-10-28 01:00 – 2026-10-28 02:00 Ebbe"_s};
+    QTest::newRow("further dates with lengths of their own")
+        << event("p", "SUMMARY:Schicht\nDTSTART" + berlin +
+                          "20261026T080000\nDURATION:PT1H\n"
+                          "RDATE;VALUE=PERIOD:20261027T070000Z/PT4H,20261028T070000Z/20261028T073000Z\n"
+                          "RDATE" +
+                          berlin + "20261029T080000")
+        << QDate(2026, 10, 26)
+        << QStringList{u"2026-10-26 08:00 – 2026-10-26 09:00 Schicht"_s,
+                       u"2026-10-27 08:00 – 2026-10-27 12:00 Schicht"_s,
+                       u"2026-10-28 08:00 – 2026-10-28 08:30 Schicht"_s,
+                       u"2026-10-29 08:00 – 2026-10-29 09:00 Schicht"_s};
     QTest::newRow("a zone that nobody knows, and none")
         << event("u", "SUMMARY:Irgendwo\nDTSTART;TZID=Nirgends/Nie:20261026T080000\n"
                       "DTEND;TZID=Nirgends/Nie:20261026T090000") +

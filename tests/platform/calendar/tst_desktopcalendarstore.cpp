@@ -9,12 +9,13 @@
 
 using namespace Qt::StringLiterals;
 using namespace randblatt;
+using Outcome = CalendarOpening::Outcome;
 
 namespace {
 
 struct BackendRecord
 {
-    bool opens = true;
+    CalendarOpening opening = {CalendarOpening::Outcome::opened};
     int opened = 0;
     std::function<void()> changed;
 };
@@ -36,16 +37,20 @@ public:
 
     [[nodiscard]] QString name() const override { return m_name; }
     void setChangeHandler(std::function<void()> handler) override { m_record->changed = std::move(handler); }
-    void open(std::function<void(bool)> completion) override
+    void open(std::function<void(const CalendarOpening &)> completion) override
     {
         ++m_record->opened;
-        m_threads.emplace_back([completion, opens = m_record->opens] { completion(opens); });
+        m_threads.emplace_back([completion, opening = m_record->opening] { completion(opening); });
     }
     void fetchEvents(const QDateTime &start, const QDateTime &end,
                      std::function<void(const CalendarStore::Events &)> completion) override
     {
         const CalendarEvent event{m_name, m_name, start, end, false, {}, m_name};
         m_threads.emplace_back([completion, event] { completion(QList<CalendarEvent>{event}); });
+    }
+    void fetchCalendars(std::function<void(const CalendarStore::Calendars &)> completion) override
+    {
+        m_threads.emplace_back([completion] { completion(QList<WritableCalendar>()); });
     }
     void saveEvent(const NewCalendarEvent &event,
                    std::function<void(const CalendarStore::Saved &)> completion) override
@@ -74,13 +79,15 @@ private:
     std::shared_ptr<BackendRecord> m_server;
     std::shared_ptr<BackendRecord> m_file;
     std::unique_ptr<DesktopCalendarStore> m_store;
+    QString m_reason;
 
     std::optional<bool> access()
     {
         std::optional<bool> answer;
-        m_store->requestAccess(this, [&](bool granted) {
+        m_store->requestAccess(this, [&](const CalendarStore::Access &access) {
             QCOMPARE(QThread::currentThread(), QCoreApplication::instance()->thread());
-            answer = granted;
+            answer = static_cast<bool>(access);
+            m_reason = access.reason();
         });
         // Never before the call has returned.
         if (answer || !QTest::qWaitFor([&] { return answer.has_value(); }))
@@ -109,27 +116,36 @@ private Q_SLOTS:
         m_store = std::make_unique<DesktopCalendarStore>(std::move(candidates));
     }
 
-    void keepsTheFirstThatOpens()
+    void keepsTheFirstThatIsThere()
     {
-        m_server->opens = false;
+        m_server->opening = {Outcome::absent};
         QCOMPARE(access(), true);
-        m_server->opens = true;
+        m_server->opening = {Outcome::opened};
         QCOMPARE(access(), true);
         QCOMPARE(titleOfFetched(), u"Datei"_s);
         QCOMPARE(m_server->opened, 1);
     }
 
-    void refusesAccessOnlyWhenNoneOpens()
+    void waitsForTheRightOneInsteadOfTakingAnother()
     {
-        m_server->opens = m_file->opens = false;
+        m_server->opening = {Outcome::failed, u"Der Kalenderdienst antwortet nicht."_s};
         QCOMPARE(access(), false);
+        QCOMPARE(m_reason, m_server->opening.reason);
         QCOMPARE(titleOfFetched(), u"(nichts)"_s);
-        m_server->opens = true;
+        m_server->opening = {Outcome::opened};
         QCOMPARE(access(), true);
         QCOMPARE(titleOfFetched(), u"Server"_s);
-        m_server->opens = false;
+        // Not even if it is taken away.
+        m_server->opening = {Outcome::absent};
         QCOMPARE(access(), false);
-        QCOMPARE(m_file->opened, 1);
+        QCOMPARE(m_file->opened, 0);
+    }
+
+    void refusesAccessWhereThereIsNone()
+    {
+        m_server->opening = m_file->opening = {Outcome::absent};
+        QCOMPARE(access(), false);
+        QCOMPARE(titleOfFetched(), u"(nichts)"_s);
     }
 
     void answersNobodyWhoIsGone()

@@ -7,6 +7,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QSignalSpy>
@@ -429,6 +430,177 @@ private Q_SLOTS:
                               u"2026-10-30 09:00 – 2026-10-30 09:00 Zusatz ohne Sinn"_s,
                               u"2026-10-31 09:00 – 2026-10-31 09:00 Zusatz ohne Sinn"_s}));
         QVERIFY(events->at(2).id != events->at(3).id);
+    }
+
+    void replacesOccurrences_data()
+    {
+        QTest::addColumn<QByteArray>("components");
+        QTest::addColumn<QStringList>("expected");
+        const QByteArray berlin = ";TZID=Europe/Berlin:";
+        const QByteArray series = event("x", "SUMMARY:Kurs\nDTSTART" + berlin + "20261026T080000\nDTEND" +
+                                                 berlin + "20261026T090000\nRRULE:FREQ=DAILY;COUNT=4");
+        const auto moved = [&](const QByteArray &recurrenceId, const QByteArray &more,
+                               const QByteArray &time) {
+            return event("x", "RECURRENCE-ID" + recurrenceId + "\n" + more + "DTSTART" + berlin + time +
+                                  "\nDURATION:PT30M");
+        };
+        const QStringList plain{
+            u"2026-10-26 08:00 – 2026-10-26 09:00 Kurs"_s, u"2026-10-27 08:00 – 2026-10-27 09:00 Kurs"_s,
+            u"2026-10-28 08:00 – 2026-10-28 09:00 Kurs"_s, u"2026-10-29 08:00 – 2026-10-29 09:00 Kurs"_s};
+        auto second = plain;
+        second[1] = u"2026-10-27 10:00 – 2026-10-27 10:30 Neu"_s;
+        QTest::newRow("named without a zone")
+            << series + moved(":20261027T080000", "SUMMARY:Neu\n", "20261027T100000") << second;
+        QTest::newRow("named in UTC")
+            << series + moved(":20261027T070000Z", "SUMMARY:Neu\n", "20261027T100000") << second;
+        QTest::newRow("named by its day")
+            << series + moved(";VALUE=DATE:20261027", "SUMMARY:Neu\n", "20261027T100000") << second;
+        const QByteArray old =
+            moved(berlin + "20261027T080000", "SEQUENCE:1\nSUMMARY:Alt\n", "20261027T150000");
+        const QByteArray last =
+            moved(berlin + "20261027T080000", "SEQUENCE:2\nSUMMARY:Neu\n", "20261027T100000");
+        QTest::newRow("twice, the old version first") << series + old + last << second;
+        QTest::newRow("twice, the old version last") << last + old + series << second;
+        auto third = plain;
+        third.removeAt(1);
+        QTest::newRow("and cancelled")
+            << series + old +
+                   moved(berlin + "20261027T080000", "SEQUENCE:2\nSTATUS:CANCELLED\n", "20261027T150000")
+            << third;
+        QTest::newRow("the whole series in a later version")
+            << series +
+                   event("x", "SEQUENCE:1\nSUMMARY:Neu\nDTSTART" + berlin + "20261027T100000\nDURATION:PT30M")
+            << QStringList{second.at(1)};
+        const QByteArray future = ";RANGE=THISANDFUTURE" + berlin;
+        QTest::newRow("this one and all that follow")
+            << series + moved(future + "20261027T080000", "SUMMARY:Neu\n", "20261027T100000")
+            << QStringList{plain.at(0), u"2026-10-27 10:00 – 2026-10-27 10:30 Neu"_s,
+                           u"2026-10-28 10:00 – 2026-10-28 10:30 Neu"_s,
+                           u"2026-10-29 10:00 – 2026-10-29 10:30 Neu"_s};
+        QTest::newRow("all that follow, and one of those again")
+            << series + moved(future + "20261027T080000", "SUMMARY:Neu\n", "20261026T233000") +
+                   moved(berlin + "20261028T080000", "SUMMARY:Anders\n", "20261028T120000")
+            << QStringList{plain.at(0), u"2026-10-26 23:30 – 2026-10-27 00:00 Neu"_s,
+                           u"2026-10-28 12:00 – 2026-10-28 12:30 Anders"_s,
+                           u"2026-10-28 23:30 – 2026-10-29 00:00 Neu"_s};
+        QTest::newRow("an end to all that follow")
+            << series + moved(future + "20261028T080000", "STATUS:CANCELLED\n", "20261028T080000")
+            << plain.first(2);
+    }
+
+    void replacesOccurrences()
+    {
+        QFETCH(QByteArray, components);
+        QFETCH(QStringList, expected);
+        const auto index = CalendarIndex::parse(calendar(components));
+        QVERIFY(index);
+        const QDate first(2026, 10, 26);
+        QCOMPARE(lines(index->events(first.startOfDay(), first.addDays(7).startOfDay())), expected);
+    }
+
+    void knowsZonesByTheirOtherNames_data()
+    {
+        QTest::addColumn<QTime>("expected");
+        QTest::newRow("Etc/GMT-1") << QTime(13, 0);
+        QTest::newRow("Etc/UTC") << QTime(14, 0);
+        QTest::newRow("US/Eastern") << QTime(18, 0);
+        QTest::newRow("Eastern Standard Time") << QTime(18, 0);
+        QTest::newRow("/freeassociation.sourceforge.net/America/New_York") << QTime(18, 0);
+        QTest::newRow("/etc/../../tmp/zone") << QTime(12, 0);
+        QTest::newRow("Haus") << QTime(12, 0);
+    }
+
+    void knowsZonesByTheirOtherNames()
+    {
+        QFETCH(QTime, expected);
+        const auto index = CalendarIndex::parse(
+            calendar(event("z", QByteArray("DTSTART;TZID=") + QTest::currentDataTag() + ":20260715T120000")));
+        QVERIFY(index);
+        const QDate day(2026, 7, 15);
+        const auto events = index->events(day.startOfDay(), day.addDays(1).startOfDay());
+        QCOMPARE(events.size(), 1);
+        QCOMPARE(events.first().start.time(), expected);
+    }
+
+    void readsOldEncodingsAndColours()
+    {
+        const auto index = CalendarIndex::parse(
+            "BEGIN:VCALENDAR\r\nX-WR-CALNAME:Gr\xfcn\r\nX-APPLE-CALENDAR-COLOR:#1BADF8FF\r\n" +
+            event("1", "SUMMARY:Gr\xfc\xdf\x65 aus K\xf6ln\nDTSTART;VALUE=DATE:20261026") +
+            event("2", "SUMMARY:Grüße\nDTSTART;VALUE=DATE:20261027") + "END:VCALENDAR\r\n");
+        QVERIFY(index);
+        const auto events = index->events(sample().start, sample().start.addDays(2));
+        QCOMPARE(lines(events), (QStringList{u"2026-10-26 +1 Grüße aus Köln"_s, u"2026-10-27 +1 Grüße"_s}));
+        QCOMPARE(events.first().calendarColor, QColor(0x1b, 0xad, 0xf8));
+        QCOMPARE(events.first().calendarName, u"Grün"_s);
+    }
+
+    void tellsTheDetailsOfAnEvent()
+    {
+        const auto store = makeStore(calendar(
+            event("1",
+                  "SUMMARY:Runde\nDTSTART:20261026T080000Z\nLOCATION:Raum 5\\, Hof\n"
+                  "DESCRIPTION:Unterlagen: https://example.org/a?b=1.\\nDort: https://meet.example.org/x\n"
+                  "ORGANIZER;CN=\"Sommer, Mira\":mailto:mira@example.org\n"
+                  "ATTENDEE;PARTSTAT=ACCEPTED;CN=Jürgen:mailto:j@example.org\n"
+                  "ATTENDEE;PARTSTAT=NEEDS-ACTION:mailto:mira@example.com\n"
+                  "CONFERENCE;VALUE=URI;FEATURE=VIDEO:https://konferenz.example.org/5\n"
+                  "URL:javascript:alert(1)\nBEGIN:VALARM\nACTION:DISPLAY\nDESCRIPTION:Wecker\nEND:VALARM") +
+            event("2", "SUMMARY:Nichts\nDTSTART:20261026T090000Z") +
+            event("3", "SUMMARY:Markup\nDTSTART:20261026T100000Z\n"
+                       "DESCRIPTION:<p>Mit <b>Kuchen</b></p><a href=\"https://example.org/k\">hier</a>")));
+        QVERIFY(access(*store));
+        const auto events = fetchDay(*store);
+        QVERIFY(events && events->size() == 3);
+        const auto details = events->at(0).details;
+        QVERIFY(details);
+        QCOMPARE(details->place, u"Raum 5, Hof"_s);
+        QCOMPARE(details->description,
+                 u"Unterlagen: https://example.org/a?b=1.\nDort: https://meet.example.org/x"_s);
+        QCOMPARE(details->attendees,
+                 (QStringList{u"Sommer, Mira (lädt ein)"_s, u"Jürgen (zugesagt)"_s, u"mira@example.com"_s}));
+        QCOMPARE(details->links,
+                 (QList<QUrl>{QUrl(u"https://konferenz.example.org/5"_s),
+                              QUrl(u"https://meet.example.org/x"_s), QUrl(u"https://example.org/a?b=1"_s)}));
+        QCOMPARE(details->meetings, 2);
+        QVERIFY(!events->at(1).details);
+        QVERIFY(events->at(2).details);
+        QVERIFY(events->at(2).details->description.startsWith(u"Mit Kuchen"_s));
+        QCOMPARE(events->at(2).details->links, QList<QUrl>{QUrl(u"https://example.org/k"_s)});
+        // What others write later is seen, too.
+        changeByOthers({{}, u"2"_s, {}}, "LOCATION:Garten");
+        QTRY_VERIFY(fetchDay(*store)->at(1).details);
+    }
+
+    void savesAWholeDay()
+    {
+        const auto store = makeStore(calendar({}));
+        QVERIFY(access(*store));
+        const QDate day(2026, 10, 26);
+        QVERIFY(save(*store, {u"Messe"_s, day.startOfDay(), day.addDays(1).startOfDay(), u"m"_s, true}));
+        QVERIFY2(written().contains("DTSTART;VALUE=DATE:20261026\r\nDTEND;VALUE=DATE:20261027\r\n"),
+                 written());
+        QCOMPARE(lines(fetchDay(*store)), QStringList{u"2026-10-26 +1 Messe"_s});
+    }
+
+    void givesUpARuleThatTakesTooLong()
+    {
+        // Legal, and nobody can skip over what has to be counted.
+        const auto index = CalendarIndex::parse(
+            calendar(event("s", "SUMMARY:Zähler\nDTSTART:19700101T000000Z\n"
+                                "RRULE:FREQ=SECONDLY;BYSECOND=0,1,2,3,4,5;COUNT=2000000000") +
+                     event("t", "SUMMARY:Danach\nDTSTART:20261026T080000Z")));
+        QVERIFY(index);
+        QTest::ignoreMessage(QtWarningMsg, "Terminregel aufgegeben, nur der erste Termin wird gezeigt: s");
+        const QDate day(2026, 10, 26);
+        QElapsedTimer timer;
+        timer.start();
+        for (int round = 0; round < 3; ++round)
+            QCOMPARE(index->events(day.startOfDay(), day.addDays(7).startOfDay()).size(), 1);
+        QVERIFY2(timer.elapsed() < 30'000, qPrintable(QString::number(timer.elapsed())));
+        const QDate first(1970, 1, 1);
+        QCOMPARE(lines(index->events(first.startOfDay(), first.addDays(1).startOfDay())),
+                 QStringList{u"1970-01-01 01:00 – 1970-01-01 01:00 Zähler"_s});
     }
 
     void survivesARecurrenceEverySecond()

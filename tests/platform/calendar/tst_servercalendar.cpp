@@ -82,12 +82,19 @@ private Q_SLOTS:
         const auto store = makeStore(calendar({}));
         QVERIFY(access(*store));
         const QDateTime start(QDate(2026, 10, 26), QTime(9, 0));
-        m_probe->useReadOnlyDefault(true);
-        const auto saved = save(*store, {u"Zahnarzt"_s, start, start.addSecs(3600)});
-        m_probe->useReadOnlyDefault(false);
+        NewCalendarEvent event{u"Zahnarzt"_s, start, start.addSecs(3600)};
+        event.calendar = u"birthdays"_s;
+        const auto saved = save(*store, event);
         QVERIFY(!saved);
         QVERIFY2(saved.reason().contains(u"nur lesen"_s), qUtf8Printable(saved.reason()));
-        QVERIFY(save(*store, {u"Zahnarzt"_s, start, start.addSecs(3600)}));
+        // Not even if it is the default one.
+        m_probe->useReadOnlyDefault(true);
+        event.calendar.clear();
+        const auto elsewhere = save(*store, event);
+        m_probe->useReadOnlyDefault(false);
+        QVERIFY(elsewhere);
+        QCOMPARE(elsewhere->calendar, u"system-calendar"_s);
+        QCOMPARE(m_probe->titles(), QStringList{u"Zahnarzt"_s});
     }
 
     void isNotThereWithoutPluginOrServer()

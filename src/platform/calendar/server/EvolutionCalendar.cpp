@@ -127,12 +127,14 @@ void EvolutionCalendar::post(const Task &task, std::function<void(const Answer &
     });
 }
 
-void EvolutionCalendar::open(std::function<void(bool)> completion)
+void EvolutionCalendar::open(std::function<void(const CalendarOpening &)> completion)
 {
-    post<CalendarAnswer<bool>>([](EvolutionServer &server) { return CalendarAnswer<bool>(server.open()); },
-                               [completion = std::move(completion)](const CalendarAnswer<bool> &opened) {
-                                   completion(opened && *opened);
-                               });
+    using Opened = CalendarAnswer<CalendarOpening>;
+    post<Opened>(
+        [](EvolutionServer &server) { return Opened(server.open()); },
+        [completion = std::move(completion)](const Opened &opened) {
+            completion(opened ? *opened : CalendarOpening{CalendarOpening::Outcome::failed, opened.reason()});
+        });
 }
 
 void EvolutionCalendar::fetchEvents(const QDateTime &start, const QDateTime &end,
@@ -140,6 +142,12 @@ void EvolutionCalendar::fetchEvents(const QDateTime &start, const QDateTime &end
 {
     post<CalendarStore::Events>([start, end](EvolutionServer &server) { return server.events(start, end); },
                                 std::move(completion));
+}
+
+void EvolutionCalendar::fetchCalendars(std::function<void(const CalendarStore::Calendars &)> completion)
+{
+    post<CalendarStore::Calendars>([](EvolutionServer &server) { return server.calendars(); },
+                                   std::move(completion));
 }
 
 void EvolutionCalendar::saveEvent(const NewCalendarEvent &event,

@@ -20,9 +20,10 @@ public:
 
     [[nodiscard]] QString name() const override;
     void setChangeHandler(std::function<void()> handler) override;
-    void open(std::function<void(bool opened)> completion) override;
+    void open(std::function<void(const CalendarOpening &opening)> completion) override;
     void fetchEvents(const QDateTime &start, const QDateTime &end,
                      std::function<void(const CalendarStore::Events &events)> completion) override;
+    void fetchCalendars(std::function<void(const CalendarStore::Calendars &calendars)> completion) override;
     void saveEvent(const NewCalendarEvent &event,
                    std::function<void(const CalendarStore::Saved &saved)> completion) override;
     void removeEvent(const SavedEvent &event,

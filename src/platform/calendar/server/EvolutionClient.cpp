@@ -1,10 +1,11 @@
 #include "platform/calendar/server/EvolutionClient.h"
 
+#include "platform/calendar/CalendarColor.h"
 #include "platform/calendar/CalendarIndex.h"
+#include "platform/calendar/CalendarZone.h"
 #include "platform/calendar/Ical.h"
 
 #include <QLoggingCategory>
-#include <QRegularExpression>
 #include <QSet>
 
 namespace randblatt {
@@ -44,13 +45,33 @@ bool belongsToSeries(ICalComponent *component)
     return has(I_CAL_RRULE_PROPERTY) || has(I_CAL_RDATE_PROPERTY) || has(I_CAL_RECURRENCEID_PROPERTY);
 }
 
-bool isKnownZone(const QByteArray &tzid)
+/// The names of the zones that a component's times are written in.
+void collectZones(ICalComponent *component, QSet<QByteArray> &tzids)
 {
-    return icaltimezone_get_builtin_timezone_from_tzid(tzid.constData()) != nullptr ||
-           icaltimezone_get_builtin_timezone(tzid.constData()) != nullptr;
+    GlibPointer<ICalProperty> property(i_cal_component_get_first_property(component, I_CAL_ANY_PROPERTY));
+    while (property) {
+        const GlibPointer<ICalParameter> tzid(
+            i_cal_property_get_first_parameter(property.get(), I_CAL_TZID_PARAMETER));
+        if (tzid)
+            tzids.insert(i_cal_parameter_get_tzid(tzid.get()));
+        property.reset(i_cal_component_get_next_property(component, I_CAL_ANY_PROPERTY));
+    }
 }
 
 } // namespace
+
+QString calendarName(ESource *source)
+{
+    const GlibPointer<char> name(e_source_dup_display_name(source));
+    return QString::fromUtf8(name.get());
+}
+
+QColor calendarColor(ESource *source)
+{
+    gpointer extension = e_source_get_extension(source, E_SOURCE_EXTENSION_CALENDAR);
+    const GlibPointer<char> color(e_source_selectable_dup_color(static_cast<ESourceSelectable *>(extension)));
+    return calendarColor(QString::fromUtf8(color.get()));
+}
 
 std::unique_ptr<EvolutionClient> EvolutionClient::connect(ESource *source, std::function<void()> *changed,
                                                           GCancellable *cancellable)
@@ -61,7 +82,7 @@ std::unique_ptr<EvolutionClient> EvolutionClient::connect(ESource *source, std::
     EClient *client = e_cal_client_connect_sync(source, E_CAL_CLIENT_SOURCE_TYPE_EVENTS, doNotWait,
                                                 cancellable, error.out());
     if (client == nullptr) {
-        warn("Kalender nicht erreichbar", QString::fromUtf8(e_source_get_display_name(source)), error);
+        warn("Kalender nicht erreichbar", calendarName(source), error);
         return nullptr;
     }
     std::unique_ptr<EvolutionClient> calendar(
@@ -87,17 +108,9 @@ EvolutionClient::~EvolutionClient()
     e_cal_client_view_stop(m_view.get(), nullptr);
 }
 
-QString EvolutionClient::name() const
+bool EvolutionClient::isWritable() const
 {
-    const GlibPointer<char> name(e_source_dup_display_name(m_source.get()));
-    return QString::fromUtf8(name.get());
-}
-
-QColor EvolutionClient::color() const
-{
-    gpointer extension = e_source_get_extension(m_source.get(), E_SOURCE_EXTENSION_CALENDAR);
-    const GlibPointer<char> color(e_source_selectable_dup_color(static_cast<ESourceSelectable *>(extension)));
-    return QColor(QString::fromUtf8(color.get()));
+    return !e_client_is_readonly(E_CLIENT(m_client.get()));
 }
 
 void EvolutionClient::watch(GCancellable *cancellable)
@@ -106,7 +119,7 @@ void EvolutionClient::watch(GCancellable *cancellable)
     GlibError error;
     ECalClientView *view = nullptr;
     if (!e_cal_client_get_view_sync(m_client.get(), "#t", &view, cancellable, error.out())) {
-        warn("Kalender meldet keine Änderungen", name(), error);
+        warn("Kalender meldet keine Änderungen", calendarName(m_source.get()), error);
         return;
     }
     m_view.reset(view);
@@ -117,6 +130,12 @@ void EvolutionClient::watch(GCancellable *cancellable)
     e_cal_client_view_start(view, nullptr);
 }
 
+void EvolutionClient::Found::add(ICalComponent *component)
+{
+    text += randblatt::text(component);
+    collectZones(component, tzids);
+}
+
 std::optional<QList<CalendarEvent>> EvolutionClient::events(const QDateTime &start, const QDateTime &end,
                                                             GCancellable *cancellable)
 {
@@ -124,24 +143,29 @@ std::optional<QList<CalendarEvent>> EvolutionClient::events(const QDateTime &sta
     m_hasFailed = !found;
     if (!found)
         return std::nullopt;
-    const auto index = CalendarIndex::parse("BEGIN:VCALENDAR\r\nVERSION:2.0\r\n" +
-                                            zones(*found, cancellable) + *found + "END:VCALENDAR\r\n");
+    const QByteArray calendar = "BEGIN:VCALENDAR\r\nVERSION:2.0\r\n" + zones(found->tzids, cancellable) +
+                                found->text + "END:VCALENDAR\r\n";
+    const auto index = CalendarIndex::parse(calendar);
     if (!index) {
-        qCWarning(lcCalendar, "Kalender unlesbar (%ls)", qUtf16Printable(name()));
+        qCWarning(lcCalendar, "Kalender unlesbar (%ls)", qUtf16Printable(calendarName(m_source.get())));
         return std::nullopt;
     }
-    auto events = index->events(start, end, QString::fromUtf8(e_source_get_uid(m_source.get())) + u'/');
-    const QString calendarName = name();
-    const QColor calendarColor = color();
+    const auto excerpt = [&calendar](const IcalOutline::Range &place) {
+        return calendar.sliced(place.begin, place.length);
+    };
+    auto events =
+        index->events(start, end, QString::fromUtf8(e_source_get_uid(m_source.get())) + u'/', excerpt);
+    const QString shownName = calendarName(m_source.get());
+    const QColor shownColor = calendarColor(m_source.get());
     for (CalendarEvent &event : events) {
-        event.calendarName = calendarName;
-        event.calendarColor = calendarColor;
+        event.calendarName = shownName;
+        event.calendarColor = shownColor;
     }
     return events;
 }
 
-std::optional<QByteArray> EvolutionClient::components(const QDateTime &start, const QDateTime &end,
-                                                      GCancellable *cancellable) const
+std::optional<EvolutionClient::Found>
+EvolutionClient::components(const QDateTime &start, const QDateTime &end, GCancellable *cancellable) const
 {
     const QByteArray query = "(occur-in-time-range? (make-time \"" + serverTime(start, -wallClockSlack) +
                              "\") (make-time \"" + serverTime(end, wallClockSlack) + "\"))";
@@ -149,64 +173,60 @@ std::optional<QByteArray> EvolutionClient::components(const QDateTime &start, co
     GSList *found = nullptr;
     if (!e_cal_client_get_object_list_sync(m_client.get(), query.constData(), &found, cancellable,
                                            error.out())) {
-        warn("Kalender antwortet nicht", name(), error);
+        warn("Kalender antwortet nicht", calendarName(m_source.get()), error);
         return std::nullopt;
     }
-    QByteArray components;
+    Found components;
     QSet<QByteArray> uids;
     for (GSList *link = found; link != nullptr; link = link->next) {
         auto *component = static_cast<ICalComponent *>(link->data);
         if (belongsToSeries(component))
             uids.insert(i_cal_component_get_uid(component));
         else
-            components += text(component);
+            components.add(component);
     }
     g_slist_free_full(found, g_object_unref);
     // A series with all its exceptions, also those that have been moved out of the range.
     for (const QByteArray &uid : std::as_const(uids)) {
-        const auto whole = series(uid.constData(), cancellable);
-        if (!whole)
+        if (!addSeries(uid.constData(), components, cancellable))
             return std::nullopt;
-        components += *whole;
     }
     return components;
 }
 
-std::optional<QByteArray> EvolutionClient::series(const char *uid, GCancellable *cancellable) const
+bool EvolutionClient::addSeries(const char *uid, Found &components, GCancellable *cancellable) const
 {
     GlibError error;
     GSList *found = nullptr;
     if (!e_cal_client_get_objects_for_uid_sync(m_client.get(), uid, &found, cancellable, error.out())) {
-        warn("Kalender antwortet nicht", name(), error);
-        return std::nullopt;
+        // It has just been removed.
+        if (error.is(E_CAL_CLIENT_ERROR, E_CAL_CLIENT_ERROR_OBJECT_NOT_FOUND))
+            return true;
+        warn("Kalender antwortet nicht", calendarName(m_source.get()), error);
+        return false;
     }
-    QByteArray components;
     for (GSList *link = found; link != nullptr; link = link->next)
-        components += text(e_cal_component_get_icalcomponent(static_cast<ECalComponent *>(link->data)));
+        components.add(e_cal_component_get_icalcomponent(static_cast<ECalComponent *>(link->data)));
     g_slist_free_full(found, g_object_unref);
-    return components;
+    return true;
 }
 
-QByteArray EvolutionClient::zones(const QByteArray &components, GCancellable *cancellable) const
+QByteArray EvolutionClient::zones(const QSet<QByteArray> &tzids, GCancellable *cancellable)
 {
-    static const QRegularExpression pattern(uR"(;TZID="?([^":;]+))"_s);
-    QSet<QByteArray> seen;
     QByteArray zones;
-    QByteArray unfolded = components;
-    unfolded.replace("\r\n ", "");
-    auto matches = pattern.globalMatch(QString::fromUtf8(unfolded));
-    while (matches.hasNext()) {
-        const QByteArray tzid = matches.next().captured(1).toUtf8();
-        if (seen.contains(tzid) || isKnownZone(tzid))
+    for (const QByteArray &tzid : tzids) {
+        if (CalendarZone::isNamed(tzid))
             continue;
-        seen.insert(tzid);
+        QByteArray &known = m_zones[tzid];
         ICalTimezone *zone = nullptr;
-        if (!e_cal_client_get_timezone_sync(m_client.get(), tzid.constData(), &zone, cancellable, nullptr))
-            continue;
-        // The zone belongs to the client.
-        const GlibPointer<ICalComponent> component(i_cal_timezone_get_component(zone));
-        if (component)
-            zones += text(component.get());
+        if (known.isEmpty() &&
+            e_cal_client_get_timezone_sync(m_client.get(), tzid.constData(), &zone, cancellable, nullptr)) {
+            // The zone belongs to the client.
+            const GlibPointer<ICalComponent> component(i_cal_timezone_get_component(zone));
+            if (component)
+                known = text(component.get());
+        }
+        zones += known;
     }
     return zones;
 }
@@ -223,16 +243,28 @@ std::optional<QByteArray> EvolutionClient::fingerprint(const QByteArray &uid, GC
     if (error.is(E_CAL_CLIENT_ERROR, E_CAL_CLIENT_ERROR_OBJECT_NOT_FOUND))
         return QByteArray();
     m_hasFailed = true;
-    warn("Kalender antwortet nicht", name(), error);
+    warn("Kalender antwortet nicht", calendarName(m_source.get()), error);
     return std::nullopt;
 }
 
 CalendarStore::Saved EvolutionClient::save(const NewCalendarEvent &event, GCancellable *cancellable)
 {
-    if (e_client_is_readonly(E_CLIENT(m_client.get()))) {
-        qCWarning(lcCalendar, "Der Standardkalender lässt sich nur lesen: %ls", qUtf16Printable(name()));
-        return CalendarStore::Saved::failure(u"Der Kalender „%1“ lässt sich nur lesen."_s.arg(name()));
+    if (!isWritable()) {
+        qCWarning(lcCalendar, "Der Kalender lässt sich nur lesen: %ls",
+                  qUtf16Printable(calendarName(m_source.get())));
+        return CalendarStore::Saved::failure(
+            u"Der Kalender „%1“ lässt sich nur lesen."_s.arg(calendarName(m_source.get())));
     }
+    const auto savedAs = [this](const QByteArray &uid, const QByteArray &stored) {
+        return SavedEvent{QString::fromUtf8(e_source_get_uid(m_source.get())), QString::fromUtf8(uid),
+                          stored};
+    };
+    // Of an earlier attempt whose answer did not arrive; not every server would refuse a second one.
+    const auto present = fingerprint(event.uid.toUtf8(), cancellable);
+    if (!present)
+        return CalendarStore::Saved::failure(u"Der Kalenderdienst antwortet nicht."_s);
+    if (!present->isEmpty())
+        return savedAs(event.uid.toUtf8(), *present);
     const QByteArray encoded = newEventText(event);
     const GlibPointer<ICalComponent> component(i_cal_component_new_from_string(encoded.constData()));
     GlibError error;
@@ -242,17 +274,17 @@ CalendarStore::Saved EvolutionClient::save(const NewCalendarEvent &event, GCance
                                                                     cancellable, error.out());
     const QByteArray uid = given != nullptr ? QByteArray(given) : event.uid.toUtf8();
     g_free(given);
-    // Of an earlier attempt whose answer did not arrive.
+    // The earlier attempt may have arrived just now.
     const bool isThere = error.is(E_CAL_CLIENT_ERROR, E_CAL_CLIENT_ERROR_OBJECT_ID_ALREADY_EXISTS);
     m_hasFailed = !saved && !isThere;
     if (m_hasFailed) {
-        warn("Termin nicht gespeichert", name(), error);
-        return CalendarStore::Saved::failure(u"Der Kalender „%1“ nimmt ihn nicht an."_s.arg(name()));
+        warn("Termin nicht gespeichert", calendarName(m_source.get()), error);
+        return CalendarStore::Saved::failure(
+            u"Der Kalender „%1“ nimmt ihn nicht an."_s.arg(calendarName(m_source.get())));
     }
     // Servers put something of their own into what they are given.
     const auto stored = fingerprint(uid, cancellable);
-    return SavedEvent{QString::fromUtf8(e_source_get_uid(m_source.get())), QString::fromUtf8(uid),
-                      stored ? *stored : eventFingerprint(encoded)};
+    return savedAs(uid, stored ? *stored : eventFingerprint(encoded));
 }
 
 CalendarStore::Removed EvolutionClient::remove(const SavedEvent &event, GCancellable *cancellable)
@@ -270,8 +302,9 @@ CalendarStore::Removed EvolutionClient::remove(const SavedEvent &event, GCancell
                                         E_CAL_OPERATION_FLAG_NONE, cancellable, error.out()))
         return Removal::removed;
     m_hasFailed = true;
-    warn("Termin nicht gelöscht", name(), error);
-    return CalendarStore::Removed::failure(u"Der Kalender „%1“ lässt es nicht zu."_s.arg(name()));
+    warn("Termin nicht gelöscht", calendarName(m_source.get()), error);
+    return CalendarStore::Removed::failure(
+        u"Der Kalender „%1“ lässt es nicht zu."_s.arg(calendarName(m_source.get())));
 }
 
 } // namespace randblatt

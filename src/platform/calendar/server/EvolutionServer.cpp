@@ -2,6 +2,7 @@
 
 #include <QLoggingCategory>
 
+#include <algorithm>
 #include <chrono>
 #include <set>
 #include <utility>
@@ -18,6 +19,8 @@ Q_LOGGING_CATEGORY(lcCalendar, "quillbar.calendar")
 // The server's first start reads all accounts; a calendar that takes longer than its share is left out.
 constexpr auto timeToOpen = 20s;
 constexpr auto timePerCalendar = 8s;
+// One that hangs is followed by others that do.
+constexpr std::chrono::milliseconds timeForAll = 12s;
 
 QString unreachable()
 {
@@ -38,24 +41,25 @@ EvolutionServer::~EvolutionServer()
     close();
 }
 
-bool EvolutionServer::open()
+CalendarOpening EvolutionServer::open()
 {
+    using Outcome = CalendarOpening::Outcome;
     if (m_registry && !m_serverDied)
-        return true;
+        return {Outcome::opened};
     close();
     const Deadline deadline(m_shutdown.get(), timeToOpen);
     GlibError error;
     m_bus.reset(g_bus_get_sync(G_BUS_TYPE_SESSION, deadline.cancellable(), error.out()));
     if (!m_bus) {
         qCWarning(lcCalendar, "Sitzungsbus nicht erreichbar: %s", error.message());
-        return false;
+        return {Outcome::failed, unreachable()};
     }
     // Else the end of the session bus would end the process.
     g_dbus_connection_set_exit_on_close(m_bus.get(), FALSE);
     m_registry.reset(e_source_registry_new_sync(deadline.cancellable(), error.out()));
     if (!m_registry) {
         qCWarning(lcCalendar, "Kalenderdienst nicht erreichbar: %s", error.message());
-        return false;
+        return {Outcome::failed, unreachable()};
     }
     m_serverDied = false;
     for (const char *signal :
@@ -69,7 +73,7 @@ bool EvolutionServer::open()
             self->m_changed();
         },
         this, nullptr);
-    return true;
+    return {Outcome::opened};
 }
 
 void EvolutionServer::close()
@@ -85,7 +89,7 @@ void EvolutionServer::close()
     m_bus.reset();
 }
 
-EvolutionClient *EvolutionServer::client(ESource *source)
+EvolutionClient *EvolutionServer::client(ESource *source, GCancellable *cancellable)
 {
     const std::string uid = e_source_get_uid(source);
     const auto known = m_clients.find(uid);
@@ -93,9 +97,24 @@ EvolutionClient *EvolutionServer::client(ESource *source)
         return known->second.get();
     // Only now: the failed one may still have told of its calendar's death.
     m_clients.erase(uid);
-    const Deadline deadline(m_shutdown.get(), timePerCalendar);
+    const Deadline deadline(cancellable, timePerCalendar);
     auto connected = EvolutionClient::connect(source, &m_changed, deadline.cancellable());
     return connected ? (m_clients[uid] = std::move(connected)).get() : nullptr;
+}
+
+EvolutionServer::Sources EvolutionServer::shownSources() const
+{
+    Sources shown;
+    GList *sources = e_source_registry_list_enabled(m_registry.get(), E_SOURCE_EXTENSION_CALENDAR);
+    for (GList *link = sources; link != nullptr; link = link->next) {
+        auto *source = static_cast<ESource *>(link->data);
+        auto *choice =
+            static_cast<ESourceSelectable *>(e_source_get_extension(source, E_SOURCE_EXTENSION_CALENDAR));
+        if (e_source_selectable_get_selected(choice))
+            shown.push_back(glibReference(source));
+    }
+    g_list_free_full(sources, g_object_unref);
+    return shown;
 }
 
 CalendarStore::Events EvolutionServer::events(const QDateTime &start, const QDateTime &end)
@@ -103,43 +122,87 @@ CalendarStore::Events EvolutionServer::events(const QDateTime &start, const QDat
     if (!m_registry || m_serverDied)
         return CalendarStore::Events::failure(unreachable());
     QList<CalendarEvent> events;
-    std::set<std::string> enabled;
+    std::set<std::string> shown;
     bool anyAnswered = false;
     bool anyFailed = false;
-    GList *sources = e_source_registry_list_enabled(m_registry.get(), E_SOURCE_EXTENSION_CALENDAR);
-    for (GList *link = sources; link != nullptr; link = link->next) {
-        auto *source = static_cast<ESource *>(link->data);
-        EvolutionClient *calendar = client(source);
-        const Deadline deadline(m_shutdown.get(), timePerCalendar);
+    const Deadline all(m_shutdown.get(), timeForAll);
+    for (const auto &source : shownSources()) {
+        EvolutionClient *calendar = client(source.get(), all.cancellable());
+        const Deadline deadline(all.cancellable(), timePerCalendar);
         const auto found =
             calendar != nullptr ? calendar->events(start, end, deadline.cancellable()) : std::nullopt;
-        enabled.insert(e_source_get_uid(source));
+        shown.insert(e_source_get_uid(source.get()));
         (found ? anyAnswered : anyFailed) = true;
         if (found)
             events.append(*found);
     }
-    g_list_free_full(sources, g_object_unref);
-    std::erase_if(m_clients, [&](const auto &entry) { return !enabled.contains(entry.first); });
+    std::erase_if(m_clients, [&](const auto &entry) { return !shown.contains(entry.first); });
     // Calendars that work are shown beside those that don't.
     if (anyFailed && !anyAnswered)
         return CalendarStore::Events::failure(unreachable());
     return events;
 }
 
+/// Those that events may be added to, the default one first, even while it does not answer: what is meant for
+/// it must not go elsewhere.
+EvolutionServer::Sources EvolutionServer::writableSources() const
+{
+    Sources shown = shownSources();
+    std::stable_partition(shown.begin(), shown.end(),
+                          [this](const GlibPointer<ESource> &source) { return isDefault(source.get()); });
+    std::erase_if(shown, [this](const GlibPointer<ESource> &source) {
+        const auto known = m_clients.find(e_source_get_uid(source.get()));
+        return known != m_clients.end() && !known->second->isWritable();
+    });
+    return shown;
+}
+
+bool EvolutionServer::isDefault(ESource *source) const
+{
+    const GlibPointer<ESource> preferred(e_source_registry_ref_default_calendar(m_registry.get()));
+    return preferred && e_source_equal(source, preferred.get());
+}
+
+CalendarStore::Calendars EvolutionServer::calendars()
+{
+    if (!m_registry || m_serverDied)
+        return CalendarStore::Calendars::failure(unreachable());
+    QList<WritableCalendar> calendars;
+    for (const auto &source : writableSources()) {
+        if (isDefault(source.get()) || m_clients.contains(e_source_get_uid(source.get())))
+            calendars.append({QString::fromUtf8(e_source_get_uid(source.get())), calendarName(source.get()),
+                              calendarColor(source.get())});
+    }
+    return calendars;
+}
+
+CalendarAnswer<EvolutionClient *> EvolutionServer::clientFor(const NewCalendarEvent &event)
+{
+    using Answer = CalendarAnswer<EvolutionClient *>;
+    const bool isChosen = !event.calendar.isEmpty();
+    // There alone the event is seen.
+    for (const auto &source : isChosen ? shownSources() : writableSources()) {
+        if (isChosen && QString::fromUtf8(e_source_get_uid(source.get())) != event.calendar)
+            continue;
+        EvolutionClient *calendar = client(source.get(), m_shutdown.get());
+        if (calendar != nullptr && (isChosen || calendar->isWritable()))
+            return calendar;
+        if (isChosen || (calendar == nullptr && isDefault(source.get())))
+            return Answer::failure(unreachable());
+    }
+    return Answer::failure(isChosen ? u"Der gewählte Kalender ist weg oder ausgeblendet."_s
+                                    : u"Kein Kalender, der gezeigt wird, lässt sich ändern."_s);
+}
+
 CalendarStore::Saved EvolutionServer::save(const NewCalendarEvent &event)
 {
     if (!m_registry || m_serverDied)
         return CalendarStore::Saved::failure(unreachable());
-    const GlibPointer<ESource> source(e_source_registry_ref_default_calendar(m_registry.get()));
-    if (!source) {
-        qCWarning(lcCalendar, "Kein Standardkalender");
-        return CalendarStore::Saved::failure(u"Es gibt keinen Standardkalender."_s);
-    }
-    EvolutionClient *calendar = client(source.get());
-    if (calendar == nullptr)
-        return CalendarStore::Saved::failure(unreachable());
+    const auto calendar = clientFor(event);
+    if (!calendar)
+        return CalendarStore::Saved::failure(calendar.reason());
     const Deadline deadline(m_shutdown.get(), timePerCalendar);
-    return calendar->save(event, deadline.cancellable());
+    return (*calendar)->save(event, deadline.cancellable());
 }
 
 CalendarStore::Removed EvolutionServer::remove(const SavedEvent &event)
@@ -151,7 +214,7 @@ CalendarStore::Removed EvolutionServer::remove(const SavedEvent &event)
     // A calendar that is gone has taken its events with it.
     if (!source)
         return Removal::gone;
-    EvolutionClient *calendar = client(source.get());
+    EvolutionClient *calendar = client(source.get(), m_shutdown.get());
     if (calendar == nullptr)
         return CalendarStore::Removed::failure(unreachable());
     const Deadline deadline(m_shutdown.get(), timePerCalendar);

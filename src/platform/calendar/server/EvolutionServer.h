@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/CalendarStore.h"
+#include "platform/calendar/CalendarBackend.h"
 #include "platform/calendar/server/EvolutionClient.h"
 #include "platform/calendar/server/Glib.h"
 
@@ -10,11 +11,12 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace randblatt {
 
-/// All enabled calendars of Evolution Data Server. Each operation waits for the server; to be used on the
-/// thread whose GLib main context hears of changes.
+/// The calendars of Evolution Data Server that are enabled, and ticked in the desktop's own calendar program.
+/// Each operation waits for the server; to be used on the thread whose GLib main context hears of changes.
 class EvolutionServer
 {
 public:
@@ -28,14 +30,21 @@ public:
     /// To be set before open().
     void setChangeHandler(std::function<void()> handler) { m_changed = std::move(handler); }
     /// Connects to the server, if that is to be done.
-    [[nodiscard]] bool open();
+    [[nodiscard]] CalendarOpening open();
     void close();
     [[nodiscard]] CalendarStore::Events events(const QDateTime &start, const QDateTime &end);
+    [[nodiscard]] CalendarStore::Calendars calendars();
     [[nodiscard]] CalendarStore::Saved save(const NewCalendarEvent &event);
     [[nodiscard]] CalendarStore::Removed remove(const SavedEvent &event);
 
 private:
-    [[nodiscard]] EvolutionClient *client(ESource *source);
+    using Sources = std::vector<GlibPointer<ESource>>;
+
+    [[nodiscard]] Sources shownSources() const;
+    [[nodiscard]] Sources writableSources() const;
+    [[nodiscard]] bool isDefault(ESource *source) const;
+    [[nodiscard]] CalendarAnswer<EvolutionClient *> clientFor(const NewCalendarEvent &event);
+    [[nodiscard]] EvolutionClient *client(ESource *source, GCancellable *cancellable);
 
     const QByteArray m_serverName;
     GlibPointer<GCancellable> m_shutdown;

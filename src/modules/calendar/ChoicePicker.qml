@@ -1,27 +1,29 @@
 import QtQuick
 import QtQuick.Templates as T
 
-import Randblatt.Calendar
 import Randblatt.Controls
 
-// The length of an event, chosen from a list.
+// One of a few things, chosen from a list.
 T.ComboBox {
     id: root
 
     required property CardAppearance appearance
     required property string label
-    required property var durations
-    required property int minutes
+    // The texts to choose from.
+    required property var entries
+    required property int current
+    // What the rows' names for tests begin with.
+    property string entryName: "entry"
 
-    signal chosen(minutes: int)
+    signal chosen(index: int)
 
     implicitWidth: 110 * appearance.textScale
     implicitHeight: Math.max(28, contentItem.implicitHeight + 2 * 6)
     focusPolicy: Qt.TabFocus
-    model: durations
-    currentIndex: durations.indexOf(minutes)
-    displayText: CalendarFormat.durationLabel(minutes)
-    onActivated: index => root.chosen(durations[index])
+    model: entries
+    currentIndex: current
+    displayText: entries[current] ?? ""
+    onActivated: index => root.chosen(index)
 
     Accessible.role: Accessible.ComboBox
     Accessible.name: label + ": " + displayText
@@ -32,6 +34,7 @@ T.ComboBox {
     contentItem: CardText {
         appearance: root.appearance
         leftPadding: 8
+        rightPadding: 26
         text: root.displayText
     }
 
@@ -53,22 +56,25 @@ T.ComboBox {
     }
 
     delegate: T.ItemDelegate {
-        id: entry
+        id: row
 
-        required property int modelData
         required property int index
+        required property string modelData
 
-        objectName: "duration-" + modelData
+        objectName: root.entryName + "-" + index
         width: ListView.view.width
         implicitHeight: entryText.implicitHeight + 2 * 6
         highlighted: root.highlightedIndex === index
-        text: CalendarFormat.durationLabel(modelData)
+        text: modelData
+        Accessible.name: text
 
         contentItem: Text {
             id: entryText
 
             leftPadding: 8
-            text: entry.text
+            rightPadding: 26
+            elide: Text.ElideRight
+            text: row.text
             color: "white"
             font.pixelSize: Metrics.bodySize * root.appearance.textScale
             verticalAlignment: Text.AlignVCenter
@@ -77,20 +83,20 @@ T.ComboBox {
 
         background: Rectangle {
             radius: Metrics.rowRadius
-            color: Qt.rgba(1, 1, 1, entry.highlighted ? 0.16 : 0)
+            color: Qt.rgba(1, 1, 1, row.highlighted ? 0.16 : 0)
         }
 
         Symbol {
             x: parent.width - width - 8
             anchors.verticalCenter: parent.verticalCenter
-            visible: entry.modelData === root.minutes
+            visible: row.index === root.current
             name: "checkmark"
             size: 11
         }
     }
 
     popup: T.Popup {
-        objectName: "durationPopup"
+        objectName: root.entryName + "Popup"
         y: root.height + 4
         width: root.width
         implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
