@@ -48,6 +48,8 @@ void AppDelegate::applicationDidFinishLaunching()
 void AppDelegate::showSidebar()
 {
     showOnMainScreen();
+    // Whoever calls it wants to use it, also where it has been there all the time.
+    panelController().takeKeyboard();
     hoverManager().hold(HoverManager::Cause::call);
 }
 
@@ -58,7 +60,9 @@ void AppDelegate::hideSidebar()
 
 void AppDelegate::toggleSidebar()
 {
-    if (panelController().isVisible() && !panelController().isAnimatingOut())
+    const bool isUp = panelController().isVisible() && !panelController().isAnimatingOut();
+    const bool isOutOfReach = m_environment.settings.alwaysVisible() && !m_environment.uiState.hasKeyboard();
+    if (isUp && !isOutOfReach)
         hideSidebar();
     else
         showSidebar();

@@ -36,6 +36,7 @@ public:
 
 private:
     void followStore();
+    void followAppearance();
     void preloadModules();
     void connectMenu();
     void connectInstance(SingleInstance &instance);

@@ -25,6 +25,7 @@ T.ComboBox {
 
     Accessible.role: Accessible.ComboBox
     Accessible.name: label + ": " + displayText
+    Accessible.onPressAction: popup.visible ? popup.close() : popup.open()
 
     Keys.onReturnPressed: popup.open()
     Keys.onEnterPressed: popup.open()
@@ -33,6 +34,7 @@ T.ComboBox {
         appearance: root.appearance
         leftPadding: 8
         text: root.displayText
+        Accessible.ignored: true
     }
 
     indicator: Symbol {

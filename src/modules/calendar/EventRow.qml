@@ -49,6 +49,7 @@ Item {
             width: parent.width
             appearance: root.appearance
             text: root.title.replace(/\s+/g, " ")
+            Accessible.ignored: true
         }
 
         CardText {
@@ -58,6 +59,7 @@ Item {
             size: Metrics.captionSize
             color: root.appearance.secondary
             text: root.timeLine
+            Accessible.ignored: true
         }
     }
 }

@@ -23,7 +23,7 @@ FormScroll {
             visible: text !== ""
             height: visible ? implicitHeight : 0
             text: root.health?.sentence ?? ""
-            labelWidth: 400
+            labelWidth: FormStyle.sized(400)
 
             FormButton {
                 objectName: "retrySaving"
@@ -40,7 +40,7 @@ FormScroll {
             visible: text !== ""
             height: visible ? implicitHeight : 0
             text: root.health?.asideSentence ?? ""
-            labelWidth: 400
+            labelWidth: FormStyle.sized(400)
 
             FormButton {
                 objectName: "openAsideFolder"
