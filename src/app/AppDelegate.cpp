@@ -48,6 +48,8 @@ void AppDelegate::applicationDidFinishLaunching()
 void AppDelegate::showSidebar()
 {
     showOnMainScreen();
+    // Whoever calls it wants to use it, also where it has been there all the time.
+    panelController().takeKeyboard();
     hoverManager().hold(HoverManager::Cause::call);
 }
 
@@ -59,8 +61,10 @@ void AppDelegate::hideSidebar()
 void AppDelegate::toggleSidebar()
 {
     // Who calls during the peek, or has started the program by calling, wants to see it.
-    const bool isUp = panelController().isVisible() && !panelController().isAnimatingOut();
-    if (isUp && !hoverManager().isPeeking())
+    const bool isUp = panelController().isVisible() && !panelController().isAnimatingOut() &&
+                      !hoverManager().isPeeking();
+    const bool isOutOfReach = m_environment.settings.alwaysVisible() && !m_environment.uiState.hasKeyboard();
+    if (isUp && !isOutOfReach)
         hideSidebar();
     else
         showSidebar();

@@ -3,12 +3,15 @@
 #include "platform/GlobalShortcut.h"
 #include "platform/browser/BrowserAuthenticationSession.h"
 #include "platform/calendar/CalendarStores.h"
+#include "platform/freedesktop/AtSpiScreenReader.h"
 #include "platform/freedesktop/LogindWake.h"
+#include "platform/freedesktop/PortalAppearance.h"
 #include "platform/freedesktop/TrayHost.h"
 #include "platform/freedesktop/UrlScheme.h"
 #include "platform/freedesktop/XdgAutostartLoginItem.h"
 #include "platform/generic/GenericDesktop.h"
 #include "platform/generic/GenericPanelWindow.h"
+#include "platform/generic/PaletteAppearance.h"
 #include "platform/mpris/MprisMediaKeySink.h"
 #include "platform/notes/NotesLibrary.h"
 #include "platform/notes/ScriptRunners.h"
@@ -120,6 +123,9 @@ Backends makeBackends()
     Backends backends;
     backends.loginItem = std::make_unique<XdgAutostartLoginItem>(QCoreApplication::applicationFilePath());
     backends.tray = std::make_unique<TrayHost>(QDBusConnection::sessionBus());
+    backends.appearance = std::make_unique<PortalAppearance>(QDBusConnection::sessionBus(),
+                                                             std::make_unique<PaletteAppearance>());
+    backends.screenReader = std::make_unique<AtSpiScreenReader>();
     backends.mediaKeys = std::make_unique<MprisMediaKeySink>();
     backends.signIn = std::make_unique<BrowserAuthenticationSession>([](const QUrl &url) {
         registerUrlScheme(u"randblatt"_s, QCoreApplication::applicationFilePath());

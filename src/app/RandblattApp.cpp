@@ -8,10 +8,12 @@
 #include "modules/todo/TodoModule.h"
 #include "platform/CalendarStore.h"
 #include "platform/Desktop.h"
+#include "platform/DesktopAppearance.h"
 #include "platform/GlobalShortcut.h"
 #include "platform/LoginItem.h"
 #include "platform/MediaKeySink.h"
 #include "platform/PanelWindow.h"
+#include "platform/ScreenReader.h"
 #include "platform/ScriptRunner.h"
 #include "platform/SystemWake.h"
 #include "platform/browser/BrowserAuthenticationSession.h"
@@ -20,6 +22,8 @@
 #include "settings/ModuleRegistry.h"
 #include "sidebar/SidebarPanel.h"
 #include "sidebar/SidebarUIState.h"
+#include "ui/controls/Voice.h"
+#include "ui/controls/Wishes.h"
 #include "ui/onboarding/OnboardingWindowController.h"
 #include "ui/settings/SettingsWindowController.h"
 
@@ -60,17 +64,24 @@ RandblattApp::RandblattApp(SingleInstance &instance, WarmUp &warmUp)
                   m_backends.activate})
     , m_statusBar(m_menu)
 {
+    Wishes::follow(m_backends.appearance.get());
+    Voice::use(m_backends.screenReader.get());
     connectMenu();
     connectInstance(instance);
 }
 
-RandblattApp::~RandblattApp() = default;
+RandblattApp::~RandblattApp()
+{
+    Wishes::follow(nullptr);
+    Voice::use(nullptr);
+}
 
 void RandblattApp::start()
 {
     m_views.finishImports();
     m_warmUp.finishGraphics();
     followStore();
+    followAppearance();
     m_delegate.applicationDidFinishLaunching();
     // While the first frame is drawn; the cards' contents come with the second.
     preloadModules();
@@ -95,6 +106,15 @@ void RandblattApp::followStore()
         (*tallest)->notice()->setNamesAside(true);
     connect(&m_preferences.health(), &StoreHealth::folderRequested, this,
             [](const QString &folder) { QDesktopServices::openUrl(QUrl::fromLocalFile(folder)); });
+}
+
+void RandblattApp::followAppearance()
+{
+    const auto follow = [this] {
+        m_delegate.panelController().setReducedMotion(m_backends.appearance->wishes().reducedMotion);
+    };
+    connect(m_backends.appearance.get(), &DesktopAppearance::wishesChanged, this, follow);
+    follow();
 }
 
 void RandblattApp::preloadModules()

@@ -39,6 +39,7 @@ public:
 
 private:
     void followStore();
+    void followAppearance();
     void preloadModules();
     void connectMenu();
     void followTray();

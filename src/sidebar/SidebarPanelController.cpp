@@ -112,6 +112,12 @@ void SidebarPanelController::dismiss()
         m_panel->resignKey();
 }
 
+void SidebarPanelController::takeKeyboard()
+{
+    if (m_panel && m_isVisible)
+        m_panel->makeKey();
+}
+
 void SidebarPanelController::tearDown()
 {
     if (!m_isAnimatingOut) {
@@ -122,6 +128,13 @@ void SidebarPanelController::tearDown()
         m_panel->orderOut();
     m_panel.reset();
     setVisible(false);
+}
+
+void SidebarPanelController::setReducedMotion(bool reduced)
+{
+    m_reducedMotion = reduced;
+    if (reduced && m_animation.state() == QAbstractAnimation::Running)
+        m_animation.setCurrentTime(m_animation.duration());
 }
 
 std::optional<Screen> SidebarPanelController::currentScreen() const
@@ -139,7 +152,8 @@ void SidebarPanelController::start(Slide slide, int milliseconds, const QEasingC
     m_animation.stop();
     // With another duration or curve the animation is elsewhere at once, where it was left the last time.
     m_slide = {};
-    m_animation.setDuration(milliseconds);
+    // With no time at all it would end before it has started, and its followers would hear of the end first.
+    m_animation.setDuration(m_reducedMotion ? 1 : milliseconds);
     m_animation.setEasingCurve(easing);
     m_slide = std::move(slide);
     m_animation.start();

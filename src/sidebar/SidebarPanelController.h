@@ -43,8 +43,13 @@ public:
     /// The user is done with the panel: it slides out or, where it is to be always visible, gives the
     /// keyboard back.
     void dismiss();
+    /// Gives the panel the keyboard, also where it is to be always visible; nothing while it is hidden.
+    void takeKeyboard();
     /// Hides and discards the panel at once; the next show makes a new one.
     void tearDown();
+
+    /// Whether the panel is to be where it is sent at once, without a slide; one that is under way ends.
+    void setReducedMotion(bool reduced);
 
     /// From the start of a show to the end of the slide out.
     [[nodiscard]] bool isVisible() const { return m_isVisible; }
@@ -89,6 +94,7 @@ private:
     std::shared_ptr<PanelWindow> m_panel;
     bool m_isVisible = false;
     bool m_isAnimatingOut = false;
+    bool m_reducedMotion = false;
     QString m_currentScreenID;
     Slide m_slide;
     QVariantAnimation m_animation;

@@ -27,6 +27,7 @@ T.ComboBox {
 
     Accessible.role: Accessible.ComboBox
     Accessible.name: label + ": " + displayText
+    Accessible.onPressAction: popup.visible ? popup.close() : popup.open()
 
     Keys.onReturnPressed: popup.open()
     Keys.onEnterPressed: popup.open()
@@ -36,6 +37,7 @@ T.ComboBox {
         leftPadding: 8
         rightPadding: 26
         text: root.displayText
+        Accessible.ignored: true
     }
 
     indicator: Symbol {

@@ -25,7 +25,7 @@ FormScroll {
             visible: text !== ""
             height: visible ? implicitHeight : 0
             text: root.health?.sentence ?? ""
-            labelWidth: 400
+            labelWidth: FormStyle.sized(400)
 
             FormButton {
                 objectName: "retrySaving"
@@ -42,7 +42,7 @@ FormScroll {
             visible: text !== ""
             height: visible ? implicitHeight : 0
             text: root.health?.asideSentence ?? ""
-            labelWidth: 400
+            labelWidth: FormStyle.sized(400)
 
             FormButton {
                 objectName: "openAsideFolder"

@@ -20,8 +20,10 @@ FocusScope {
 
     // What comes back is to be seen.
     function undo(): void {
-        if (editor.undoHistory.undo())
-            bar.currentIndex = 2
+        if (!editor.undoHistory.undo())
+            return
+        bar.currentIndex = 2
+        Voice.say(root, "Rückgängig gemacht")
     }
 
     component Page: Loader {

@@ -1,9 +1,7 @@
 import QtQuick
 import QtQuick.Templates as T
 
-import Randblatt.Controls
-
-// An entry of a card's menu: symbol and label, white on dark.
+// An entry of a menu over a card: a symbol, if it has one, and a label, white on dark.
 T.MenuItem {
     id: root
 
@@ -13,9 +11,11 @@ T.MenuItem {
 
     width: ListView.view ? ListView.view.width : implicitWidth
     implicitHeight: Math.ceil(label.implicitHeight) + 2 * 6
+    opacity: enabled ? 1 : 0.4
 
     Accessible.role: Accessible.MenuItem
     Accessible.name: text
+    Accessible.onPressAction: root.clicked()
 
     contentItem: Item {
         Symbol {
@@ -24,7 +24,7 @@ T.MenuItem {
             x: 8
             anchors.verticalCenter: parent.verticalCenter
             name: root.symbol
-            size: 14 * root.textScale
+            size: root.symbol !== "" ? 14 * root.textScale : 0
             color: root.color
         }
 
@@ -32,7 +32,7 @@ T.MenuItem {
             id: label
 
             anchors.left: mark.right
-            anchors.leftMargin: 8
+            anchors.leftMargin: root.symbol !== "" ? 8 : 0
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
             text: root.text
