@@ -22,7 +22,7 @@ packages_webplayer=(qt6-webengine-dev? qt6-webchannel-dev?)
 packages_runtime_quillbar=(
     qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript
     qml6-module-qtquick qml6-module-qtquick-window qml6-module-qtquick-layouts
-    qml6-module-qtquick-templates qml6-module-qtquick-controls qml6-module-qtquick-dialogs
+    qml6-module-qtquick-templates qml6-module-qtquick-controls
     qt6-translations-l10n qt6-svg-plugins? libgl1-mesa-dri qt6-wayland
     xdg-utils desktop-file-utils
 )
