@@ -102,8 +102,9 @@ bool isLogDamaged(const QString &path)
     // The first invalid one has this use's header.
     bool isTorn = false;
     for (;;) {
-        // What a process that ended in the middle of a frame has left is none: half a frame at the end, or, in a
-        // log that is used anew, a whole one that is half of the earlier use, with more of that behind it.
+        // What a process that ended in the middle of a frame has left is none: half a frame at the end, or,
+        // in a log that is used anew, a whole one that is half of the earlier use, with more of that behind
+        // it.
         const QByteArray frame = log.read(frameHeaderSize + pageSize);
         if (frame.size() < frameHeaderSize + pageSize)
             return isTorn;
