@@ -44,11 +44,14 @@ EventPlace findEvent(const QByteArray &text, const QByteArray &uid)
     EventPlace place;
     qsizetype end = 0;
     for (qsizetype begin = upper.indexOf(beginning); begin >= 0; begin = upper.indexOf(beginning, end)) {
+        end = begin + beginning.size();
+        // In the middle of a line it is somebody's words, and the events behind it are looked at all the
+        // same.
+        if (begin > 0 && text.at(begin - 1) != '\n')
+            continue;
         end = upper.indexOf(ending, begin);
         end = end < 0 ? -1 : upper.indexOf('\n', end + 1);
         end = end < 0 ? text.size() : end + 1;
-        if (begin > 0 && text.at(begin - 1) != '\n')
-            continue;
         if (!hasUid(text.sliced(begin, end - begin), uid))
             continue;
         if (place.count != EventPlace::Count::none)
