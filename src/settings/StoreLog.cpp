@@ -99,11 +99,15 @@ bool isLogDamaged(const QString &path)
         !sum.stands(header.constData() + summed))
         return true;
     bool isValid = true;
+    // The first invalid one has this use's header.
+    bool isTorn = false;
     for (;;) {
-        // What a process that ended in the middle of a frame has left is none.
+        // What a process that ended in the middle of a frame has left is none: half a frame at the end, or,
+        // in a log that is used anew, a whole one that is half of the earlier use, with more of that behind
+        // it.
         const QByteArray frame = log.read(frameHeaderSize + pageSize);
         if (frame.size() < frameHeaderSize + pageSize)
-            return false;
+            return isTorn;
         const auto frameWord = [&](qint64 index) {
             return qFromBigEndian<quint32>(frame.constData() + 4 * index);
         };
@@ -113,9 +117,14 @@ bool isLogDamaged(const QString &path)
             sum.add(frame.constData(), 8);
             sum.add(frame.constData() + frameHeaderSize, pageSize);
             isValid = isOfThisUse && sum.stands(frame.constData() + 16);
-        }
-        if (!isValid && !isOfEarlierUse)
+            isTorn = !isValid && isOfThisUse;
+            if (!isValid && !isTorn && !isOfEarlierUse)
+                return true;
+        } else if (isOfEarlierUse) {
+            isTorn = false;
+        } else {
             return true;
+        }
     }
 }
 

@@ -183,6 +183,39 @@ private Q_SLOTS:
         QCOMPARE(contents(preferences.health().asidePath() + "-wal"_L1).size(), log.size());
     }
 
+    void aWriteThatAKillCutShortIsNoDamage()
+    {
+        const pid_t child = fork();
+        if (child == 0) {
+            Preferences preferences(path());
+            for (int i = 0; i < 8; ++i)
+                preferences.setValue(u"text%1"_s.arg(i), QString(20'000, u'a'));
+            // All of the log is in the file now, and the next write begins it anew without making it shorter.
+            OtherProgram(path()).run("PRAGMA wal_checkpoint(PASSIVE)");
+            preferences.setValue(u"panelWidth"_s, 300.0);
+            preferences.setValue(u"panelWidth"_s, 310.0);
+            kill(getpid(), SIGKILL);
+        }
+        waitpid(child, nullptr, 0);
+        const QString logPath = path() + "-wal"_L1;
+        const QByteArray log = contents(logPath);
+        constexpr qsizetype header = 32;
+        constexpr qsizetype frameHeader = 24;
+        constexpr qsizetype frame = frameHeader + 16384;
+        qsizetype last = -1;
+        for (qsizetype at = header; at + frame <= log.size(); at += frame) {
+            if (log.mid(at + 8, 8) == log.mid(16, 8))
+                last = at;
+        }
+        QVERIFY(last > header && last + 2 * frame <= log.size());
+        constexpr qsizetype written = 4096;
+        overwrite(logPath, last + frameHeader + written, QByteArray(frame - frameHeader - written, 'a'));
+        Preferences preferences(path());
+        QCOMPARE(keptFiles(), QStringList());
+        QCOMPARE(preferences.get<double>(u"panelWidth"_s), 300.0);
+        QCOMPARE(preferences.get<QString>(u"text7"_s), QString(20'000, u'a'));
+    }
+
     void readsTheLogWhereItCannotWrite()
     {
         writeAndDie(path(), {{tasks, QByteArray("[1,2,3]")}});
