@@ -27,9 +27,9 @@ case $campaign in
     *) fail "unbekannte Kampagne: $campaign" ;;
 esac
 
-install_packages "${packages_build[@]}" "${packages_runtime[@]}" "${packages_virtual_desktop[@]}"
+install_packages "${packages_build[@]}" "${packages_webplayer[@]}" "${packages_runtime[@]}" "${packages_virtual_desktop[@]}"
 lock_build dev
-build dev --target quillbar
+build dev --target quillbar --target spotify-stand-in
 
 results=$(mktemp --directory --tmpdir "quillbar-soak-$campaign-XXXXXX")
 echo "$seeds Seeds ab $first, je $seconds s, $jobs zugleich; Ergebnisse in $results"

@@ -17,7 +17,7 @@ using namespace randblatt;
 
 namespace {
 
-constexpr AppleScriptLimits limits{.steps = 5000, .time = std::chrono::seconds(5), .memory = 4 * 1024 * 1024};
+constexpr AppleScriptLimits limits{.time = std::chrono::seconds(5), .longestText = 4 * 1024 * 1024};
 
 /// Runs a script on a library in memory that starts anew before it grows.
 ScriptOutcome runScript(const QString &source)
