@@ -1,5 +1,7 @@
+#include "platform/GlobalShortcut.h"
 #include "settings/AppSettings.h"
 #include "settings/Preferences.h"
+#include "settings/ShortcutSetting.h"
 #include "support/Fakes.h"
 #include "support/TestEnvironment.h"
 
@@ -59,7 +61,48 @@ class AppSettingsTest : public QObject
                "kanban [notes,spotify,todo] [spotify,todo,calendar,notes] \"\""_s;
     }
 
+    /// A desktop that answers as it is told, and remembers what is bound.
+    class FakeShortcut : public GlobalShortcut
+    {
+    public:
+        Outcome outcome = Outcome::bound;
+        QKeySequence keys;
+
+        [[nodiscard]] bool isAvailable() const override { return true; }
+        Outcome bind(const QKeySequence &wanted) override
+        {
+            keys = wanted;
+            return outcome;
+        }
+    };
+
 private Q_SLOTS:
+    void bindsTheKeyThatWasChosenAlsoAfterARestart()
+    {
+        Preferences preferences(Preferences::inMemory());
+        FakeShortcut desktop;
+        {
+            ShortcutSetting setting(preferences, desktop);
+            QVERIFY(desktop.keys.isEmpty());
+            // Neither half a combination, nor what is typed into texts.
+            QVERIFY(!setting.record(Qt::Key_Control, Qt::ControlModifier));
+            QVERIFY(!setting.record(Qt::Key_A, Qt::ShiftModifier));
+            QVERIFY(setting.record(Qt::Key_F9, Qt::NoModifier));
+            QCOMPARE(desktop.keys, QKeySequence(Qt::Key_F9));
+            desktop.outcome = GlobalShortcut::Outcome::taken;
+            QVERIFY(setting.record(Qt::Key_J, Qt::ControlModifier | Qt::AltModifier | Qt::KeypadModifier));
+            QVERIFY(!setting.problem().isEmpty());
+        }
+        desktop.keys = {};
+        desktop.outcome = GlobalShortcut::Outcome::bound;
+        ShortcutSetting again(preferences, desktop);
+        QCOMPARE(desktop.keys, QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_J));
+        QVERIFY(again.problem().isEmpty());
+        again.clear();
+        QVERIFY(desktop.keys.isEmpty());
+        QVERIFY(ShortcutSetting(preferences, desktop).label().isEmpty());
+    }
+
     void startsWithTheDefaults()
     {
         Preferences preferences(Preferences::inMemory());
