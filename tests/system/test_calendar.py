@@ -17,7 +17,7 @@ from virtual_desktop import VirtualDesktop, wait_for
 # The plus sign of the first card, and where its form's parts are.
 FORM_SWITCH = (385, 83)
 START_FIELD = (290, 154)
-ADD_BUTTON = (343, 267)
+ADD_BUTTON = (343, 235)
 BERLIN = ZoneInfo("Europe/Berlin")
 
 
