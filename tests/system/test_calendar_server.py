@@ -128,8 +128,8 @@ class CalendarServerTest(unittest.TestCase):
 
     def start(self):
         self.sidebar = Sidebar(self.desktop, env=accessibility.ENVIRONMENT)
-        self.sidebar.wait_shown(SHOWN)
-        return self.sidebar
+        # The servers start beside it.
+        wait_for(lambda: self.sidebar.frame() == SHOWN, 40.0, message=lambda: "not shown\n" + self.sidebar.program.log)
 
     def shown(self):
         """The names of all that is shown, as assistive tools read it."""
