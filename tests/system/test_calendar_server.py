@@ -261,6 +261,12 @@ class CalendarServerTest(unittest.TestCase):
         self.desktop.key("Return")
         self.wait_named("Theater, .*", timeout=40.0)
         self.assertEqual(len(events(self.server_file("urlaub"))), 3)
+        # Taken away in the middle of an add, it is told or saved, and gone from the card.
+        self.type_title("Zelten")
+        self.desktop.key("Return")
+        (self.desktop.config_home / "evolution/sources/urlaub.source").unlink()
+        self.wait_unnamed("Wandern, Ganztägig", timeout=40.0)
+        self.assertTrue(self.sidebar.program.is_running(), self.sidebar.program.log)
 
     def test_outlives_the_session_bus(self):
         self.start()
