@@ -110,6 +110,44 @@ def measure_slide(desktop, panel):
     print(f"slide in: {moves} steps in 0.22 s, {moves / 0.22:.0f} per second")
 
 
+def percentile(values, share):
+    return sorted(values)[min(len(values) - 1, int(len(values) * share))]
+
+
+def measure_showing(desktop, folder, label, starts=9, shows=30):
+    """The time from the tick that decides to the first frame on the screen, and until the panel has the keyboard: of
+    the first show after a start, and of those that follow."""
+    figures = {kind: {"frame": [], "keyboard": []} for kind in ("cold", "warm")}
+
+    def events(program, word):
+        return [float(time) for time in re.findall(rf"([\d.]+) {word}$", program.log, re.M)]
+
+    def collect(program, kind, number):
+        wait_for(lambda: len(events(program, "Bild gezeigt")) >= number and len(events(program, "Tastatur da")) >= number,
+                 timeout=30, message=lambda: program.log)
+        begin = events(program, "Einblenden")[number - 1]
+        for name, word in (("frame", "Bild gezeigt"), ("keyboard", "Tastatur da")):
+            figures[kind][name].append((events(program, word)[number - 1] - begin) * 1000)
+
+    for start in range(starts):
+        program = desktop.start([str(folder / "quillbar")], env={"QT_LOGGING_RULES": "quillbar.panel.debug=true",
+                                                                 "QT_MESSAGE_PATTERN": "%{time boot} %{message}"})
+        collect(program, "cold", 1)
+        time.sleep(4.0)
+        if start == starts - 1:
+            for number in range(2, shows + 2):
+                desktop.move(0, 400)
+                collect(program, "warm", number)
+                time.sleep(0.4)
+                desktop.move(900, 400)
+                time.sleep(0.6)
+        program.terminate()
+    for kind, times in figures.items():
+        for name, values in times.items():
+            print(f"{label}, {kind}, decision to {name}: median {statistics.median(values):.1f} ms, 95th percentile "
+                  f"{percentile(values, 0.95):.1f} ms of {len(values)}")
+
+
 def open_many_tasks(desktop, folder, count=10_000):
     tasks = [{"id": str(uuid.uuid4()).upper(), "title": f"Aufgabe {number}", "status": "backlog",
               "createdAt": 784111777.5, "order": number} for number in range(1, count + 1)]
@@ -162,9 +200,18 @@ def main():
         desktop.store(hasOnboarded=True)
         compare_starts(desktop, folder)
         measure_rest(desktop, folder)
+        measure_showing(desktop, folder, "showing on X11")
         open_many_tasks(desktop, folder)
         compare_media_memory(desktop, folder)
         scroll_many_tracks(desktop, folder)
+    os.environ.setdefault("VIRTUAL_SEAT", str(folder / "virtualseat"))
+    from wayland_desktop import WaylandDesktop, missing_programs
+    if missing_programs() or not Path(os.environ["VIRTUAL_SEAT"]).exists():
+        print("showing on sway: not measured, something is missing")
+        return
+    with WaylandDesktop() as desktop:
+        desktop.store(hasOnboarded=True)
+        measure_showing(desktop, folder, "showing on sway")
 
 
 if __name__ == "__main__":

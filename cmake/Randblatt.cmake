@@ -45,10 +45,10 @@ function(randblatt_precompile target)
     endif()
 endfunction()
 
-# randblatt_library(<target> SOURCES … LINK … [PRIVATE_LINK …])
-# A plain C++ room.
+# randblatt_library(<target> [API …] SOURCES … LINK … [PRIVATE_LINK …])
+# A plain C++ room. API: those of the headers that other rooms may include (scripts/check-rooms.py).
 function(randblatt_library target)
-    cmake_parse_arguments(ARG "" "" "SOURCES;LINK;PRIVATE_LINK" ${ARGN})
+    cmake_parse_arguments(ARG "" "" "API;SOURCES;LINK;PRIVATE_LINK" ${ARGN})
     add_library(${target} STATIC ${ARG_SOURCES})
     target_link_libraries(${target} PUBLIC randblatt_options ${ARG_LINK} PRIVATE ${ARG_PRIVATE_LINK})
     randblatt_precompile(${target})
@@ -74,10 +74,10 @@ function(randblatt_wayland_protocols target)
     target_link_libraries(${target} PUBLIC PkgConfig::WAYLAND)
 endfunction()
 
-# randblatt_qml_module(<target> URI <uri> [SOURCES …] [QML …] LINK … [DEPENDENCIES …])
+# randblatt_qml_module(<target> URI <uri> [API …] [SOURCES …] [QML …] LINK … [DEPENDENCIES …])
 # A room with views, or with types that views use: one library and one QML module.
 function(randblatt_qml_module target)
-    cmake_parse_arguments(ARG "" "URI" "SOURCES;QML;LINK;DEPENDENCIES;SINGLETONS" ${ARGN})
+    cmake_parse_arguments(ARG "" "URI" "API;SOURCES;QML;LINK;DEPENDENCIES;SINGLETONS" ${ARGN})
     if(ARG_SINGLETONS)
         set_source_files_properties(${ARG_SINGLETONS} PROPERTIES QT_QML_SINGLETON_TYPE TRUE)
     endif()
@@ -98,7 +98,6 @@ function(randblatt_qml_module target)
         DEPENDENCIES ${ARG_DEPENDENCIES}
     )
     randblatt_precompile(${target})
-    set_property(GLOBAL APPEND PROPERTY RANDBLATT_QML_TARGETS ${target})
 endfunction()
 
 # randblatt_import_qml(<executable> <module target> …)

@@ -16,15 +16,19 @@ endif()
 
 set(changelog "${CMAKE_CURRENT_BINARY_DIR}/changelog.gz")
 set(manual "${CMAKE_CURRENT_BINARY_DIR}/quillbar.1.gz")
-foreach(compressed IN LISTS changelog manual)
+set(webplayer_manual "${CMAKE_CURRENT_BINARY_DIR}/quillbar-webplayer.1.gz")
+foreach(compressed IN LISTS changelog manual webplayer_manual)
     get_filename_component(plain "${compressed}" NAME_WLE)
     add_custom_command(OUTPUT "${compressed}"
         COMMAND sh -c "\"$0\" -9 -n -c \"$1\" >\"$2\""
             "${GZIP_PROGRAM}" "${CMAKE_CURRENT_SOURCE_DIR}/${plain}" "${compressed}"
         DEPENDS "${plain}" VERBATIM)
 endforeach()
-add_custom_target(quillbar_documentation ALL DEPENDS "${changelog}" "${manual}")
+add_custom_target(quillbar_documentation ALL DEPENDS "${changelog}" "${manual}" "${webplayer_manual}")
 install(FILES "${manual}" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
+if("webplayer" IN_LIST components)
+    install(FILES "${webplayer_manual}" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT webplayer)
+endif()
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME quillbar)

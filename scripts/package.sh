@@ -7,7 +7,7 @@ cd "$(dirname "$0")/.."
 source scripts/steps.sh
 source scripts/dependencies.sh
 
-install_packages "${packages_build[@]}" "${packages_runtime[@]}" "${packages_packaging[@]}"
+install_packages "${packages_build[@]}" "${packages_webplayer[@]}" "${packages_runtime[@]}" "${packages_packaging[@]}"
 
 lock_build package
 build package "$@"

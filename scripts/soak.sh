@@ -3,12 +3,16 @@
 # when a word is lost.
 #
 #     scripts/soak.sh [walk] [-n <seeds>] [-s <seconds each>] [-j <at a time>] [-f <first seed>]
+#     scripts/soak.sh long [-n <minutes>] [-f <seed>]
+#     scripts/soak.sh kill [-n <kills>] [-f <seed>]
+#     scripts/soak.sh store [-f <seed>]
+#     scripts/soak.sh fuzz [-n <inputs for each parser>]
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/steps.sh
 source scripts/dependencies.sh
 
-campaign=walk seeds=6 seconds=600 jobs=2 first=$RANDOM
+campaign=walk seeds= seconds=600 jobs=2 first=$RANDOM
 if [[ ${1:-} == [a-z]* ]]; then
     campaign=$1
     shift
@@ -24,12 +28,20 @@ while getopts n:s:j:f: option; do
 done
 case $campaign in
     walk) driver=tests/system/random_walk.py ;;
+    store) exec scripts/store-campaigns.sh "$first" ;;
+    fuzz) exec scripts/fuzz.sh "${seeds:-1000000}" ;;
+    long | kill) ;;
     *) fail "unbekannte Kampagne: $campaign" ;;
 esac
 
-install_packages "${packages_build[@]}" "${packages_runtime[@]}" "${packages_virtual_desktop[@]}"
+install_packages "${packages_build[@]}" "${packages_webplayer[@]}" "${packages_runtime[@]}" "${packages_virtual_desktop[@]}"
 lock_build dev
-build dev --target quillbar
+build dev --target quillbar --target spotify-stand-in
+case $campaign in
+    long) exec /usr/bin/python3 -B tests/campaigns/soak_program.py build/dev/bin/quillbar "${seeds:-120}" "$first" ;;
+    kill) exec /usr/bin/python3 -B tests/campaigns/kill_program.py build/dev/bin/quillbar "${seeds:-500}" "$first" ;;
+esac
+seeds=${seeds:-6}
 
 results=$(mktemp --directory --tmpdir "quillbar-soak-$campaign-XXXXXX")
 echo "$seeds Seeds ab $first, je $seconds s, $jobs zugleich; Ergebnisse in $results"

@@ -12,6 +12,8 @@ export QT_QPA_PLATFORM=offscreen
 status=0
 build/dev/bin/store-campaign damage 1 || status=1
 build/dev/bin/store-campaign faults 1 || status=1
+build/dev/bin/store-campaign file-damage 1 || status=1
+build/dev/bin/store-campaign file-faults 1 "$seed" || status=1
 build/dev/bin/store-campaign power 1000 "$seed" || status=1
 build/dev/bin/store-campaign kill 20000 "$seed" || status=1
 exit $status

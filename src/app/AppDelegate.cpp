@@ -48,6 +48,8 @@ void AppDelegate::applicationDidFinishLaunching()
 void AppDelegate::showSidebar()
 {
     showOnMainScreen();
+    // Whoever calls it wants to use it, also where it has been there all the time.
+    panelController().takeKeyboard();
     hoverManager().hold(HoverManager::Cause::call);
 }
 
@@ -58,7 +60,11 @@ void AppDelegate::hideSidebar()
 
 void AppDelegate::toggleSidebar()
 {
-    if (panelController().isVisible() && !panelController().isAnimatingOut())
+    // Who calls during the peek, or has started the program by calling, wants to see it.
+    const bool isUp = panelController().isVisible() && !panelController().isAnimatingOut() &&
+                      !hoverManager().isPeeking();
+    const bool isOutOfReach = m_environment.settings.alwaysVisible() && !m_environment.uiState.hasKeyboard();
+    if (isUp && !isOutOfReach)
         hideSidebar();
     else
         showSidebar();
@@ -92,8 +98,8 @@ SidebarPanelController &AppDelegate::panelController()
 HoverManager &AppDelegate::hoverManager()
 {
     if (!m_hoverManager) {
-        m_pointerWatch =
-            std::make_unique<PointerWatch>(m_environment.settings, m_environment.desktop, panelController());
+        m_pointerWatch = std::make_unique<PointerWatch>(m_environment.settings, m_environment.desktop,
+                                                        panelController(), m_environment.uiState);
         m_hoverManager = std::make_unique<HoverManager>(m_environment.settings, m_environment.desktop,
                                                         m_environment.uiState, panelController());
     }

@@ -1,19 +1,24 @@
 #include "app/Backends.h"
 
+#include "platform/GlobalShortcut.h"
 #include "platform/browser/BrowserAuthenticationSession.h"
 #include "platform/calendar/CalendarStores.h"
+#include "platform/freedesktop/AtSpiScreenReader.h"
 #include "platform/freedesktop/LogindWake.h"
+#include "platform/freedesktop/PortalAppearance.h"
 #include "platform/freedesktop/TrayHost.h"
 #include "platform/freedesktop/UrlScheme.h"
 #include "platform/freedesktop/XdgAutostartLoginItem.h"
 #include "platform/generic/GenericDesktop.h"
 #include "platform/generic/GenericPanelWindow.h"
+#include "platform/generic/PaletteAppearance.h"
 #include "platform/mpris/MprisMediaKeySink.h"
 #include "platform/notes/NotesLibrary.h"
 #include "platform/notes/ScriptRunners.h"
 #include "platform/x11/KeyboardFocus.h"
 #include "platform/x11/SelectionWatcher.h"
 #include "platform/x11/X11Desktop.h"
+#include "platform/x11/X11GlobalShortcut.h"
 #include "platform/x11/X11PanelWindow.h"
 #include "platform/x11/XWaylandDesktop.h"
 
@@ -37,8 +42,10 @@ namespace {
 /// Lets the host know of an X11 system tray (freedesktop.org System Tray Protocol).
 void watchClassicTray(TrayHost &host)
 {
-    auto *selection = new SelectionWatcher("_NET_SYSTEM_TRAY_S", &host);
-    const auto follow = [selection, &host] { host.setClassicTray(selection->hasOwner()); };
+    auto *selection = new SelectionWatcher("_NET_SYSTEM_TRAY_S", SelectionWatcher::Scope::screen, &host);
+    const auto follow = [selection, &host] {
+        host.setClassicTray(selection->hasOwner(), selection->ownerColor("_NET_SYSTEM_TRAY_COLORS"));
+    };
     QObject::connect(selection, &SelectionWatcher::ownerChanged, &host, follow);
     follow();
 }
@@ -61,6 +68,9 @@ void useX11(Backends &backends)
         return std::make_unique<X11PanelWindow>(std::move(window), *x11);
     };
     backends.desktop = std::move(desktop);
+    // A guest gets the keys only while one of the guests' windows has the keyboard.
+    if (!isXWayland())
+        backends.shortcut = std::make_unique<X11GlobalShortcut>();
     backends.activate = [](QWindow &window) {
         const X11Connection x11;
         KeyboardFocus(x11).give(static_cast<xcb_window_t>(window.winId()));
@@ -113,6 +123,9 @@ Backends makeBackends()
     Backends backends;
     backends.loginItem = std::make_unique<XdgAutostartLoginItem>(QCoreApplication::applicationFilePath());
     backends.tray = std::make_unique<TrayHost>(QDBusConnection::sessionBus());
+    backends.appearance = std::make_unique<PortalAppearance>(QDBusConnection::sessionBus(),
+                                                             std::make_unique<PaletteAppearance>());
+    backends.screenReader = std::make_unique<AtSpiScreenReader>();
     backends.mediaKeys = std::make_unique<MprisMediaKeySink>();
     backends.signIn = std::make_unique<BrowserAuthenticationSession>([](const QUrl &url) {
         registerUrlScheme(u"randblatt"_s, QCoreApplication::applicationFilePath());
@@ -121,6 +134,7 @@ Backends makeBackends()
     backends.calendar = makeCalendarStore();
     backends.wake = std::make_unique<LogindWake>(QDBusConnection::systemBus());
     backends.scripts = makeScriptRunner(NotesLibrary::defaultPath());
+    backends.shortcut = std::make_unique<GlobalShortcut>();
     const QString platform = QGuiApplication::platformName();
     if (platform == "xcb"_L1)
         useX11(backends);

@@ -10,9 +10,12 @@ namespace randblatt {
 class BrowserAuthenticationSession;
 class CalendarStore;
 class Desktop;
+class DesktopAppearance;
+class GlobalShortcut;
 class LoginItem;
 class MediaKeySink;
 class PanelWindow;
+class ScreenReader;
 class ScriptRunner;
 class SystemWake;
 class TrayHost;
@@ -27,7 +30,10 @@ struct Backends
 
     std::unique_ptr<LoginItem> loginItem;
     std::unique_ptr<Desktop> desktop;
+    std::unique_ptr<DesktopAppearance> appearance;
+    std::unique_ptr<ScreenReader> screenReader;
     std::unique_ptr<TrayHost> tray;
+    std::unique_ptr<GlobalShortcut> shortcut;
     std::unique_ptr<MediaKeySink> mediaKeys;
     std::unique_ptr<CalendarStore> calendar;
     std::unique_ptr<SystemWake> wake;

@@ -8,9 +8,12 @@
 #include "modules/todo/TodoModule.h"
 #include "platform/CalendarStore.h"
 #include "platform/Desktop.h"
+#include "platform/DesktopAppearance.h"
+#include "platform/GlobalShortcut.h"
 #include "platform/LoginItem.h"
 #include "platform/MediaKeySink.h"
 #include "platform/PanelWindow.h"
+#include "platform/ScreenReader.h"
 #include "platform/ScriptRunner.h"
 #include "platform/SystemWake.h"
 #include "platform/browser/BrowserAuthenticationSession.h"
@@ -19,40 +22,28 @@
 #include "settings/ModuleRegistry.h"
 #include "sidebar/SidebarPanel.h"
 #include "sidebar/SidebarUIState.h"
+#include "ui/controls/Voice.h"
+#include "ui/controls/Wishes.h"
 #include "ui/onboarding/OnboardingWindowController.h"
 #include "ui/settings/SettingsWindowController.h"
 
 #include <QApplication>
 #include <QDesktopServices>
+#include <QIcon>
 #include <QLibraryInfo>
 #include <QLoggingCategory>
-#include <QTimer>
+#include <QPalette>
 
 #include <algorithm>
 #include <array>
-#include <chrono>
-
-#include <malloc.h>
 
 namespace randblatt {
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace {
 
 Q_LOGGING_CATEGORY(lcApp, "quillbar.app")
-
-// By then the panel has slid in and everything is made.
-constexpr auto settled = 3s;
-
-/// Gives back what only the start needed; the allocator would keep it for as long as the program runs.
-void returnUnusedMemory()
-{
-#ifdef __GLIBC__
-    malloc_trim(0);
-#endif
-}
 
 } // namespace
 
@@ -61,35 +52,43 @@ RandblattApp::RandblattApp(SingleInstance &instance, WarmUp &warmUp)
     , m_preferences(Preferences::defaultPath())
     , m_backends(makeBackends())
     , m_settings(m_preferences, *m_backends.loginItem)
+    , m_shortcut(m_preferences, *m_backends.shortcut)
     , m_delegate({AppSettings::shared(), SidebarUIState::shared(), NotificationCenter::defaultCenter(),
                   *m_backends.desktop, [this] { return makeModules(); },
                   [this](ModuleRegistry &registry) { return panelFactory(registry); },
                   [this](ModuleRegistry &registry) { return makeSettingsWindow(registry); },
-                  [this] { return std::make_unique<OnboardingWindowController>(m_engine, m_settings); },
+                  [this] {
+                      useWindowIcon();
+                      return std::make_unique<OnboardingWindowController>(m_engine, m_settings);
+                  },
                   m_backends.activate})
     , m_statusBar(m_menu)
 {
+    Wishes::follow(m_backends.appearance.get());
+    Voice::use(m_backends.screenReader.get());
     connectMenu();
     connectInstance(instance);
 }
 
-RandblattApp::~RandblattApp() = default;
+RandblattApp::~RandblattApp()
+{
+    Wishes::follow(nullptr);
+    Voice::use(nullptr);
+}
 
 void RandblattApp::start()
 {
     m_views.finishImports();
     m_warmUp.finishGraphics();
     followStore();
+    followAppearance();
     m_delegate.applicationDidFinishLaunching();
     // While the first frame is drawn; the cards' contents come with the second.
     preloadModules();
-    const auto followTray = [this] {
-        if (m_backends.tray->isAvailable())
-            m_statusBar.showStatusItem();
-    };
-    connect(m_backends.tray.get(), &TrayHost::availableChanged, this, followTray);
+    connect(m_backends.tray.get(), &TrayHost::availableChanged, this, &RandblattApp::followTray);
+    connect(&m_menu, &MenuContent::paletteChanged, this, &RandblattApp::followTray);
     followTray();
-    QTimer::singleShot(settled, this, [] { returnUnusedMemory(); });
+    m_memory.returnLater();
 }
 
 void RandblattApp::followStore()
@@ -109,6 +108,15 @@ void RandblattApp::followStore()
             [](const QString &folder) { QDesktopServices::openUrl(QUrl::fromLocalFile(folder)); });
 }
 
+void RandblattApp::followAppearance()
+{
+    const auto follow = [this] {
+        m_delegate.panelController().setReducedMotion(m_backends.appearance->wishes().reducedMotion);
+    };
+    connect(m_backends.appearance.get(), &DesktopAppearance::wishesChanged, this, follow);
+    follow();
+}
+
 void RandblattApp::preloadModules()
 {
     const auto modules = m_delegate.registry().enabledModules();
@@ -121,6 +129,17 @@ void RandblattApp::connectMenu()
     connect(&m_menu, &MenuContent::showSidebarRequested, &m_delegate, &AppDelegate::showSidebar);
     connect(&m_menu, &MenuContent::openSettingsRequested, &m_delegate, &AppDelegate::openSettings);
     connect(&m_menu, &MenuContent::quitRequested, qApp, &QCoreApplication::quit);
+    connect(m_backends.shortcut.get(), &GlobalShortcut::activated, &m_delegate, &AppDelegate::toggleSidebar);
+    connect(&m_engine, &QQmlEngine::quit, qApp, &QCoreApplication::quit);
+    connect(&m_quitKey, &QuitKey::pressed, qApp, &QCoreApplication::quit);
+}
+
+void RandblattApp::followTray()
+{
+    const QColor text = QGuiApplication::palette().color(QPalette::WindowText);
+    m_statusBar.setColor(m_backends.tray->textColor().value_or(text));
+    if (m_backends.tray->isAvailable())
+        m_statusBar.showStatusItem();
 }
 
 void RandblattApp::connectInstance(SingleInstance &instance)
@@ -154,7 +173,9 @@ void RandblattApp::runAction(const QString &name)
     };
     const auto action =
         std::find_if(actions.begin(), actions.end(), [&](const Action &known) { return known.name == name; });
-    if (action == actions.end())
+    if (name == "quit"_L1)
+        QCoreApplication::quit();
+    else if (action == actions.end())
         qCWarning(lcApp, "Unbekannte Aktion: %ls", qUtf16Printable(name));
     else
         (m_delegate.*action->run)();
@@ -186,6 +207,16 @@ SidebarPanelController::PanelFactory RandblattApp::panelFactory(ModuleRegistry &
         const auto followBlur = [view, target = window.get()] { target->setBlurRegion(view->blurRegion()); };
         connect(view, &SidebarPanel::blurRegionChanged, view, followBlur);
         followBlur();
+        const auto followInput = [view, target = window.get()] {
+            target->setInputRegion(view->inputRegion());
+        };
+        connect(view, &SidebarPanel::inputRegionChanged, view, followInput);
+        followInput();
+        connect(m_backends.desktop.get(), &Desktop::pressed, view,
+                [view, target = window.get()](const QPointF &place) {
+                    const QRectF frame = target->frame();
+                    view->followPress({place.x() - frame.x(), frame.y() + frame.height() - place.y()});
+                });
         return window;
     };
 }
@@ -193,8 +224,17 @@ SidebarPanelController::PanelFactory RandblattApp::panelFactory(ModuleRegistry &
 std::unique_ptr<WindowController> RandblattApp::makeSettingsWindow(ModuleRegistry &registry)
 {
     installToolkitTranslations();
-    return std::make_unique<SettingsWindowController>(
-        m_engine, m_settings, registry, registry.module(u"spotify"_s), &m_preferences.health(), &m_backups);
+    useWindowIcon();
+    return std::make_unique<SettingsWindowController>(m_engine, m_settings, registry,
+                                                      registry.module(u"spotify"_s), &m_preferences.health(),
+                                                      &m_backups, &m_shortcut);
+}
+
+// Only ordinary windows show it, and drawing it takes time that the start has not got.
+void RandblattApp::useWindowIcon() const
+{
+    QGuiApplication::setWindowIcon(
+        QIcon::fromTheme(u"com.randblatt.Quillbar"_s, QIcon(u":/icons/com.randblatt.Quillbar.svg"_s)));
 }
 
 // Nothing but the colour dialog speaks in the toolkit's words: not before there can be one.

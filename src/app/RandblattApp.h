@@ -2,9 +2,12 @@
 
 #include "app/AppDelegate.h"
 #include "app/Backends.h"
+#include "app/IdleMemory.h"
+#include "app/QuitKey.h"
 #include "app/ViewPreloader.h"
 #include "settings/AppSettings.h"
 #include "settings/Preferences.h"
+#include "settings/ShortcutSetting.h"
 #include "settings/StoreBackups.h"
 #include "sidebar/MenuContent.h"
 #include "sidebar/StatusBarController.h"
@@ -36,8 +39,10 @@ public:
 
 private:
     void followStore();
+    void followAppearance();
     void preloadModules();
     void connectMenu();
+    void followTray();
     void connectInstance(SingleInstance &instance);
     void open(const QList<QUrl> &urls);
     void runAction(const QString &name);
@@ -45,6 +50,7 @@ private:
     [[nodiscard]] SidebarPanelController::PanelFactory panelFactory(ModuleRegistry &registry);
     [[nodiscard]] std::unique_ptr<WindowController> makeSettingsWindow(ModuleRegistry &registry);
     void installToolkitTranslations();
+    void useWindowIcon() const;
 
     WarmUp &m_warmUp;
     // First of all, since its other thread starts to read at once.
@@ -54,9 +60,12 @@ private:
     StoreBackups m_backups{m_preferences};
     Backends m_backends;
     AppSettings m_settings;
+    ShortcutSetting m_shortcut;
     std::array<QTranslator, 2> m_translators;
     AppDelegate m_delegate;
     MenuContent m_menu;
+    QuitKey m_quitKey;
+    IdleMemory m_memory;
     StatusBarController m_statusBar;
 };
 

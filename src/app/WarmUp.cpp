@@ -1,5 +1,7 @@
 #include "app/WarmUp.h"
 
+#include "platform/ExceptionText.h"
+
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QOpenGLContext>
@@ -14,7 +16,13 @@ namespace {
 template <typename Work>
 std::unique_ptr<QThread> started(Work work)
 {
-    std::unique_ptr<QThread> thread(QThread::create(work));
+    std::unique_ptr<QThread> thread(QThread::create([work] {
+        try {
+            work();
+        } catch (...) {
+            qWarning("Vorbereitung abgebrochen: %ls", qUtf16Printable(currentExceptionText()));
+        }
+    }));
     thread->start();
     return thread;
 }

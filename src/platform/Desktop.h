@@ -37,11 +37,19 @@ public:
     [[nodiscard]] virtual std::optional<Screen> mainScreen() const = 0;
     /// The pointer's position, or none where the desktop does not tell it.
     [[nodiscard]] virtual std::optional<QPointF> pointerLocation() const = 0;
+    /// Whether pointerLocation() tells it over the windows of others as well.
+    [[nodiscard]] virtual bool knowsPointerEverywhere() const { return true; }
     /// Whether pointerMoved() tells of every change of pointerLocation(), however it comes about.
     [[nodiscard]] virtual bool reportsPointerMotion() const { return false; }
+    /// Whether one of the mouse's buttons is held, wherever it was pressed, as far as the desktop tells.
+    [[nodiscard]] virtual bool isButtonHeld() const { return false; }
+    /// Whether something is on its way that may be dropped on a window.
+    [[nodiscard]] virtual bool isDragging() const { return false; }
     /// Names the areas in which the pointer's position is of interest, anew with every call. A desktop that
     /// tells the position only there may take the clicks there.
     virtual void watchPointer(const QList<PointerArea> &) {}
+    /// Whether pressed() is to be told.
+    virtual void watchPresses(bool) {}
     /// Whether translucent windows are blended with what lies behind them.
     [[nodiscard]] virtual bool isComposited() const = 0;
 
@@ -51,6 +59,8 @@ Q_SIGNALS:
     void compositedChanged();
     /// The pointer may have moved since pointerLocation() was last asked; told once until it is asked again.
     void pointerMoved();
+    /// A mouse button was pressed at this place, which may lie in a window of others.
+    void pressed(const QPointF &place);
 };
 
 } // namespace randblatt

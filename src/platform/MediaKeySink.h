@@ -1,28 +1,11 @@
 #pragma once
 
-#include <QPointF>
-
-#include <cstdint>
-
 namespace randblatt {
 
-/// One half of a press of a media key, as a keyboard's own media keys announce it.
-struct MediaKeyEvent
-{
-    int type = 0;
-    QPointF location;
-    std::uint32_t modifierFlags = 0;
-    double timestamp = 0.0;
-    int windowNumber = 0;
-    int subtype = 0;
-    /// The key's code in bits 16…31, its state below.
-    std::int64_t data1 = 0;
-    std::int64_t data2 = 0;
+/// A keyboard's media keys, with the codes that it has for them.
+enum class MediaKey { play = 16, next = 17, previous = 18 };
 
-    friend bool operator==(const MediaKeyEvent &, const MediaKeyEvent &) = default;
-};
-
-/// Takes the events of media keys and brings them to the application that plays.
+/// Takes presses of media keys and brings them to the application that plays.
 class MediaKeySink
 {
 public:
@@ -31,8 +14,8 @@ public:
     MediaKeySink(const MediaKeySink &) = delete;
     MediaKeySink &operator=(const MediaKeySink &) = delete;
 
-    /// Returns at once; an event that reaches nobody is dropped.
-    virtual void post(const MediaKeyEvent &event) = 0;
+    /// One press and release. Returns at once; a key that reaches nobody is dropped.
+    virtual void postMediaKey(MediaKey key) = 0;
 };
 
 } // namespace randblatt

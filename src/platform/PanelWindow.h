@@ -35,6 +35,9 @@ public:
     virtual void makeKey() = 0;
     /// Gives the keyboard back, if the window has it, to the window that had it before.
     virtual void resignKey() = 0;
+    /// The part of the window that takes pointer and clicks, in points from the window's upper left corner;
+    /// elsewhere they go to what lies below. The whole window until this is first called.
+    virtual void setInputRegion(const QRegion &) {}
     /// The part of the window behind which the desktop is to be blurred, in points from the window's upper
     /// left corner; empty for none. A wish that few desktops grant.
     virtual void setBlurRegion(const QRegion &) {}

@@ -306,7 +306,8 @@ void AppSettings::setEnabled(const QString &moduleID, bool enabled)
 
 void AppSettings::reconcileLoginItem()
 {
-    if (m_launchAtLogin == m_loginItem.isRegistered())
+    // What starts at login against the user's wish need not be this very program.
+    if (m_launchAtLogin ? m_loginItem.isRegistered() : !m_loginItem.hasEntry())
         return;
     const auto error = m_launchAtLogin ? m_loginItem.registerItem() : m_loginItem.unregisterItem();
     if (error)

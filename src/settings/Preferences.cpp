@@ -77,10 +77,7 @@ Preferences::~Preferences()
         // The last connection to be closed removes the log.
         const auto exclusive = m_file.isExclusive() ? m_file.connection() : nullptr;
         m_file.close();
-        m_worker.run([path = m_file.path(), exclusive] {
-            emptyLog(path, exclusive);
-            return StoreWorker::Answer();
-        });
+        m_worker.run([path = m_file.path(), exclusive] { return emptyLog(path, exclusive); });
     }
     m_worker.wait(lastCheckpoint);
 }
@@ -380,10 +377,10 @@ void Preferences::checkpoint()
     if (!m_file.isOnDisk() || !isOpen())
         return;
     const auto exclusive = m_file.isExclusive() ? m_file.connection() : nullptr;
-    m_worker.run([this, path = m_file.path(), exclusive, places = std::exchange(m_sinceCheckpoint, {})] {
-        const StoreResult result = emptyLog(path, exclusive);
-        return [this, result, places] { checkpointEnded(result, places); };
-    });
+    m_worker.run([path = m_file.path(), exclusive] { return emptyLog(path, exclusive); },
+                 [this, places = std::exchange(m_sinceCheckpoint, {})](StoreResult result) {
+                     checkpointEnded(result, places);
+                 });
 }
 
 void Preferences::checkpointEnded(StoreResult result, const QSet<StorePlace> &places)
@@ -410,16 +407,14 @@ bool Preferences::copyTo(const QString &target, const QObject *context,
     if (!m_file.isOnDisk() || !isOpen())
         return false;
     const auto exclusive = m_file.isExclusive() ? m_file.connection() : nullptr;
-    m_worker.run([this, path = m_file.path(), exclusive, target, guard = QPointer(context), ended] {
-        const StoreResult result = copyStore(path, exclusive, target);
-        return [this, result, guard, ended] {
-            // The copy read what nobody else reads again.
-            if (result == StoreResult::damaged)
-                checkpointEnded(result, {});
-            if (guard)
-                ended(result);
-        };
-    });
+    m_worker.run([path = m_file.path(), exclusive, target] { return copyStore(path, exclusive, target); },
+                 [this, guard = QPointer(context), ended](StoreResult result) {
+                     // The copy read what nobody else reads again.
+                     if (result == StoreResult::damaged)
+                         checkpointEnded(result, {});
+                     if (guard)
+                         ended(result);
+                 });
     return true;
 }
 

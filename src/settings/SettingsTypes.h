@@ -38,6 +38,10 @@ struct RawValue
     QLatin1StringView name;
 };
 
+// Compilers of a while ago do not find it for an aggregate.
+template <typename Enum>
+RawValue(Enum, QLatin1StringView) -> RawValue<Enum>;
+
 /// The cases of an enumeration in declaration order.
 template <typename Enum>
 inline constexpr std::array<RawValue<Enum>, 0> rawValues{};

@@ -3,6 +3,7 @@
 #include "settings/CardNotice.h"
 #include "settings/UndoHistory.h"
 
+#include <QList>
 #include <QObject>
 #include <QUrl>
 #include <QVariantMap>
@@ -55,6 +56,22 @@ public:
     [[nodiscard]] Q_INVOKABLE virtual randblatt::ViewDescription makeView() const = 0;
     /// What the module adds to its card's quick settings; empty for a module without a menu. White on dark.
     [[nodiscard]] Q_INVOKABLE virtual randblatt::ViewDescription makeQuickMenu() const { return {}; }
+
+    /// What the module would do with text, or these links, that are dropped on its card, in a few words for
+    /// the person who still holds them; empty where it takes no such thing.
+    [[nodiscard]] Q_INVOKABLE virtual QString dropOffer(bool hasText, const QList<QUrl> &urls) const
+    {
+        Q_UNUSED(hasText)
+        Q_UNUSED(urls)
+        return {};
+    }
+    /// Takes what was dropped. False if nothing of it was taken.
+    Q_INVOKABLE virtual bool takeDrop(const QString &text, const QList<QUrl> &urls)
+    {
+        Q_UNUSED(text)
+        Q_UNUSED(urls)
+        return false;
+    }
 
     /// What the card has to say about its data.
     [[nodiscard]] CardNotice *notice() const { return m_notice; }

@@ -329,10 +329,7 @@ int StoreFile::run(const char *sql)
 
 StoreResult StoreFile::result(int code)
 {
-    const StoreResult outcome = storeResult(code, m_database ? sqlite3_system_errno(m_database.get()) : 0);
-    if (outcome != StoreResult::ok)
-        m_message = QString::fromUtf8(m_database ? sqlite3_errmsg(m_database.get()) : sqlite3_errstr(code));
-    return outcome;
+    return storeResult(code, m_database ? sqlite3_system_errno(m_database.get()) : 0);
 }
 
 int StoreFile::waitForLock(void *file, int count)

@@ -56,8 +56,6 @@ public:
     [[nodiscard]] std::shared_ptr<sqlite3> connection() const { return m_database; }
     /// Whether no other connection can be made to the file while this one lives.
     [[nodiscard]] bool isExclusive() const { return m_sharing == Sharing::none && m_database != nullptr; }
-    /// What SQLite said last.
-    [[nodiscard]] QString lastMessage() const { return m_message; }
 
 private:
     enum class Sharing { memory, none };
@@ -93,7 +91,6 @@ private:
     Statement m_upsertSum;
     Statement m_deleteSum;
     std::chrono::steady_clock::time_point m_deadline;
-    QString m_message;
     QByteArray m_buffer;
     /// Of a copy that is read in place of the file.
     std::unique_ptr<QTemporaryDir> m_copy;

@@ -1,5 +1,9 @@
 #include "settings/StoreWorker.h"
 
+#include "platform/ExceptionText.h"
+
+#include <QLoggingCategory>
+
 #include <condition_variable>
 #include <deque>
 #include <mutex>
@@ -9,11 +13,28 @@
 
 namespace randblatt {
 
+namespace {
+
+Q_LOGGING_CATEGORY(lcWorker, "quillbar.preferences")
+
+/// The thread's edge: no exception goes further.
+StoreResult resultOf(const StoreWorker::Job &job)
+{
+    try {
+        return job();
+    } catch (...) {
+        qCCritical(lcWorker, "Auftrag abgebrochen: %ls", qUtf16Printable(currentExceptionText()));
+        return StoreResult::unavailable;
+    }
+}
+
+} // namespace
+
 struct StoreWorker::State
 {
     std::mutex mutex;
     std::condition_variable ended;
-    std::deque<Job> jobs;
+    std::deque<std::pair<Job, Answer>> jobs;
     bool isRunning = false;
     // Null once nobody waits for answers any more.
     QObject *receiver = nullptr;
@@ -22,13 +43,14 @@ struct StoreWorker::State
     {
         std::unique_lock lock(mutex);
         while (!jobs.empty()) {
-            const Job job = std::exchange(jobs.front(), {});
+            const auto [job, answer] = std::exchange(jobs.front(), {});
             jobs.pop_front();
             lock.unlock();
-            Answer answer = job();
+            const StoreResult result = resultOf(job);
             lock.lock();
             if (receiver != nullptr && answer)
-                QMetaObject::invokeMethod(receiver, std::move(answer), Qt::QueuedConnection);
+                QMetaObject::invokeMethod(
+                    receiver, [answer = answer, result] { answer(result); }, Qt::QueuedConnection);
         }
         isRunning = false;
         ended.notify_all();
@@ -48,11 +70,11 @@ StoreWorker::~StoreWorker()
     m_state->jobs.clear();
 }
 
-void StoreWorker::run(Job job)
+void StoreWorker::run(Job job, Answer answer)
 {
     {
         const std::scoped_lock lock(m_state->mutex);
-        m_state->jobs.push_back(std::move(job));
+        m_state->jobs.emplace_back(std::move(job), std::move(answer));
         if (std::exchange(m_state->isRunning, true))
             return;
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "settings/StoreResult.h"
+
 #include <QObject>
 
 #include <chrono>
@@ -14,9 +16,9 @@ namespace randblatt {
 class StoreWorker
 {
 public:
+    using Job = std::function<StoreResult()>;
     /// Called on the worker's own thread when the job has ended.
-    using Answer = std::function<void()>;
-    using Job = std::function<Answer()>;
+    using Answer = std::function<void(StoreResult)>;
 
     StoreWorker();
     /// Drops the jobs that have not begun, and all answers.
@@ -25,8 +27,8 @@ public:
     StoreWorker &operator=(const StoreWorker &) = delete;
 
     /// Appends a job. What it uses it must hold itself, as it may outlive its owner. Where no thread can be
-    /// made it runs at once.
-    void run(Job job);
+    /// made it runs at once. One that throws is logged, and its result is StoreResult::unavailable.
+    void run(Job job, Answer answer = {});
     [[nodiscard]] bool isIdle() const;
     /// Until all jobs have ended, or the time is over; whether they have. Their answers come with the events.
     bool wait(std::chrono::milliseconds longest);

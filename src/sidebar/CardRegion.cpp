@@ -17,38 +17,38 @@ double inset(double distance, double radius)
     return radius - std::sqrt(radius * radius - height * height);
 }
 
-QRegion roundedRegion(const QRect &card)
+} // namespace
+
+QRegion roundedRegion(const QRect &rect, double cornerRadius)
 {
-    const double radius = std::min({cardRadius, card.width() / 2.0, card.height() / 2.0});
+    const double radius = std::min({cornerRadius, rect.width() / 2.0, rect.height() / 2.0});
     QRegion region;
     // Rows of the same width become one rectangle: a blur is asked for by rectangles.
     int first = 0;
     int present = 0;
     const auto close = [&](int end) {
-        region += QRect(card.x() + present, card.y() + first, card.width() - 2 * present, end - first);
+        region += QRect(rect.x() + present, rect.y() + first, rect.width() - 2 * present, end - first);
     };
-    for (int row = 0; row < card.height(); ++row) {
+    for (int row = 0; row < rect.height(); ++row) {
         const double middle = row + 0.5;
         const int next =
-            static_cast<int>(std::lround(inset(std::min(middle, card.height() - middle), radius)));
+            static_cast<int>(std::lround(inset(std::min(middle, rect.height() - middle), radius)));
         if (row > 0 && next != present) {
             close(row);
             first = row;
         }
         present = next;
     }
-    if (card.height() > 0)
-        close(card.height());
+    if (rect.height() > 0)
+        close(rect.height());
     return region;
 }
-
-} // namespace
 
 QRegion cardRegion(const QList<QRectF> &cards, const QSize &window)
 {
     QRegion region;
     for (const QRectF &card : cards)
-        region += roundedRegion(card.toRect());
+        region += roundedRegion(card.toRect(), cardRadius);
     return region & QRect(QPoint(), window);
 }
 

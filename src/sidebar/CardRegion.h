@@ -13,4 +13,7 @@ inline constexpr double cardRadius = 18.0;
 /// that are covered by half or more belong to it.
 [[nodiscard]] QRegion cardRegion(const QList<QRectF> &cards, const QSize &window);
 
+/// The same of one rectangle with corners of any radius.
+[[nodiscard]] QRegion roundedRegion(const QRect &rect, double cornerRadius);
+
 } // namespace randblatt

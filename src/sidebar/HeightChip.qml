@@ -4,18 +4,19 @@ import QtQuick.Templates as T
 import Randblatt.Controls
 
 // One height preset of the quick settings.
-T.AbstractButton {
+T.RadioButton {
     id: root
 
+    required property bool chosen
     property color accent: "#8c73ff"
 
     objectName: "heightChip"
     implicitHeight: label.implicitHeight + 2 * 5
     focusPolicy: Qt.TabFocus
-    Accessible.role: Accessible.RadioButton
+    checked: chosen
     Accessible.name: text
-    Accessible.checked: checked
     Accessible.onPressAction: root.clicked()
+    Accessible.onToggleAction: root.clicked()
     Keys.onReturnPressed: root.clicked()
     Keys.onEnterPressed: root.clicked()
 
@@ -24,7 +25,7 @@ T.AbstractButton {
 
         text: root.text
         color: "white"
-        font.pixelSize: 11
+        font.pixelSize: Metrics.sized(11)
         font.weight: Font.Medium
         horizontalAlignment: Text.AlignHCenter
         verticalAlignment: Text.AlignVCenter
@@ -32,7 +33,7 @@ T.AbstractButton {
 
     background: Rectangle {
         radius: 7
-        color: root.checked ? Qt.rgba(root.accent.r, root.accent.g, root.accent.b, 0.5)
+        color: root.chosen ? Qt.rgba(root.accent.r, root.accent.g, root.accent.b, 0.5)
                             : Qt.rgba(1, 1, 1, root.hovered ? 0.18 : 0.12)
 
         FocusRing {

@@ -39,6 +39,11 @@ void HoverManager::hold(Cause cause)
     wake();
 }
 
+bool HoverManager::isPeeking() const
+{
+    return m_hold && m_hold->cause == Cause::peek && !m_typedUntil && !m_controller.isAnimatingOut();
+}
+
 void HoverManager::startHold()
 {
     if (m_hold && !m_hold->until)
@@ -81,6 +86,7 @@ void HoverManager::tick()
 {
     const TimePoint now = m_clock();
     m_isPointerStill = true;
+    m_awaitsRelease = false;
     evaluate();
     if (!m_gridOrigin)
         return;
@@ -114,6 +120,7 @@ void HoverManager::wakeOnChanges()
     connect(&m_uiState, &SidebarUIState::keepOpenChanged, this, &HoverManager::wake);
     connect(&m_uiState, &SidebarUIState::hasKeyboardChanged, this, &HoverManager::wake);
     connect(&m_uiState, &SidebarUIState::isComposingChanged, this, &HoverManager::wake);
+    connect(&m_uiState, &SidebarUIState::isPressedChanged, this, &HoverManager::wake);
     connect(&m_uiState, &SidebarUIState::typed, this, &HoverManager::followTyping);
     connect(&m_controller, &SidebarPanelController::isVisibleChanged, this, &HoverManager::letGo);
     connect(&m_controller, &SidebarPanelController::isVisibleChanged, this, &HoverManager::wake);
@@ -145,11 +152,11 @@ bool HoverManager::canRest(TimePoint now) const
 {
     // A second look at a pointer that moved, before its rest is believed: the desktop may tell of its next
     // movement only some time after the last.
-    if (!m_desktop.reportsPointerMotion() || !m_isPointerStill || m_pendingSince)
+    if (!m_desktop.reportsPointerMotion() || !m_isPointerStill || m_pendingSince || m_awaitsRelease)
         return false;
     if (!m_controller.isVisible())
         return !m_settings.alwaysVisible();
-    return !m_controller.isAnimatingOut() && !holdEndsByTime(now);
+    return !m_controller.isAnimatingOut() && !holdEndsByTime(now) && !m_uiState.isPressed();
 }
 
 bool HoverManager::holdEndsByTime(TimePoint now) const
@@ -177,6 +184,9 @@ void HoverManager::checkHide()
 {
     if (m_uiState.keepOpen() || !m_controller.currentScreen())
         return;
+    // The panel may not hear of the end, where its surface went in between.
+    if (m_uiState.isPressed() && m_desktop.isButtonHeld())
+        return;
     const auto point = readPointer();
     if (isAtPanel(point)) {
         m_hold.reset();
@@ -202,7 +212,7 @@ bool HoverManager::isAtPanel(const std::optional<QPointF> &point) const
     if (!point || !screen)
         return false;
     const double width = limitedPanelWidth(m_settings.panelWidth(), screen->visibleFrame);
-    return isInPanelArea(screen->visibleFrame, m_settings.sidebarSide(), width, *point) ||
+    return isInPanelArea(*screen, m_settings.sidebarSide(), width, *point) ||
            zone().contains(screen->frame, *point);
 }
 
@@ -219,6 +229,15 @@ void HoverManager::checkReveal()
         m_pendingScreen.reset();
         return;
     }
+    const bool isDragging = m_desktop.isDragging();
+    m_awaitsRelease = !isDragging && m_desktop.isButtonHeld();
+    if (m_awaitsRelease) {
+        // The delay begins with the release. A screen whose panel was put away stays remembered.
+        if (m_pendingSince)
+            m_pendingScreen.reset();
+        m_pendingSince.reset();
+        return;
+    }
     if (m_pendingScreen != screen->id) {
         m_pendingScreen = screen->id;
         m_pendingSince = m_clock();
@@ -228,7 +247,9 @@ void HoverManager::checkReveal()
     const std::chrono::duration<double> rested = m_clock() - *m_pendingSince;
     if (rested.count() < m_settings.revealDelay())
         return;
-    m_controller.show(*screen);
+    // A keyboard that went elsewhere would end the drag in some programs.
+    m_controller.show(*screen, isDragging ? SidebarPanelController::Keyboard::leave
+                                          : SidebarPanelController::Keyboard::take);
     m_pendingSince.reset();
 }
 

@@ -16,8 +16,11 @@ class Desktop;
 class SidebarPanelController;
 class SidebarUIState;
 
-/// The edge trigger: decides on every tick, from the pointer's position alone, whether the panel is revealed
-/// or put away.
+/// The edge trigger: decides on every tick, from the pointer alone, whether the panel is revealed or put
+/// away.
+///
+/// A button that is held elsewhere, as by somebody who moves a window to the edge, reveals nothing, but what
+/// is on its way to be dropped does; one that was pressed in the panel keeps it up until it is let go.
 ///
 /// Where the desktop reports the pointer's motion, the ticks rest while another one could change nothing;
 /// they stay on their grid, so that every decision falls in the tick in which it would have fallen without a
@@ -53,6 +56,8 @@ public:
     /// panel goes, and when the pointer comes to it: from then on the pointer decides. Typing holds a panel
     /// however it came up.
     void hold(Cause cause);
+    /// Whether the panel is up for a peek and nobody has come to it.
+    [[nodiscard]] bool isPeeking() const;
 
 private:
     void evaluate();
@@ -85,6 +90,8 @@ private:
     std::optional<QPointF> m_pointer;
     /// Whether the last tick found the pointer where the one before had, or did not ask.
     bool m_isPointerStill = false;
+    /// Whether the last tick found a button held in the zone, with nothing to drop.
+    bool m_awaitsRelease = false;
     std::optional<TimePoint> m_pendingSince;
     /// Id of the screen on which the pending reveal started. It survives the reveal, so that a panel closed
     /// by other means stays closed until the pointer has left the zone once.

@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Templates as T
 
 import Randblatt.Controls
 import Randblatt.Settings
@@ -21,10 +22,12 @@ FocusScope {
     property bool isOnScreen: true
 
     readonly property bool showQuick: quick.shown
+    // Where the quick settings lie over the card; empty while they are not there.
+    readonly property rect quickArea: quick.visible ? Qt.rect(quick.x, quick.y, quick.width, quick.height) : Qt.rect(0, 0, 0, 0)
     readonly property Item view: viewLoader.item as Item
     readonly property CardAppearance appearance: CardAppearance {
         textWhite: root.config.textWhite
-        textScale: root.limitedTextScale(root.config.textScale)
+        textScale: root.limitedTextScale(root.config.textScale) * Wishes.textScale
     }
 
     signal openSettingsRequested
@@ -34,25 +37,44 @@ FocusScope {
     function setQuick(open: bool): void {
         if (quick.shown === open)
             return
+        const former = open ? root.Window.activeFocusItem : quick.former
         quick.shown = open
         root.quickChanged(open)
-        if (open)
+        if (open) {
+            quick.former = root.holds(former) ? former : null
             quick.place()
-        else
-            root.forceActiveFocus()
+        } else {
+            Focus.give(quick.former ?? viewLoader)
+        }
     }
 
-    function openQuickByKeyboard(): void {
-        root.setQuick(true)
-        quick.takeFocus(Qt.TabFocusReason)
+    // Gives the keyboard to what had it in the card, or else to its first control.
+    function enter(): void {
+        Focus.give(viewLoader)
+        const item = root.Window.activeFocusItem
+        if (item === null || item as T.Control !== null || item.activeFocusOnTab)
+            return
+        const first = item.nextItemInFocusChain(true)
+        if (root.holds(first))
+            Focus.give(first)
+    }
+
+    function holds(item: Item): bool {
+        for (let ancestor = item; ancestor; ancestor = ancestor.parent) {
+            if (ancestor === root)
+                return true
+        }
+        return false
     }
 
     // Takes the card's latest deletion or overwriting back. The keyboard stays in the card.
     function undo(): bool {
         const hadFocus = root.activeFocus
         const undone = root.module.undoHistory.undo()
+        if (undone)
+            Voice.say(root, "Rückgängig gemacht")
         if (hadFocus && !root.activeFocus)
-            viewLoader.forceActiveFocus(Qt.OtherFocusReason)
+            Focus.give(viewLoader)
         return undone
     }
 
@@ -73,11 +95,19 @@ FocusScope {
             root.quickChanged(false)
     }
 
-    Keys.onMenuPressed: root.openQuickByKeyboard()
+    Keys.onMenuPressed: root.setQuick(true)
     Keys.onPressed: event => {
         if (event.key === Qt.Key_F10 && (event.modifiers & Qt.ShiftModifier)) {
-            root.openQuickByKeyboard()
+            root.setQuick(true)
             event.accepted = true
+        }
+    }
+
+    Connections {
+        target: root.appearance
+
+        function onOptionsRequested(): void {
+            root.setQuick(true)
         }
     }
 
@@ -86,8 +116,20 @@ FocusScope {
         config: root.config
         corner: 18
         opaque: !root.composited
-        animated: root.isOnScreen
+        animated: root.isOnScreen && !Wishes.reducedMotion
         isComplete: root.isReady
+
+        Loader {
+            objectName: "veil"
+            anchors.fill: parent
+            active: root.appearance.highContrast
+            sourceComponent: Rectangle {
+                radius: 18
+                color: root.appearance.veil
+                border.width: 1
+                border.color: root.appearance.rim
+            }
+        }
 
         RightClickCatcher {
             anchors.fill: parent
@@ -188,26 +230,30 @@ FocusScope {
         }
     }
 
+    CardDrop {
+        anchors.fill: parent
+        module: root.module
+        tint: root.tint
+    }
+
     Loader {
         id: quick
 
         property bool shown: false
         property real progress: shown ? 1 : 0
+        // What in the card had the keyboard before.
+        property Item former: null
 
         // Over the card, but wholly within what is seen of the sidebar.
         function place(): void {
             const top = root.mapToItem(root.viewport, 0, 0).y
             const lowest = root.viewport.height - height - 8
             y = Math.max(8, Math.min(top + 12, lowest)) - top
-            takeFocus(Qt.MouseFocusReason)
-        }
-
-        function takeFocus(reason: int): void {
-            (item as Item).forceActiveFocus(reason)
+            Focus.give(item as Item)
         }
 
         anchors.horizontalCenter: parent.horizontalCenter
-        width: Math.min(298, root.width - 16)
+        width: Math.min(Metrics.sized(298), root.width - 16)
         active: shown || progress > 0.01
         visible: active
         opacity: Math.min(1, Math.max(0, progress))
@@ -217,6 +263,8 @@ FocusScope {
 
         // A spring of response 0.3 s and damping fraction 0.85, in this animation's unit of 16 ms steps.
         Behavior on progress {
+            enabled: !Wishes.reducedMotion
+
             SpringAnimation {
                 spring: 7.0
                 damping: 0.57

@@ -1,8 +1,10 @@
 #include "sidebar/PanelKeyboard.h"
 
+#include "sidebar/PanelPopups.h"
 #include "sidebar/SidebarUIState.h"
 
 #include <QKeyEvent>
+#include <QLoggingCategory>
 #include <QQuickItem>
 #include <QQuickView>
 
@@ -10,25 +12,12 @@ namespace randblatt {
 
 namespace {
 
+Q_LOGGING_CATEGORY(lcPanel, "quillbar.panel", QtInfoMsg)
+
 /// Whether a key does nothing by itself: pressed for a shortcut of the desktop's, it means nothing here.
 bool isModifier(int key)
 {
     return key >= Qt::Key_Shift && key <= Qt::Key_ScrollLock;
-}
-
-/// Closes menus and what else lies over the views, which would have the keyboard for themselves.
-void closePopups(QQuickWindow &window)
-{
-    const auto overlays = window.contentItem()->childItems();
-    for (const QQuickItem *overlay : overlays) {
-        if (!overlay->inherits("QQuickOverlay"))
-            continue;
-        const auto items = overlay->childItems();
-        for (const QQuickItem *item : items) {
-            if (QObject *popup = item->parent(); popup && popup->inherits("QQuickPopup"))
-                QMetaObject::invokeMethod(popup, "close");
-        }
-    }
 }
 
 /// Takes the keyboard from what would get it with the window, unless it is a text.
@@ -54,8 +43,11 @@ PanelKeyboard::PanelKeyboard(QQuickView &window, SidebarUIState &uiState, QObjec
     , m_uiState(uiState)
 {
     m_window.installEventFilter(this);
-    connect(&m_window, &QWindow::activeChanged, this,
-            [this] { m_uiState.setHasKeyboard(m_window.isActive()); });
+    connect(&m_window, &QWindow::activeChanged, this, [this] {
+        if (m_window.isActive())
+            qCDebug(lcPanel, "Tastatur da");
+        m_uiState.setHasKeyboard(m_window.isActive());
+    });
     connect(&m_window, &QWindow::focusObjectChanged, this, &PanelKeyboard::followFocus);
     m_uiState.setHasKeyboard(m_window.isActive());
     followFocus(m_window.focusObject());

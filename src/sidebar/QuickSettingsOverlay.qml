@@ -26,26 +26,32 @@ T.Pane {
 
     objectName: "quickSettings"
     padding: 14
-    implicitWidth: 298
+    implicitWidth: Metrics.sized(298)
     implicitHeight: contentItem.implicitHeight + 2 * padding
     focusPolicy: Qt.NoFocus
     Accessible.role: Accessible.Dialog
     Accessible.name: "Optionen"
     Keys.onEscapePressed: root.close()
 
+    FocusTrap {
+        scope: root
+    }
+
     contentItem: Column {
         spacing: 10
 
         Item {
             width: parent.width
-            height: 20
+            height: Metrics.sized(20)
 
             Text {
                 anchors.verticalCenter: parent.verticalCenter
                 text: "Optionen"
                 color: "white"
-                font.pixelSize: 13
+                font.pixelSize: Metrics.sized(13)
                 font.bold: true
+                Accessible.role: Accessible.Heading
+                Accessible.name: text
             }
 
             PlainButton {
@@ -71,13 +77,17 @@ T.Pane {
         Text {
             text: "Höhe"
             color: Qt.rgba(1, 1, 1, 0.6)
-            font.pixelSize: 11
+            font.pixelSize: Metrics.sized(11)
             font.weight: Font.DemiBold
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
         }
 
         Row {
             id: chipRow
 
+            Accessible.role: Accessible.Grouping
+            Accessible.name: "Höhe"
             width: parent.width
             spacing: 6
 
@@ -92,7 +102,7 @@ T.Pane {
                     focus: index === 0
                     width: (chipRow.width - 3 * chipRow.spacing) / 4
                     text: modelData.label
-                    checked: Math.abs(root.cardHeight - modelData.height) < 1.0
+                    chosen: Math.abs(root.cardHeight - modelData.height) < 1.0
                     accent: root.accent
                     onClicked: root.settings.setHeight(modelData.height, root.module.id)
                 }

@@ -1,5 +1,7 @@
 import QtQuick
 
+import Randblatt.Controls
+
 // Shows where a flickable is while it scrolls.
 Rectangle {
     id: root
@@ -16,7 +18,7 @@ Rectangle {
 
     Behavior on opacity {
         NumberAnimation {
-            duration: 200
+            duration: Metrics.duration(200)
         }
     }
 }

@@ -9,12 +9,13 @@ ThemedGlass {
 
     readonly property CardAppearance appearance: CardAppearance {
         textWhite: root.config.textWhite
+        textScale: Wishes.textScale
     }
 
     signal openSettingsRequested
 
-    width: 280
-    height: 168
+    width: Metrics.sized(280)
+    height: Metrics.sized(168)
     corner: 18
 
     Column {

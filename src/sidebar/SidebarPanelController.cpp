@@ -6,12 +6,15 @@
 #include "sidebar/PanelGeometry.h"
 
 #include <QEasingCurve>
+#include <QLoggingCategory>
 
 #include <algorithm>
 
 namespace randblatt {
 
 namespace {
+
+Q_LOGGING_CATEGORY(lcPanel, "quillbar.panel", QtInfoMsg)
 
 // The way out is shorter than the way in and has the opposite curve.
 constexpr int slideInMilliseconds = 220;
@@ -64,10 +67,12 @@ SidebarPanelController::SidebarPanelController(AppSettings &settings, Desktop &d
 
 SidebarPanelController::~SidebarPanelController() = default;
 
-void SidebarPanelController::show(const Screen &screen)
+void SidebarPanelController::show(const Screen &screen, Keyboard keyboard)
 {
     const PanelGeometry geometry = panelGeometry(screen.visibleFrame, m_settings.sidebarSide(),
                                                  m_settings.panelWidth(), m_settings.panelHeightFraction());
+    if (!m_isVisible)
+        qCDebug(lcPanel, "Einblenden");
     if (!m_panel)
         m_panel = m_makePanel(geometry.shown.size());
     if (!m_panel)
@@ -80,7 +85,7 @@ void SidebarPanelController::show(const Screen &screen)
         m_panel->setAlpha(0.0);
         m_panel->orderFront();
     }
-    if (!m_settings.alwaysVisible())
+    if (!m_settings.alwaysVisible() && keyboard == Keyboard::take)
         m_panel->makeKey();
     setVisible(true);
     start({m_panel, m_panel->frame(), geometry.shown, m_panel->alpha(), 1.0}, slideInMilliseconds, easeOut());
@@ -107,6 +112,12 @@ void SidebarPanelController::dismiss()
         m_panel->resignKey();
 }
 
+void SidebarPanelController::takeKeyboard()
+{
+    if (m_panel && m_isVisible)
+        m_panel->makeKey();
+}
+
 void SidebarPanelController::tearDown()
 {
     if (!m_isAnimatingOut) {
@@ -117,6 +128,13 @@ void SidebarPanelController::tearDown()
         m_panel->orderOut();
     m_panel.reset();
     setVisible(false);
+}
+
+void SidebarPanelController::setReducedMotion(bool reduced)
+{
+    m_reducedMotion = reduced;
+    if (reduced && m_animation.state() == QAbstractAnimation::Running)
+        m_animation.setCurrentTime(m_animation.duration());
 }
 
 std::optional<Screen> SidebarPanelController::currentScreen() const
@@ -134,7 +152,8 @@ void SidebarPanelController::start(Slide slide, int milliseconds, const QEasingC
     m_animation.stop();
     // With another duration or curve the animation is elsewhere at once, where it was left the last time.
     m_slide = {};
-    m_animation.setDuration(milliseconds);
+    // With no time at all it would end before it has started, and its followers would hear of the end first.
+    m_animation.setDuration(m_reducedMotion ? 1 : milliseconds);
     m_animation.setEasingCurve(easing);
     m_slide = std::move(slide);
     m_animation.start();

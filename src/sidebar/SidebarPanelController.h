@@ -32,16 +32,24 @@ public:
                            QObject *parent = nullptr);
     ~SidebarPanelController() override;
 
+    /// What a panel does with the keyboard when it is shown.
+    enum class Keyboard { take, leave };
+
     /// Slides the panel in on `screen`, also from the middle of its way out, or across from another screen.
-    /// It takes the keyboard unless it is to be always visible.
-    void show(const Screen &screen);
+    /// One that is to be always visible never takes the keyboard.
+    void show(const Screen &screen, Keyboard keyboard = Keyboard::take);
     /// Slides the panel out; nothing while it is hidden or on its way out.
     void hide();
     /// The user is done with the panel: it slides out or, where it is to be always visible, gives the
     /// keyboard back.
     void dismiss();
+    /// Gives the panel the keyboard, also where it is to be always visible; nothing while it is hidden.
+    void takeKeyboard();
     /// Hides and discards the panel at once; the next show makes a new one.
     void tearDown();
+
+    /// Whether the panel is to be where it is sent at once, without a slide; one that is under way ends.
+    void setReducedMotion(bool reduced);
 
     /// From the start of a show to the end of the slide out.
     [[nodiscard]] bool isVisible() const { return m_isVisible; }
@@ -86,6 +94,7 @@ private:
     std::shared_ptr<PanelWindow> m_panel;
     bool m_isVisible = false;
     bool m_isAnimatingOut = false;
+    bool m_reducedMotion = false;
     QString m_currentScreenID;
     Slide m_slide;
     QVariantAnimation m_animation;

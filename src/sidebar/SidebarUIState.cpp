@@ -32,4 +32,12 @@ void SidebarUIState::setComposing(bool isComposing)
     Q_EMIT isComposingChanged();
 }
 
+void SidebarUIState::setPressed(bool isPressed)
+{
+    if (m_isPressed == isPressed)
+        return;
+    m_isPressed = isPressed;
+    Q_EMIT isPressedChanged();
+}
+
 } // namespace randblatt

@@ -31,6 +31,10 @@ public:
     [[nodiscard]] bool isComposing() const { return m_isComposing; }
     void setComposing(bool isComposing);
 
+    /// Whether a mouse button that was pressed in the panel has not been let go, as far as the panel knows.
+    [[nodiscard]] bool isPressed() const { return m_isPressed; }
+    void setPressed(bool isPressed);
+
     /// Something is being typed in the panel, text or not.
     void noteTyping() { Q_EMIT typed(); }
 
@@ -38,6 +42,7 @@ Q_SIGNALS:
     void keepOpenChanged();
     void hasKeyboardChanged();
     void isComposingChanged();
+    void isPressedChanged();
     /// Comes before the key reaches its view.
     void typed();
 
@@ -45,6 +50,7 @@ private:
     bool m_keepOpen = false;
     bool m_hasKeyboard = false;
     bool m_isComposing = false;
+    bool m_isPressed = false;
 };
 
 } // namespace randblatt

@@ -18,15 +18,37 @@ FocusScope {
     readonly property var cardShapes: root.shapes(false)
     // The places of the frosted cards, for a desktop that can blur what lies behind them.
     readonly property var blurShapes: root.shapes(true)
+    // The place of the quick settings that are open; empty while none are.
+    readonly property rect quickShape: {
+        const area = root.quickCard === null ? Qt.rect(0, 0, 0, 0) : root.quickCard.quickArea
+        return area.width === 0 ? area : Qt.rect(column.x + area.x,
+            column.y + root.quickCard.y + area.y - flickable.contentY, area.width, area.height)
+    }
     readonly property bool isOnScreen: Window.visibility !== Window.Hidden
     // The panel starts to slide in before it has its contents: they come with the second frame.
     property bool hasShownAFrame: false
+    // The accent that was typed while nothing has the keyboard, and waits for its letter.
+    property string accent
+
     // The card whose quick settings are open; null while none are.
     property ModuleWindow quickCard: null
 
     signal openSettingsRequested
     // The user is done with the panel.
     signal dismissRequested
+
+    // The combining accents of the keys that wait for a letter. A text field knows them by itself, but does not hear
+    // of a key that came before it had the keyboard.
+    readonly property var accents: ({
+        [Qt.Key_Dead_Grave]: "\u0300",
+        [Qt.Key_Dead_Acute]: "\u0301",
+        [Qt.Key_Dead_Circumflex]: "\u0302",
+        [Qt.Key_Dead_Tilde]: "\u0303",
+        [Qt.Key_Dead_Diaeresis]: "\u0308",
+        [Qt.Key_Dead_Abovering]: "\u030a",
+        [Qt.Key_Dead_Caron]: "\u030c",
+        [Qt.Key_Dead_Cedilla]: "\u0327"
+    })
 
     function shapes(frostedOnly: bool): var {
         if (emptyState.active)
@@ -57,6 +79,41 @@ FocusScope {
             quickCard = card
         else if (quickCard === card)
             quickCard = null
+    }
+
+    // Closes the quick settings; whether any were open.
+    function closeQuick(): bool {
+        const card = quickCard
+        if (card !== null)
+            card.setQuick(false)
+        return card !== null
+    }
+
+    // The card that has the keyboard, or -1.
+    function focusedCard(): int {
+        for (let i = 0; i < cards.count; ++i) {
+            if (cards.itemAt(i)?.activeFocus)
+                return i
+        }
+        return -1
+    }
+
+    // Gives the keyboard to the card that is `step` cards on, or to the first or last where none has it.
+    function goToCard(step: int): void {
+        const present = focusedCard()
+        const next = present < 0 ? (step > 0 ? 0 : cards.count - 1) : (present + step + cards.count) % cards.count
+        const card = cards.itemAt(next) as ModuleWindow
+        if (card !== null) {
+            card.enter()
+            revealing.wholly = true
+            revealing.restart()
+        }
+    }
+
+    function openQuick(): void {
+        const card = cards.itemAt(Math.max(0, focusedCard())) as ModuleWindow
+        if (card !== null)
+            card.setQuick(true)
     }
 
     // Takes back the latest change of the card that has the keyboard, or, if it has none, the latest of all.
@@ -100,24 +157,36 @@ FocusScope {
 
     // What is open in the cards has had the key before.
     Keys.onEscapePressed: {
-        if (quickCard !== null)
-            quickCard.setQuick(false)
-        else
+        if (!root.closeQuick())
             dismissRequested()
     }
+    Keys.onMenuPressed: openQuick()
     Keys.onPressed: event => {
+        if (event.key === Qt.Key_F10 && event.modifiers === Qt.ShiftModifier) {
+            openQuick()
+            event.accepted = true
+            return
+        }
+        if (event.key in root.accents) {
+            root.accent = root.accents[event.key]
+            event.accepted = true
+            return
+        }
         const typed = event.text.length > 0 && event.text.charCodeAt(0) > 0x20 && event.text.charCodeAt(0) !== 0x7f
         const target = typed && !(event.modifiers & (Qt.ControlModifier | Qt.AltModifier)) ? root.typingTarget() : null
         if (target !== null) {
-            root.typeInto(target, event.text)
+            // An accent and its letter are one sign where there is one.
+            root.typeInto(target, (event.text + root.accent).normalize("NFC"))
             event.accepted = true
         }
+        if (event.text.length > 0)
+            root.accent = ""
     }
 
     Window.onActiveFocusItemChanged: revealing.restart()
     onIsOnScreenChanged: {
-        if (!isOnScreen && quickCard !== null)
-            quickCard.setQuick(false)
+        if (!isOnScreen)
+            root.closeQuick()
     }
 
     // Once the key or click has done its work, and the cursor is where it belongs.
@@ -168,6 +237,16 @@ FocusScope {
     Shortcut {
         sequence: "Ctrl+,"
         onActivated: root.openSettingsRequested()
+    }
+
+    Shortcut {
+        sequence: "F6"
+        onActivated: root.goToCard(1)
+    }
+
+    Shortcut {
+        sequence: "Shift+F6"
+        onActivated: root.goToCard(-1)
     }
 
     Flickable {

@@ -1,26 +1,11 @@
 #include "sidebar/StatusBarController.h"
 
 #include "sidebar/MenuContent.h"
-#include "ui/controls/SymbolProvider.h"
+#include "sidebar/TrayIcon.h"
 
 namespace randblatt {
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-// Sizes that trays ask for, in pixels.
-constexpr std::array traySizes{16, 22, 24, 32, 48};
-
-QIcon trayIcon()
-{
-    QIcon icon;
-    for (const int size : traySizes)
-        icon.addPixmap(QPixmap::fromImage(SymbolProvider::image(u"sparkles"_s, Qt::white, size)));
-    return icon;
-}
-
-} // namespace
 
 StatusBarController::StatusBarController(MenuContent &menu, QObject *parent)
     : QObject(parent)
@@ -30,11 +15,20 @@ StatusBarController::StatusBarController(MenuContent &menu, QObject *parent)
 
 StatusBarController::~StatusBarController() = default;
 
+void StatusBarController::setColor(const QColor &color)
+{
+    if (m_color == color)
+        return;
+    m_color = color;
+    if (m_statusItem)
+        m_statusItem->setIcon(trayIcon(m_color));
+}
+
 void StatusBarController::showStatusItem()
 {
     if (m_statusItem)
         return;
-    m_statusItem = std::make_unique<QSystemTrayIcon>(trayIcon());
+    m_statusItem = std::make_unique<QSystemTrayIcon>(trayIcon(m_color));
     m_statusItem->setToolTip(u"Quillbar"_s);
     m_statusItem->setContextMenu(&m_menu);
     connect(m_statusItem.get(), &QSystemTrayIcon::activated, this,

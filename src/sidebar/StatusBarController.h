@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColor>
 #include <QObject>
 #include <QSystemTrayIcon>
 
@@ -20,6 +21,8 @@ public:
     explicit StatusBarController(MenuContent &menu, QObject *parent = nullptr);
     ~StatusBarController() override;
 
+    /// The colour of the tray's texts, for a tray that does not colour the icon itself.
+    void setColor(const QColor &color);
     /// Puts the icon into the tray; nothing if it is there already. A click on it asks for the sidebar.
     void showStatusItem();
     /// Posts the wish for the settings window, as the menu does.
@@ -28,6 +31,7 @@ public:
 
 private:
     MenuContent &m_menu;
+    QColor m_color = Qt::white;
     std::unique_ptr<QSystemTrayIcon> m_statusItem;
 };
 

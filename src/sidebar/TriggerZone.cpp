@@ -16,6 +16,33 @@ bool isWithin(double low, double value, double high)
     return low <= value && value <= high;
 }
 
+struct Band
+{
+    double minX;
+    double maxX;
+    double minY;
+    double maxY;
+};
+
+Band panelBand(const Screen &screen, SidebarSide side, double panelWidth)
+{
+    const QRectF &frame = screen.frame;
+    const QRectF &visible = screen.visibleFrame;
+    const double reach = panelWidth + innerReach;
+    const double visibleMaxX = visible.x() + visible.width();
+    Band band{visible.x() - tolerance, visibleMaxX + tolerance, visible.y() - tolerance,
+              visible.y() + visible.height() + tolerance};
+    // Whoever comes from the edge to the panel crosses the dock that lies in between.
+    if (side == SidebarSide::left) {
+        band.minX = std::min(frame.x(), visible.x()) - tolerance;
+        band.maxX = visible.x() + reach;
+    } else {
+        band.minX = visibleMaxX - reach;
+        band.maxX = std::max(frame.x() + frame.width(), visibleMaxX) + tolerance;
+    }
+    return band;
+}
+
 } // namespace
 
 bool TriggerZone::contains(const QRectF &frame, const QPointF &point) const
@@ -53,12 +80,10 @@ QList<QRectF> TriggerZone::areas(const QRectF &frame) const
     return areas;
 }
 
-QRectF panelArea(const QRectF &visibleFrame, SidebarSide side, double panelWidth)
+QRectF panelArea(const Screen &screen, SidebarSide side, double panelWidth)
 {
-    const double width = panelWidth + innerReach + tolerance;
-    const double x = side == SidebarSide::left ? visibleFrame.x() - tolerance
-                                               : visibleFrame.x() + visibleFrame.width() + tolerance - width;
-    return {x, visibleFrame.y() - tolerance, width, visibleFrame.height() + 2.0 * tolerance};
+    const Band band = panelBand(screen, side, panelWidth);
+    return {QPointF(band.minX, band.minY), QPointF(band.maxX, band.maxY)};
 }
 
 QList<QRectF> around(const QRectF &hole, const QRectF &area)
@@ -74,16 +99,10 @@ QList<QRectF> around(const QRectF &hole, const QRectF &area)
     return parts;
 }
 
-bool isInPanelArea(const QRectF &visibleFrame, SidebarSide side, double panelWidth, const QPointF &point)
+bool isInPanelArea(const Screen &screen, SidebarSide side, double panelWidth, const QPointF &point)
 {
-    const double minX = visibleFrame.x();
-    const double maxX = visibleFrame.x() + visibleFrame.width();
-    const double minY = visibleFrame.y();
-    const double maxY = visibleFrame.y() + visibleFrame.height();
-    const double reach = panelWidth + innerReach;
-    return isWithin(minY - tolerance, point.y(), maxY + tolerance) &&
-           (side == SidebarSide::left ? isWithin(minX - tolerance, point.x(), minX + reach)
-                                      : isWithin(maxX - reach, point.x(), maxX + tolerance));
+    const Band band = panelBand(screen, side, panelWidth);
+    return isWithin(band.minX, point.x(), band.maxX) && isWithin(band.minY, point.y(), band.maxY);
 }
 
 std::optional<Screen> screenAt(const QList<Screen> &screens, const QPointF &point)

@@ -27,15 +27,16 @@ struct TriggerZone
     [[nodiscard]] QList<QRectF> areas(const QRectF &frame) const;
 };
 
-/// The band that keeps a shown panel up: the visible frame's whole height, a little wider than the panel,
-/// with a tolerance beyond the screen's edges. All borders belong to it.
-[[nodiscard]] QRectF panelArea(const QRectF &visibleFrame, SidebarSide side, double panelWidth);
+/// The band that keeps a shown panel up: the visible frame's whole height, from the screen's edge, also
+/// across a dock that lies between it and the panel, to a little beyond the panel, with a tolerance beyond
+/// the other sides. All borders belong to it.
+[[nodiscard]] QRectF panelArea(const Screen &screen, SidebarSide side, double panelWidth);
 
 /// What lies around `hole` in `area`, as rectangles that may share borders.
 [[nodiscard]] QList<QRectF> around(const QRectF &hole, const QRectF &area);
 
 /// Whether `point` is in the band that keeps a shown panel up.
-[[nodiscard]] bool isInPanelArea(const QRectF &visibleFrame, SidebarSide side, double panelWidth,
+[[nodiscard]] bool isInPanelArea(const Screen &screen, SidebarSide side, double panelWidth,
                                  const QPointF &point);
 
 /// The first screen whose frame contains `point`; lower borders are inside, upper borders outside.

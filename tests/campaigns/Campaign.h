@@ -49,10 +49,16 @@ private:
 void check(Preferences &preferences, const Acknowledged &values, const QMap<QString, QByteArray> &oldBytes,
            const QString &what, Tally &tally);
 
+/// With a block of 512 bytes zeroed or flipped.
+[[nodiscard]] QByteArray damagedBlock(const QByteArray &bytes, qsizetype block, bool flips);
+
 /// Each damages, fails, kills or loses power in turn: every `step`th place, or `count` times from `seed` on.
 Tally runDamage(int step);
 Tally runFaults(int step);
 Tally runKills(int count, quint32 seed);
 Tally runPower(int count, quint32 seed);
+/// The same for the calendar file and the notes.
+Tally runFileDamage(int step);
+Tally runFileFaults(int step, quint32 seed);
 
 } // namespace randblatt

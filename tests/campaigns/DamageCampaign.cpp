@@ -9,17 +9,17 @@ namespace randblatt {
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
 constexpr qsizetype blockSize = 512;
 
-QByteArray damaged(const QByteArray &bytes, qsizetype at, bool flips)
+QByteArray damagedBlock(const QByteArray &bytes, qsizetype block, bool flips)
 {
     QByteArray result = bytes;
-    for (qsizetype i = at; i < std::min(at + blockSize, bytes.size()); ++i)
+    for (qsizetype i = block * blockSize; i < std::min((block + 1) * blockSize, bytes.size()); ++i)
         result[i] = flips ? static_cast<char>(~bytes[i]) : '\0';
     return result;
 }
+
+namespace {
 
 void damageEach(const QMap<QString, QByteArray> &healthy, const QString &name, int step, Tally &tally)
 {
@@ -28,7 +28,7 @@ void damageEach(const QMap<QString, QByteArray> &healthy, const QString &name, i
     for (qsizetype block = 0; block * blockSize < bytes.size(); block += step) {
         for (const bool flips : {false, true}) {
             QMap<QString, QByteArray> files = healthy;
-            files[name] = damaged(bytes, block * blockSize, flips);
+            files[name] = damagedBlock(bytes, block, flips);
             // Zeros in the place of zeros are no damage.
             if (files.value(name) == bytes)
                 continue;

@@ -1,5 +1,6 @@
-// Campaigns against the store: store-campaign damage|faults [every nth place], store-campaign kill|power
-// <times> [seed]. Ends with 1 where anything that was acknowledged is gone and nobody was told.
+// Campaigns against the store, and against the calendar file and the notes: store-campaign
+// damage|faults|file-damage|file-faults [every nth place], store-campaign kill|power <times> [seed]. Ends
+// with 1 where anything that was acknowledged is gone and nobody was told.
 
 #include "campaigns/Campaign.h"
 #include "support/TestEnvironment.h"
@@ -28,13 +29,19 @@ int main(int argc, char **argv)
         tally = runDamage(number);
     } else if (number > 0 && campaign == "faults"_L1) {
         tally = runFaults(number);
+    } else if (number > 0 && campaign == "file-damage"_L1) {
+        tally = runFileDamage(number);
+    } else if (number > 0 && campaign == "file-faults"_L1) {
+        tally = runFileFaults(number, seed);
     } else if (number > 0 && campaign == "kill"_L1) {
         tally = runKills(number, seed);
     } else if (number > 0 && campaign == "power"_L1) {
         tally = runPower(number, seed);
     } else {
-        std::fprintf(stderr,
-                     "store-campaign damage|faults [jede n-te Stelle] | kill|power <Anzahl> [Startwert]\n");
+        std::fprintf(
+            stderr,
+            "store-campaign damage|faults|file-damage|file-faults [jede n-te Stelle] | kill|power <Anzahl> "
+            "[Startwert]\n");
         return 2;
     }
     const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - begin;

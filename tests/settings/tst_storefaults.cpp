@@ -1,6 +1,7 @@
 #include "settings/AppSettings.h"
 #include "settings/Draft.h"
 #include "settings/Preferences.h"
+#include "settings/StoreWorker.h"
 #include "support/Fakes.h"
 #include "support/FaultVfs.h"
 #include "support/TestEnvironment.h"
@@ -370,6 +371,16 @@ private Q_SLOTS:
         for (const auto &companion : {""_L1, "-wal"_L1})
             QCOMPARE(QFile::permissions(path() + companion) & (others | ours), ours);
         QCOMPARE(QFile::permissions(folder()) & (others | QFile::ExeOwner), QFile::ExeOwner);
+    }
+
+    void goesOnAfterAJobThatThrows()
+    {
+        StoreWorker worker;
+        QList<StoreResult> results;
+        const auto note = [&results](StoreResult result) { results.append(result); };
+        worker.run([]() -> StoreResult { throw std::bad_alloc(); }, note);
+        worker.run([] { return StoreResult::ok; }, note);
+        QTRY_COMPARE(results, (QList{StoreResult::unavailable, StoreResult::ok}));
     }
 
     void anotherToolsRowsAreNoDamage()

@@ -130,6 +130,11 @@ struct Happening
             f.uiState.setHasKeyboard(!f.uiState.hasKeyboard());
         } else if (kind == 22) {
             f.uiState.setComposing(!f.uiState.isComposing());
+        } else if (kind == 23 || kind == 24) {
+            f.desktop.buttonHeld = kind == 23;
+            f.desktop.dragging = kind == 23 && number < 0.3;
+            f.uiState.setPressed(kind == 23 && f.isUp());
+            Q_EMIT f.desktop.pointerMoved();
         }
     }
 
@@ -183,6 +188,60 @@ private Q_SLOTS:
             f.tick(onTheEdge, 2);
             f.tick(farAway);
         }
+        QVERIFY(!f.isUp());
+    }
+
+    void revealsNothingToWhatIsMovedToTheEdge()
+    {
+        Fixture f;
+        f.desktop.buttonHeld = true;
+        f.tick(onTheEdge, 20);
+        QVERIFY(!f.isUp());
+        // The delay begins with the release.
+        f.desktop.buttonHeld = false;
+        f.tick(onTheEdge, 2);
+        QVERIFY(!f.isUp());
+        f.tick(onTheEdge);
+        QVERIFY(f.isUp());
+        QCOMPARE(f.record->timesKey, 1);
+    }
+
+    void opensForWhatCanBeDroppedAndLeavesItTheKeyboard()
+    {
+        Fixture f;
+        f.desktop.buttonHeld = f.desktop.dragging = true;
+        f.tick(onTheEdge, 3);
+        QVERIFY(f.isUp());
+        QCOMPARE(f.record->timesKey, 0);
+        f.tick(farAway);
+        QVERIFY(!f.isUp());
+    }
+
+    void staysWhileAButtonThatWasPressedInItIsHeld()
+    {
+        Fixture f;
+        f.tick(onTheEdge, 3);
+        f.tick(inThePanel);
+        f.desktop.buttonHeld = true;
+        f.uiState.setPressed(true);
+        f.tick(farAway, 40);
+        QVERIFY(f.isUp());
+        // Also where the panel does not hear of the release.
+        f.desktop.buttonHeld = false;
+        f.tick(farAway);
+        QVERIFY(!f.isUp());
+    }
+
+    void keepsClosedWhatWasClosedUnderAPressedPointer()
+    {
+        Fixture f;
+        f.tick(onTheEdge, 3);
+        f.controller.tearDown();
+        f.tick(onTheEdge);
+        f.desktop.buttonHeld = true;
+        f.tick(onTheEdge, 3);
+        f.desktop.buttonHeld = false;
+        f.tick(onTheEdge, 10);
         QVERIFY(!f.isUp());
     }
 

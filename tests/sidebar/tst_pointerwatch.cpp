@@ -3,6 +3,7 @@
 #include "settings/AppSettings.h"
 #include "settings/Preferences.h"
 #include "sidebar/SidebarPanelController.h"
+#include "sidebar/SidebarUIState.h"
 #include "sidebar/TriggerZone.h"
 #include "support/Fakes.h"
 #include "support/TestEnvironment.h"
@@ -32,7 +33,8 @@ struct Fixture
     std::shared_ptr<PanelRecord> record = std::make_shared<PanelRecord>();
     SidebarPanelController controller{
         settings, desktop, [this](const QSizeF &) { return std::make_unique<RecordingPanel>(record); }};
-    PointerWatch watch{settings, desktop, controller};
+    SidebarUIState uiState;
+    PointerWatch watch{settings, desktop, controller, uiState};
 
     Fixture()
     {
@@ -88,6 +90,18 @@ private Q_SLOTS:
         f.controller.tearDown();
         QVERIFY(!f.isWatched(beside + QPointF(1440, 0)));
         QVERIFY(f.isWatched(edge));
+    }
+
+    void watchesEverywhereWhileSomethingIsOpen()
+    {
+        Fixture f;
+        f.settings.setAlwaysVisible(true);
+        f.uiState.setKeepOpen(true);
+        for (const QPointF &point : {edge, corner, QPointF(900, 300), QPointF(3000, 300)})
+            QVERIFY(f.isWatched(point));
+        QVERIFY(f.desktop.watched.first().yieldsToClicks);
+        f.uiState.setKeepOpen(false);
+        QVERIFY(f.desktop.watched.isEmpty());
     }
 
     void leavesTheDesktopAloneWhenThePanelIsAlwaysVisible()

@@ -92,12 +92,47 @@ private Q_SLOTS:
         QTest::newRow("4 beyond the right edge") << false << QPointF(1444, 450) << true;
     }
 
+    void keepsThePanelUpAcrossADock_data()
+    {
+        QTest::addColumn<QRectF>("visible");
+        QTest::addColumn<bool>("onTheLeft");
+        QTest::addColumn<QPointF>("point");
+        QTest::addColumn<bool>("inside");
+        const auto row = [](const char *name, const QRectF &visible, bool onTheLeft, const QPointF &point,
+                            bool inside) { QTest::newRow(name) << visible << onTheLeft << point << inside; };
+        const QRectF dockLeft(56, 0, 1384, 900);
+        row("on the dock at the left", dockLeft, true, {30, 450}, true);
+        row("between dock and panel", dockLeft, true, {51, 450}, true);
+        row("4 beyond the screen's edge", dockLeft, true, {-4, 450}, true);
+        row("farther out", dockLeft, true, {-4.5, 450}, false);
+        row("14 beyond the panel", dockLeft, true, {490, 450}, true);
+        row("farther in", dockLeft, true, {490.5, 450}, false);
+        row("the dock on the other side", dockLeft, false, {30, 450}, false);
+        const QRectF dockRight(0, 0, 1384, 900);
+        row("on the dock at the right", dockRight, false, {1420, 450}, true);
+        row("14 beyond the panel at the right", dockRight, false, {950, 450}, true);
+        row("farther in at the right", dockRight, false, {949.5, 450}, false);
+        const QRectF barBelow(56, 40, 1384, 860);
+        row("on the dock, in the bar below it", barBelow, true, {30, 35}, false);
+        row("4 into the bar", barBelow, true, {30, 36}, true);
+    }
+
+    void keepsThePanelUpAcrossADock()
+    {
+        QFETCH(QRectF, visible);
+        QFETCH(bool, onTheLeft);
+        QFETCH(QPointF, point);
+        QFETCH(bool, inside);
+        const Screen screen{u"screen"_s, QRectF(0, 0, 1440, 900), visible};
+        QCOMPARE(isInPanelArea(screen, onTheLeft ? left : right, 420, point), inside);
+    }
+
     void keepsThePanelUpInItsBand()
     {
         QFETCH(bool, onTheLeft);
         QFETCH(QPointF, point);
         QFETCH(bool, inside);
-        QCOMPARE(isInPanelArea(QRectF(0, 25, 1440, 850), onTheLeft ? left : right, 420, point), inside);
+        QCOMPARE(isInPanelArea(FakeDesktop::primaryScreen(), onTheLeft ? left : right, 420, point), inside);
     }
 
     void findsTheScreenUnderThePointer_data()

@@ -22,6 +22,8 @@ public:
     std::optional<QPointF> pointer = QPointF(700, 450);
     bool composited = true;
     bool reportsMotion = false;
+    bool buttonHeld = false;
+    bool dragging = false;
     /// What watchPointer() named last.
     QList<PointerArea> watched;
 
@@ -33,6 +35,8 @@ public:
     [[nodiscard]] std::optional<QPointF> pointerLocation() const override { return pointer; }
     [[nodiscard]] bool reportsPointerMotion() const override { return reportsMotion; }
     [[nodiscard]] bool isComposited() const override { return composited; }
+    [[nodiscard]] bool isButtonHeld() const override { return buttonHeld; }
+    [[nodiscard]] bool isDragging() const override { return dragging; }
     void watchPointer(const QList<PointerArea> &areas) override { watched = areas; }
 
     /// 1440 × 900 points with a panel of 25 points at the top and one at the bottom.
@@ -98,6 +102,7 @@ public:
     QStringList calls;
 
     [[nodiscard]] bool isRegistered() const override { return registered; }
+    [[nodiscard]] bool hasEntry() const override { return registered; }
     std::optional<QString> registerItem() override { return call(QStringLiteral("register"), true); }
     std::optional<QString> unregisterItem() override { return call(QStringLiteral("unregister"), false); }
 

@@ -307,10 +307,14 @@ HttpResponse SpotifyServer::playlistItems(const HttpRequest &request, const QStr
                 kept.append(entry);
         }
         all = kept;
+        countTracks(id);
         return json({{u"snapshot_id"_s, u"s"_s}});
     }
-    if (request.method == "POST")
-        return insertItems(request, all);
+    if (request.method == "POST") {
+        const HttpResponse response = insertItems(request, all);
+        countTracks(id);
+        return response;
+    }
     // At most 50 of the new kind, whatever is asked for.
     if (isNew && request.query.queryItemValue(u"limit"_s).toInt() > 50)
         return error(422);
@@ -318,6 +322,17 @@ HttpResponse SpotifyServer::playlistItems(const HttpRequest &request, const QStr
     if (request.query.queryItemValue(u"fields"_s, QUrl::FullyDecoded) != fields)
         return violation(request, u"falsche Felder"_s);
     return page(request, all, isNew ? 50 : 100, {u"fields"_s}, member);
+}
+
+void SpotifyServer::countTracks(const QString &id)
+{
+    for (QJsonValueRef value : playlists) {
+        QJsonObject playlist = value.toObject();
+        if (playlist.value("id"_L1) == id) {
+            playlist.insert(u"tracks"_s, QJsonObject{{u"total"_s, playlistTracks[id].size()}});
+            value = playlist;
+        }
+    }
 }
 
 HttpResponse SpotifyServer::insertItems(const HttpRequest &request, QJsonArray &all)

@@ -76,6 +76,7 @@ private:
     HttpResponse api(const HttpRequest &request, const QString &path);
     HttpResponse player(const HttpRequest &request, const QString &path);
     HttpResponse playlistItems(const HttpRequest &request, const QString &id, bool isNew);
+    void countTracks(const QString &id);
     HttpResponse insertItems(const HttpRequest &request, QJsonArray &all);
     HttpResponse createPlaylist(const HttpRequest &request, bool isClosed);
     HttpResponse page(const HttpRequest &request, const QJsonArray &all, int limit,

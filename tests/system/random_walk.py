@@ -16,6 +16,7 @@ import tempfile
 import time
 
 # Each registers its actions.
+import walk_music  # noqa: F401
 import walk_notes  # noqa: F401
 import walk_panel  # noqa: F401
 import walk_tasks  # noqa: F401

@@ -2,9 +2,12 @@
 
 import json
 import os
+import re
 import signal
+import subprocess
 import time
 import unittest
+from pathlib import Path
 
 from virtual_desktop import VirtualDesktop, wait_for
 
@@ -152,6 +155,74 @@ class SidebarTest(unittest.TestCase):
         sidebar.program.process.send_signal(signal.SIGTERM)
         self.assertEqual(sidebar.program.wait(), 0)
 
+    def test_answers_on_the_command_line(self):
+        desktop = self.desktop()
+
+        def answer(*arguments, **variables):
+            environment = {**desktop.environment, **variables}
+            return subprocess.run([QUILLBAR, *arguments], env=environment, capture_output=True, text=True, timeout=20)
+        version = answer("--version", DISPLAY=":4711")
+        self.assertEqual((version.returncode, version.stderr), (0, ""))
+        self.assertRegex(version.stdout, r"^Quillbar \d+\.\d+\.\d+\n$")
+        self.assertIn("Aufruf: quillbar", answer("--help", DISPLAY=":4711").stdout)
+        for argument in ("--versoin", "-x", "file:///etc/passwd", "Notizen"):
+            wrong = answer(argument)
+            self.assertEqual((wrong.returncode, wrong.stdout), (2, ""))
+            self.assertIn(f"unbekannt: {argument} ", wrong.stderr)
+        # The toolkit's own are none of ours.
+        self.assertEqual(answer("-platform", "xcb", "--x").returncode, 2)
+
+    def test_is_started_by_a_call_and_ended_by_one(self):
+        desktop = self.desktop()
+        store(desktop)
+        (desktop.data_home / "dbus-1/services/com.randblatt.Quillbar.service").write_text(
+            f"[D-BUS Service]\nName=com.randblatt.Quillbar\nExec={QUILLBAR}\n")
+        variables = "{" + ", ".join(f"'{name}': '{value}'" for name, value in desktop.environment.items()) + "}"
+        desktop.run("gdbus", "call", "--session", "--dest", "org.freedesktop.DBus", "--object-path",
+                    "/org/freedesktop/DBus", "--method", "org.freedesktop.DBus.UpdateActivationEnvironment", variables)
+
+        # The panel that comes with every start is not what was called for: this one stays.
+        self.call(desktop, "toggle")
+        panel = wait_for(lambda: desktop.windows("^Quillbar$"), message="not started")[0]
+        wait_for(lambda: desktop.active_window() == panel, message="the panel has no keyboard")
+        time.sleep(4)
+        self.assertEqual(desktop.windows("^Quillbar$"), [panel])
+        self.call(desktop, "toggle")
+        wait_for(lambda: not desktop.windows("^Quillbar$"), message="not hidden")
+        self.call(desktop, "quit")
+        wait_for(lambda: "false" in desktop.run(
+            "gdbus", "call", "--session", "--dest", "org.freedesktop.DBus", "--object-path", "/org/freedesktop/DBus",
+            "--method", "org.freedesktop.DBus.NameHasOwner", "com.randblatt.Quillbar"), message="still running")
+
+    def test_ends_with_its_key_in_every_window(self):
+        desktop = self.desktop()
+        store(desktop)
+        for window in ("panel", "settings"):
+            sidebar = Sidebar(desktop)
+            wait_for(sidebar.panel, message=lambda: "no peek\n" + sidebar.program.log)
+            self.call(desktop, "show" if window == "panel" else "settings")
+            title = "^Quillbar$" if window == "panel" else "^Einstellungen – Quillbar$"
+            wait_for(lambda: desktop.active_window() in desktop.windows(title), message=f"no {window}")
+            entry = (Path(__file__).resolve().parents[2] / "packaging/com.randblatt.Quillbar.desktop").read_text()
+            name = re.search("^StartupWMClass=(.+)$", entry, re.MULTILINE).group(1)
+            self.assertEqual(desktop.property(desktop.active_window(), "WM_CLASS"), f'"quillbar", "{name}"')
+            if window == "settings":
+                self.assertIn("Icon (", desktop.property(desktop.active_window(), "_NET_WM_ICON"))
+            desktop.key("ctrl+q")
+            self.assertEqual(sidebar.program.wait(), 0)
+
+    def test_runs_where_the_bus_refuses_its_name(self):
+        desktop = self.desktop()
+        store(desktop)
+        configuration = desktop.folder / "strict.conf"
+        configuration.write_text((desktop.folder / "bus.conf").read_text().replace(
+            "</policy>", '<deny own="com.randblatt.Quillbar"/></policy>'))
+        bus = desktop.start(["dbus-daemon", f"--config-file={configuration}", "--print-address", "--nofork", "--nopidfile"],
+                            stdout=subprocess.PIPE)
+        sidebar = Sidebar(desktop, env={"DBUS_SESSION_BUS_ADDRESS": bus.process.stdout.readline().decode().strip()})
+        sidebar.wait_shown(SHOWN)
+        self.assertIn("von außen aber nicht erreichbar", sidebar.program.log)
+
     def test_loses_nothing_that_is_typed_into_a_called_panel(self):
         desktop = self.desktop()
         store(desktop)
@@ -273,9 +344,16 @@ class SidebarTest(unittest.TestCase):
     def test_registers_itself_for_the_login(self):
         desktop = self.desktop()
         store(desktop)
+        sidebar = Sidebar(desktop)
+        sidebar.wait_peek_over()
+        entry = desktop.config_home / "autostart/com.randblatt.Quillbar.desktop"
+        self.assertIn(f'Exec="{QUILLBAR}"', entry.read_text())
+        # Switched off, nothing in its name starts, also not what an older one has left.
+        sidebar.program.terminate()
+        entry.write_text("[Desktop Entry]\nExec=/opt/old/quillbar\n")
+        store(desktop, launchAtLogin=False)
         Sidebar(desktop).wait_peek_over()
-        entry = (desktop.config_home / "autostart/com.randblatt.Quillbar.desktop").read_text()
-        self.assertIn(f'Exec="{QUILLBAR}"', entry)
+        self.assertFalse(entry.exists())
 
 
 if __name__ == "__main__":

@@ -6,11 +6,13 @@ import time
 import unittest
 from pathlib import Path
 
+from panel_probe import Probe
 from test_sidebar import APPLICATION, Sidebar, store
 from virtual_desktop import wait_for
 from wayland_desktop import WaylandDesktop, missing_programs
 
 SKIPPED = 77
+REPORT_CLICKS = r"stty raw -echo; printf '\033[?1000h\033[?1006h';"
 WALLPAPER = (0x38, 0x50, 0x6a)
 # A point in the second card of a panel at the left edge, where there is nothing to click.
 ON_CARD = (200, 600)
@@ -121,8 +123,7 @@ class WaylandTest(unittest.TestCase):
 
     def test_takes_no_clicks_beyond_the_zone(self):
         desktop, launch = self.start({"edgeThickness": 3.0})
-        report_clicks = r"stty raw -echo; printf '\033[?1000h\033[?1006h';"
-        terminal = Terminal(desktop, report_clicks)
+        terminal = Terminal(desktop, REPORT_CLICKS)
         sidebar = launch()
         sidebar.wait_peek_over()
         desktop.wait_window_has_keyboard()
@@ -318,6 +319,66 @@ class WaylandTest(unittest.TestCase):
         desktop.key("Escape")
         desktop.wait_window_has_keyboard()
         self.assertTrue(sidebar.panel())
+
+    def test_leaves_clicks_to_the_windows_below(self):
+        # While the panel hides by the pointer, only those below its last card.
+        for always_visible, places in ((False, ((200, 760),)), (True, ((200, 760), (200, 402), (7, 100)))):
+            with self.subTest(always_visible=always_visible):
+                desktop, launch = self.start({"alwaysVisible": always_visible, "enabledModuleIDs": ["todo", "calendar"]})
+                terminal = Terminal(desktop, REPORT_CLICKS)
+                sidebar = launch()
+                if not always_visible:
+                    sidebar.wait_peek_over()
+                    desktop.wait_window_has_keyboard()
+                for place in places:
+                    if not always_visible:
+                        desktop.move(0, 400)
+                    sidebar.wait_up()
+                    before = terminal.text()
+                    desktop.click(*place)
+                    wait_for(lambda: len(terminal.text()) > len(before), message=f"the click at {place} is lost")
+                desktop.close()
+
+    def test_closes_quick_settings_with_a_click_elsewhere(self):
+        desktop, launch = self.start({"alwaysVisible": True, "enabledModuleIDs": ["todo", "calendar"]})
+        terminal = Terminal(desktop, REPORT_CLICKS)
+        sidebar = launch()
+        sidebar.wait_up()
+        # In the quick settings' ground, where there is nothing else.
+        ground = (70, 240)
+        before = desktop.pixel(*ground)
+        desktop.click(200, 60, button=3)
+        wait_for(lambda: desktop.pixel(*ground) != before, message="no quick settings")
+        desktop.move(700, 400)
+        time.sleep(0.5)
+        self.assertNotEqual(desktop.pixel(*ground), before, "closed by the pointer alone")
+        desktop.click()
+        wait_for(lambda: desktop.pixel(*ground) == before, message="the quick settings stay")
+        self.assertEqual(terminal.text(), "")
+        desktop.click(710, 400)
+        wait_for(terminal.text, message="the next click is lost as well")
+
+    def test_takes_what_is_dropped_on_a_card(self):
+        desktop, launch = self.start({"enabledModuleIDs": ["todo", "calendar"], "todoViewMode": "list"})
+        source = Probe(desktop, plain=True, env={"QT_QPA_PLATFORM": "wayland"})
+        source.ask("carry", "Brot%0AMilch")
+        source.show(0, 0, 600, 400)
+        sidebar = launch()
+        # It fills the screen.
+        sidebar.background = (0, 0, 255)
+        sidebar.wait_peek_over()
+        desktop.move(700, 400)
+        desktop.hold(True)
+        for x in (690, 660, 600, 400, 200, 20, 2, 0):
+            desktop.move(x, 400)
+            time.sleep(0.05)
+        sidebar.wait_up()
+        for x in (30, 120, 200, 201):
+            desktop.move(x, 300)
+            time.sleep(0.15)
+        desktop.hold(False)
+        wait_for(lambda: [task["title"] for task in sidebar.tasks()] == ["Brot", "Milch"],
+                 message=lambda: f"{sidebar.tasks()}\n{sidebar.program.log}")
 
 
 if __name__ == "__main__":

@@ -72,8 +72,8 @@ class WindowsTest(unittest.TestCase):
                         "@av []", "@a{sv} {}")
             window = self.wait_window(desktop, sidebar, SETTINGS)
 
-        # The last slider but one is the panel's width: its end is 720 points.
-        desktop.key("shift+Tab", "shift+Tab", "End")
+        # Before the way out and the last slider is the panel's width: its end is 720 points.
+        desktop.key("shift+Tab", "shift+Tab", "shift+Tab", "End")
         wait_for(lambda: desktop.preferences().get("panelWidth") == 720.0, message=lambda: str(desktop.preferences()))
         size = desktop.geometry(window)[2:]
         desktop.key("ctrl+w")
@@ -82,6 +82,28 @@ class WindowsTest(unittest.TestCase):
 
         desktop.run("gdbus", "call", *APPLICATION, "org.freedesktop.Application.ActivateAction", "settings", "@av []", "@a{sv} {}")
         self.assertEqual(desktop.geometry(self.wait_window(desktop, sidebar, SETTINGS))[2:], size)
+
+    def test_records_a_key_that_works_everywhere(self):
+        desktop = self.desktop()
+        store(desktop)
+        sidebar = self.start(desktop)
+        sidebar.wait_hidden()
+        desktop.run("gdbus", "call", *APPLICATION, "org.freedesktop.Application.ActivateAction", "settings", "@av []", "@a{sv} {}")
+        self.wait_window(desktop, sidebar, SETTINGS)
+        # Past the tab, two switches, side, trigger and three sliders.
+        desktop.key(*["Tab"] * 9, "space", "ctrl+alt+j")
+        wait_for(lambda: desktop.preferences().get("globalShortcut") == "Ctrl+Alt+J", message=lambda: str(desktop.preferences()))
+        desktop.key("Escape")
+        wait_for(lambda: not desktop.windows(SETTINGS), message="the settings stay")
+        for _ in range(2):
+            desktop.key("ctrl+alt+j")
+            sidebar.wait_shown(SHOWN)
+            desktop.key("ctrl+alt+j")
+            sidebar.wait_hidden()
+            # The choice survives, and is given back in between.
+            self.quit(sidebar)
+            sidebar = self.start(desktop)
+            sidebar.wait_hidden()
 
 
 if __name__ == "__main__":

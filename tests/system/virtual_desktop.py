@@ -378,7 +378,7 @@ class VirtualDesktop:
         kinds = {str: ("string", str), bool: ("boolean", bool), float: ("double", float), bytes: ("data", bytes),
                  list: ("array", json.dumps), dict: ("data", lambda value: json.dumps(value).encode())}
         for key, value in preferences.items():
-            kind, encode = kinds[type(value)]
+            kind, encode = ("dictionary", json.dumps) if key == "moduleHeights" else kinds[type(value)]
             database.execute("INSERT OR REPLACE INTO preferences VALUES (?, ?, ?)", (key, kind, encode(value)))
         database.execute("PRAGMA user_version = 1")
         database.commit()

@@ -1,22 +1,27 @@
 """The hands and eyes of a walk through the built program: keys, pointer, what is shown, and what is on the disk."""
 
 import html.parser
+import http.client
 import json
 import os
 import re
+import shutil
 import signal
 import subprocess
 import time
+import urllib.parse
 from datetime import datetime, timezone
+from pathlib import Path
 from zoneinfo import ZoneInfo
 
 import accessibility
 from calendar_file import events
+from music_service import MusicService
 from virtual_desktop import POLL_INTERVAL, VirtualDesktop
 
-SCREEN = (1440, 1300)
+SCREEN = (1440, 1560)
 # Of the same screen, with one that is lower in its place.
-SMALLER_SCREEN = (1440, 1240)
+SMALLER_SCREEN = (1440, 1500)
 ZONE = ZoneInfo("Europe/Berlin")
 # With other programs beside it, a machine may take its time.
 PATIENCE = 30.0
@@ -60,10 +65,14 @@ class NoteReader(html.parser.HTMLParser):
 
 class Desk:
     def __init__(self, program):
-        self._program = program
         self.desktop = VirtualDesktop(screens=(SCREEN,), compositor=True)
-        self.desktop.store(hasOnboarded=True, enabledModuleIDs=["todo", "calendar", "notes"], todoViewMode="list",
-                           notesMode="scratch", launchAtLogin=False)
+        self._program = self._without_helper(Path(program))
+        self.desktop.store(hasOnboarded=True, enabledModuleIDs=["todo", "calendar", "notes", "spotify"],
+                           todoViewMode="list", notesMode="scratch", mediaSource="spotify", sp_refresh="refresh-0",
+                           # Everything in sight, on either screen.
+                           moduleHeights={"spotify": 400.0, "todo": 320.0, "calendar": 240.0, "notes": 320.0},
+                           launchAtLogin=False)
+        self.music = MusicService(self.desktop, Path(program).with_name("spotify-stand-in"), "--tracks", "9")
         self.folder = self.desktop.data_home / "quillbar"
         self._bus = accessibility.start_bus(self.desktop)
         self.program = None
@@ -74,10 +83,23 @@ class Desk:
     def close(self):
         self.desktop.close()
 
+    def _without_helper(self, program):
+        """The program where it finds no web engine, which would be started anew after every kill."""
+        folder = self.desktop.folder / "program/bin"
+        folder.mkdir(parents=True)
+        (folder.parent / "lib").symlink_to(program.parent.parent / "lib")
+        copy = folder / program.name
+        try:
+            os.link(program, copy)
+        except OSError:
+            shutil.copy2(program, copy)
+        return str(copy)
+
     # --- the process
 
     def start(self):
-        self.program = self.desktop.start([self._program], env=accessibility.ENVIRONMENT)
+        self.program = self.desktop.start([self._program],
+                                          env={**accessibility.ENVIRONMENT, **self.music.environment()})
         self._application = accessibility.Application(self._bus, self.program.pid)
         self.wait(self.windows, "the program does not answer")
 
@@ -226,8 +248,23 @@ class Desk:
         rows = [row.name.rsplit(", ", 1)[0] for row in card.find("list item") if row.has("visible")]
         return {"form": form, "titles": sorted(rows)}
 
+    def read_music(self):
+        card = self.card("Spotify")
+        naming = card.first(name="Abbrechen")
+        if naming:
+            return {"naming": next(node for node in card.find("text") if node.has("showing")).text}
+        return {"playlists": [row.name for row in self.playlist_rows()]}
+
+    def playlist_rows(self):
+        """The playlists below the saved tracks, as they stand."""
+        rows = [row for row in self.card("Spotify").first("list", "Playlists").children if row.has("visible")
+                and re.search(r", \d+ Titel$", row.name)]
+        places = self.frames(rows)
+        return [rows[index] for index in sorted(range(len(rows)), key=lambda index: places[index][1])]
+
     def read(self):
-        return {"To-Do": self.read_tasks(), "Notizen": self.read_notes(), "Kalender": self.read_events()}
+        return {"To-Do": self.read_tasks(), "Notizen": self.read_notes(), "Kalender": self.read_events(),
+                "Spotify": self.read_music()}
 
     # --- what is on the disk
 
@@ -239,7 +276,21 @@ class Desk:
                 "pad": preferences.get("notesScratch", ""),
                 "notes": sorted((note.title, note.text) for note in notes),
                 "events": sorted((unescaped(event["SUMMARY"]), local(event["DTSTART"]))
-                                 for event in events(self.folder / "calendar.ics"))}
+                                 for event in events(self.folder / "calendar.ics")),
+                "playlists": self.service_playlists(preferences.get("sp_access", ""))}
+
+    def music_total(self, name):
+        """The number of tracks that the music service has in a playlist."""
+        token = self.desktop.preferences().get("sp_access", "")
+        return next(total for title, total in self.service_playlists(token) if title == name)
+
+    def service_playlists(self, token):
+        """The names and numbers of tracks that the music service has."""
+        connection = http.client.HTTPConnection(urllib.parse.urlsplit(self.music.url).netloc, timeout=PATIENCE)
+        connection.request("GET", "/v1/me/playlists?limit=50", headers={"Authorization": f"Bearer {token}"})
+        answer = json.load(connection.getresponse())
+        connection.close()
+        return [(playlist["name"], playlist["tracks"]["total"]) for playlist in answer["items"]]
 
     def note_files(self):
         return sorted((self.folder / "notes/Notizen").glob("*.html"))
@@ -255,7 +306,7 @@ class Desk:
         width = self.desktop.screens[0][0]
         self.desktop.move(0 if side == "left" else width - 1, 600)
         self.wait(lambda: self.card("To-Do") and self.card("Kalender") and self.card("Notizen")
-                  and self.desktop.windows("^Quillbar$"), "the panel does not come")
+                  and self.card("Spotify") and self.desktop.windows("^Quillbar$"), "the panel does not come")
 
     def leave(self, side):
         """Moves the pointer to where no panel reaches."""

@@ -88,9 +88,16 @@ class Model:
     form: EventForm = field(default_factory=EventForm)
     composer: Composer = field(default_factory=Composer)
     openNote: Note | None = None
+    # The music service's, as the list shows them: name and number of tracks.
+    playlists: list = field(default_factory=lambda: [["Morgenkaffee", 9],
+                                                     ["Regentage – leise Lieder für lange Abende", 12],
+                                                     ["Unterwegs", 1]])
+    isNaming: bool = False
+    playlistName: str = ""
     clipboard: str = ""
     # The ways back of each card, the latest last: (serial, function, whether it is known what that gives).
-    histories: dict = field(default_factory=lambda: {"To-Do": [], "Kalender": [], "Notizen": []})
+    histories: dict = field(default_factory=lambda: {"To-Do": [], "Kalender": [], "Notizen": [],
+                                                      "Spotify": []})
     serial: int = 0
     # The card in which a way back was just remembered, which its bar offers.
     fresh: str | None = None
@@ -229,6 +236,20 @@ class Model:
         self.events.append(event)
         self.remember("Kalender", lambda: self.events.remove(event), lambda: event in self.events)
 
+    # --- music
+
+    def create_playlist(self):
+        self.playlists.insert(0, [self.playlistName.strip(), 0])
+        self.playlistName = ""
+        self.isNaming = False
+
+    def remove_track(self, playlist):
+        playlist[1] -= 1
+
+        def back():
+            playlist[1] += 1
+        self.remember("Spotify", back)
+
     # --- what ends with a process
 
     def process_ended(self):
@@ -246,7 +267,8 @@ class Model:
     # --- what has to be seen
 
     def shown(self):
-        return {"To-Do": self._shown_tasks(), "Notizen": self._shown_notes(), "Kalender": self._shown_events()}
+        return {"To-Do": self._shown_tasks(), "Notizen": self._shown_notes(), "Kalender": self._shown_events(),
+                "Spotify": self._shown_music()}
 
     def _shown_tasks(self):
         shown = {"field": self.newTask}
@@ -278,10 +300,17 @@ class Model:
         return {"form": (form.title, form.start) if form.isOpen else None,
                 "titles": sorted(event.title for event in self.events)}
 
+    def _shown_music(self):
+        if self.isNaming:
+            return {"naming": self.playlistName}
+        return {"playlists": [f"{name}, {count} Titel" for name, count in self.playlists]}
+
     # --- what has to be on the disk
 
     def stored(self):
         return {"tasks": [(task.title, task.status) for task in self.ordered()],
                 "pad": self.pad,
                 "notes": sorted((note.name, note.body) for note in self.notes),
-                "events": sorted((event.title, event.start) for event in self.events)}
+                "events": sorted((event.title, event.start) for event in self.events),
+                # These are on the service's.
+                "playlists": [tuple(playlist) for playlist in self.playlists]}

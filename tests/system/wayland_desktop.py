@@ -160,6 +160,10 @@ class WaylandDesktop(VirtualDesktop):
             self._tell("button", BUTTONS[button], 1)
             self._tell("button", BUTTONS[button], 0)
 
+    def hold(self, pressed, button=1):
+        """Presses a button, or lets it go."""
+        self._tell("button", BUTTONS[button], int(pressed))
+
     def key(self, *combinations):
         for combination in combinations:
             self._tell("key", *combination.split("+"))

@@ -80,7 +80,7 @@ Item {
 
             Behavior on progress {
                 NumberAnimation {
-                    duration: 250
+                    duration: Metrics.duration(250)
                     easing.type: Easing.InOutQuad
                 }
             }

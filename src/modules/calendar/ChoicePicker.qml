@@ -29,6 +29,7 @@ T.ComboBox {
 
     Accessible.role: Accessible.ComboBox
     Accessible.name: label + ": " + displayText
+    Accessible.onPressAction: popup.visible ? popup.close() : popup.open()
 
     Keys.onReturnPressed: popup.open()
     Keys.onEnterPressed: popup.open()
@@ -38,6 +39,7 @@ T.ComboBox {
         leftPadding: 8
         rightPadding: 26
         text: root.showsLabel ? root.label + ": " + root.displayText : root.displayText
+        Accessible.ignored: true
     }
 
     indicator: Symbol {

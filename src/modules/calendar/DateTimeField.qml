@@ -38,7 +38,7 @@ FieldFrame {
     implicitHeight: Math.max(28, field.implicitHeight + 2 * 6)
     active: field.activeFocus
     border.color: problem !== "" ? appearance.destructive
-                                 : active ? appearance.accent : appearance.alpha(0.16)
+                                 : active ? appearance.accent : appearance.rim
     onTypedChanged: follow()
     Component.onCompleted: follow()
 

@@ -28,5 +28,6 @@ Item {
         color: root.appearance.secondary
         font.weight: Font.DemiBold
         text: CalendarFormat.dayHeading(root.section)
+        Accessible.ignored: true
     }
 }

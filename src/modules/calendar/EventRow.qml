@@ -87,6 +87,7 @@ T.ItemDelegate {
                 width: parent.width
                 appearance: root.appearance
                 text: root.title.replace(/\s+/g, " ")
+                Accessible.ignored: true
             }
 
             CardText {
@@ -96,6 +97,7 @@ T.ItemDelegate {
                 size: Metrics.captionSize
                 color: root.appearance.secondary
                 text: root.timeLine
+                Accessible.ignored: true
             }
         }
     }

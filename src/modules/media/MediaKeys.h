@@ -3,15 +3,9 @@
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
 
-#include <cstdint>
-
 namespace randblatt {
 
 class MediaKeySink;
-
-/// Posts the press and the release of a media key, in this order and without a pause, to `sink`. The codes
-/// are those of a keyboard's auxiliary keys: 16 play/pause, 17 next, 18 previous.
-void postMediaKey(MediaKeySink &sink, std::uint32_t keyCode);
 
 /// The media keys for views.
 class MediaKeys : public QObject

@@ -15,6 +15,12 @@ Column {
     spacing: Metrics.tightGap
     bottomPadding: Metrics.tightGap
 
+    Announcement {
+        source: root
+        text: root.text
+        isUrgent: true
+    }
+
     CardText {
         objectName: "noticeText"
         width: root.width
@@ -29,7 +35,7 @@ Column {
         objectName: "noticeButton"
         enabled: root.canAct
         text: root.action
-        textSize: Metrics.calloutSize
+        textSize: Metrics.calloutSize * root.appearance.textScale
         onClicked: root.acted()
     }
 }

@@ -3,7 +3,7 @@ import QtQuick.Templates as T
 import Randblatt.Controls
 
 // A row of a list: a picture or symbol, a title above a subtitle, and what stands at the end.
-T.AbstractButton {
+T.ItemDelegate {
     id: root
 
     required property CardAppearance appearance
@@ -16,8 +16,6 @@ T.AbstractButton {
     property Component leading
     property Component trailing
 
-    readonly property bool isCurrent: ListView.isCurrentItem && ListView.view.activeFocus
-
     leftPadding: Metrics.cardPadding + 10
     rightPadding: Metrics.cardPadding + 10
     topPadding: isFramed ? 5 : 4
@@ -26,7 +24,6 @@ T.AbstractButton {
     focusPolicy: Qt.NoFocus
     hoverEnabled: true
 
-    Accessible.role: Accessible.ListItem
     Accessible.name: subtitle === "" ? title : title + ", " + subtitle
     Accessible.onPressAction: root.clicked()
 
@@ -60,6 +57,7 @@ T.AbstractButton {
                 text: root.title
                 size: root.titleSize
                 font.weight: root.titleWeight
+                Accessible.ignored: true
             }
 
             CardText {
@@ -70,6 +68,7 @@ T.AbstractButton {
                 text: root.subtitle
                 size: Metrics.captionSize
                 color: root.appearance.secondary
+                Accessible.ignored: true
             }
         }
 
@@ -88,10 +87,10 @@ T.AbstractButton {
             anchors.leftMargin: Metrics.cardPadding
             anchors.rightMargin: Metrics.cardPadding
             radius: 9
-            color: root.appearance.alpha((root.isFramed ? 0.05 : 0) + (root.down ? 0.1 : root.hovered ? 0.05 : 0))
+            color: root.appearance.alpha((root.isFramed ? 0.05 : 0) + (root.down ? 0.1 : root.hovered || root.activeFocus ? 0.05 : 0))
 
             FocusRing {
-                visible: root.isCurrent
+                visible: root.visualFocus
                 anchors.margins: 0
                 radius: 9
                 accent: root.appearance.accent

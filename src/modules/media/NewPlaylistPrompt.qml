@@ -21,6 +21,12 @@ FocusScope {
     Component.onCompleted: field.text = root.newPlaylist.name
     Keys.onEscapePressed: root.newPlaylist.close()
 
+    Announcement {
+        source: root
+        text: failure.text
+        isUrgent: true
+    }
+
     Column {
         anchors.centerIn: parent
         width: Math.min(parent.width - 2 * Metrics.cardPadding, 340)
@@ -42,7 +48,7 @@ FocusScope {
             radius: Metrics.rowRadius
             color: root.appearance.alpha(0.08)
             border.width: 1
-            border.color: field.activeFocus ? root.appearance.accent : "transparent"
+            border.color: field.activeFocus ? root.appearance.accent : root.appearance.rim
 
             PlainTextField {
                 id: field
@@ -63,6 +69,8 @@ FocusScope {
         }
 
         CardText {
+            id: failure
+
             objectName: "createFailure"
             width: parent.width
             visible: text !== ""

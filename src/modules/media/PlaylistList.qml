@@ -18,6 +18,12 @@ FocusScope {
     signal opened(playlist: spotifyPlaylist)
     signal newRequested
 
+    Keys.onPressed: event => {
+        event.accepted = event.matches(StandardKey.Find)
+        if (event.accepted)
+            search.open()
+    }
+
     CardText {
         id: header
 
@@ -27,6 +33,7 @@ FocusScope {
         text: "Playlists"
         size: Metrics.calloutSize
         font.weight: Font.Bold
+        Accessible.role: Accessible.Heading
     }
 
     PlainButton {
@@ -72,17 +79,38 @@ FocusScope {
         color: root.appearance.secondary
     }
 
+    FilteredModel {
+        id: found
+
+        source: search.isOpen ? root.service.playlists : null
+        text: search.text
+        searchedRoles: ["name"]
+    }
+
+    SearchField {
+        id: search
+
+        anchors.top: notice.bottom
+        x: Metrics.cardPadding
+        width: parent.width - 2 * x
+        appearance: root.appearance
+        found: found.count
+        onAccepted: list.focusRow(0)
+        onClosed: Focus.give(list)
+    }
+
     RowList {
         id: list
 
         objectName: "playlistList"
-        anchors.top: notice.bottom
+        anchors.top: search.bottom
+        anchors.topMargin: search.isOpen ? Metrics.tightGap : 0
         anchors.bottom: parent.bottom
         width: parent.width
         visible: root.showsRows
         focus: true
         appearance: root.appearance
-        model: root.service.playlists
+        model: search.isOpen ? found : root.service.playlists
         Accessible.name: "Playlists"
         onChosen: if (currentItem)
             (currentItem as MediaRow).clicked()
@@ -106,13 +134,6 @@ FocusScope {
                 Keys.onReturnPressed: clicked()
                 Keys.onEnterPressed: clicked()
                 onClicked: root.opened(root.service.likedPlaylist)
-
-                FocusRing {
-                    anchors.leftMargin: Metrics.cardPadding
-                    anchors.rightMargin: Metrics.cardPadding
-                    visible: liked.visualFocus
-                    accent: root.appearance.accent
-                }
             }
         }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/ExceptionText.h"
+
 #include <QFuture>
 #include <QObject>
 #include <QPromise>
@@ -11,7 +13,8 @@
 namespace randblatt {
 
 /// Runs `work` on another thread, so that no frame waits for it, and gives `done` the result on the thread of
-/// `context`, unless that is gone by then.
+/// `context`, unless that is gone by then. Where `work` throws, the result is an empty one, and the log says
+/// why.
 template <typename Work, typename Done>
 void runAside(QObject *context, Work work, Done done)
 {
@@ -20,7 +23,12 @@ void runAside(QObject *context, Work work, Done done)
     promise->start();
     promise->future().then(context, [done](const Result &result) { done(result); });
     QThreadPool::globalInstance()->start([promise, work] {
-        promise->addResult(work());
+        try {
+            promise->addResult(work());
+        } catch (...) {
+            qWarning("Auftrag abgebrochen: %ls", qUtf16Printable(currentExceptionText()));
+            promise->addResult(Result());
+        }
         promise->finish();
     });
 }

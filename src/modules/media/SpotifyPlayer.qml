@@ -43,6 +43,11 @@ FocusScope {
         accent: root.accent
     }
 
+    Announcement {
+        source: root
+        text: root.service.statusMessage
+    }
+
     CardText {
         id: status
 

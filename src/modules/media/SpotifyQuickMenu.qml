@@ -30,8 +30,10 @@ Column {
             text: root.webPlayer.isReady ? "Gerät verbunden"
                 : root.webPlayer.reason !== "" ? "Kein eigenes Gerät" : "Gerät verbindet…"
             color: "white"
-            font.pixelSize: Metrics.bodySize
+            font.pixelSize: Metrics.sized(Metrics.bodySize)
             textFormat: Text.PlainText
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
         }
     }
 
@@ -41,9 +43,11 @@ Column {
         visible: text !== ""
         text: root.webPlayer.reason
         color: Qt.rgba(1, 1, 1, 0.7)
-        font.pixelSize: Metrics.captionSize
+        font.pixelSize: Metrics.sized(Metrics.captionSize)
         wrapMode: Text.Wrap
         textFormat: Text.PlainText
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
     }
 
     PlainButton {

@@ -9,6 +9,12 @@ FocusScope {
     required property CardAppearance appearance
     required property SpotifyAuth auth
 
+    Announcement {
+        source: root
+        text: root.auth.lastError
+        isUrgent: true
+    }
+
     Column {
         anchors.centerIn: parent
         width: parent.width - 2 * Metrics.cardPadding

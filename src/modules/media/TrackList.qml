@@ -15,6 +15,11 @@ FocusScope {
 
     Keys.onEscapePressed: root.closed()
     Keys.onBackPressed: root.closed()
+    Keys.onPressed: event => {
+        event.accepted = event.matches(StandardKey.Find)
+        if (event.accepted)
+            search.open()
+    }
 
     Item {
         id: header
@@ -56,6 +61,7 @@ FocusScope {
             appearance: root.appearance
             text: root.playlist.name
             font.weight: Font.DemiBold
+            Accessible.role: Accessible.Heading
         }
 
         PlainButton {
@@ -104,17 +110,38 @@ FocusScope {
         color: root.appearance.secondary
     }
 
+    FilteredModel {
+        id: found
+
+        source: search.isOpen ? root.service.tracks : null
+        text: search.text
+        searchedRoles: ["name", "artist"]
+    }
+
+    SearchField {
+        id: search
+
+        anchors.top: notice.bottom
+        x: Metrics.cardPadding
+        width: parent.width - 2 * x
+        appearance: root.appearance
+        found: found.count
+        onAccepted: list.focusRow(0)
+        onClosed: Focus.give(list)
+    }
+
     RowList {
         id: list
 
         objectName: "trackList"
-        anchors.top: notice.bottom
+        anchors.top: search.bottom
+        anchors.topMargin: search.isOpen ? Metrics.tightGap : 0
         anchors.bottom: parent.bottom
         width: parent.width
         focus: true
         spacing: 0
         appearance: root.appearance
-        model: root.service.tracks
+        model: search.isOpen ? found : root.service.tracks
         Accessible.name: root.playlist.name
         onChosen: if (currentItem)
             (currentItem as TrackRow).clicked()

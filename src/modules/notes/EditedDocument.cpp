@@ -21,12 +21,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// A piece is laid out anew at each key in it, in a time that grows with the square of its length where it has
-// no blanks.
-constexpr qsizetype pieceLength = 2000;
-constexpr qsizetype longestPiece = 2 * pieceLength;
-// How far before a piece's end a blank is looked for; and what is too short to be a piece.
-constexpr qsizetype blankReach = 200;
 // More than a card shows; and what is laid out between two events.
 constexpr qsizetype firstSlice = 16'000;
 constexpr qsizetype nextSlice = 32'000;
@@ -50,31 +44,6 @@ bool endsLine(QChar character)
 bool same(QChar a, QChar b)
 {
     return a == b || (endsLine(a) && endsLine(b));
-}
-
-/// Whether what a reader takes for one character may end before `at`.
-bool mayBreak(QStringView text, qsizetype at)
-{
-    constexpr QChar joiner(0x200d);
-    return !text.at(at).isLowSurrogate() && !text.at(at).isMark() && text.at(at) != joiner &&
-           text.at(at - 1) != joiner;
-}
-
-/// Where the piece that begins at `from` ends, in a paragraph that ends at `end`.
-qsizetype pieceEnd(QStringView text, qsizetype from, qsizetype end)
-{
-    if (end - from <= longestPiece)
-        return end;
-    const qsizetype wanted = from + pieceLength;
-    for (qsizetype at = wanted; at > wanted - blankReach; --at) {
-        if (text.at(at - 1) == u' ' && mayBreak(text, at))
-            return at;
-    }
-    for (qsizetype at = wanted; at > wanted - blankReach; --at) {
-        if (mayBreak(text, at))
-            return at;
-    }
-    return wanted;
 }
 
 } // namespace
@@ -162,9 +131,9 @@ void EditedDocument::showMore(qsizetype least)
     if (end == 0)
         return;
     const bool breaksLine = end < rest.size() && rest.at(end - 1) != u'\n';
-    QString slice = inPieces(rest.first(end), m_length, m_breaks);
+    QString slice = m_breaks.append(rest.first(end), m_length);
     if (breaksLine) {
-        m_breaks.push_back(m_length + static_cast<int>(slice.size()));
+        m_breaks.append(m_length + static_cast<int>(slice.size()));
         slice += u'\n';
     }
     const QScopedValueRollback applying(m_isApplying, true);
@@ -173,32 +142,6 @@ void EditedDocument::showMore(qsizetype least)
     cursor.insertText(slice);
     m_length += static_cast<int>(slice.size());
     m_shown += end;
-}
-
-// The text with breaks put in, which are added to `breaks`; it is to stand at `position`.
-QString EditedDocument::inPieces(QStringView text, int position, std::vector<int> &breaks) const
-{
-    QString pieces;
-    pieces.reserve(text.size() + text.size() / pieceLength + 1);
-    for (qsizetype at = 0; at < text.size();) {
-        qsizetype lineEnd = text.indexOf(u'\n', at);
-        if (lineEnd < 0)
-            lineEnd = text.size();
-        while (at < lineEnd) {
-            const qsizetype end = pieceEnd(text, at, lineEnd);
-            pieces += text.sliced(at, end - at);
-            at = end;
-            if (at < lineEnd) {
-                breaks.push_back(position + static_cast<int>(pieces.size()));
-                pieces += u'\n';
-            }
-        }
-        if (at < text.size()) {
-            pieces += u'\n';
-            ++at;
-        }
-    }
-    return pieces;
 }
 
 void EditedDocument::noteChange(int from, int removed, int added)
@@ -227,9 +170,9 @@ void EditedDocument::follow()
         range = {0, m_length, length};
     narrow(range);
     const QString typed = shown(range.from, range.newEnd);
-    const qsizetype at = offset(range.from);
-    const EditedText::Change change{at, offset(range.oldEnd) - at, EditedText::cleaned(typed)};
-    moveBreaks(range);
+    const qsizetype at = m_breaks.offset(range.from);
+    const EditedText::Change change{at, m_breaks.offset(range.oldEnd) - at, EditedText::cleaned(typed)};
+    m_breaks.move(range.from, range.oldEnd, range.newEnd);
     m_length = length;
     m_shown += change.inserted.size() - change.length;
     {
@@ -245,11 +188,9 @@ void EditedDocument::follow()
 // The document tells of whole paragraphs and more. What is the same before and after did not change.
 void EditedDocument::narrow(Range &range) const
 {
-    const qsizetype at = offset(range.from);
-    QString before = m_text->text().sliced(at, offset(range.oldEnd) - at);
-    for (auto it = std::lower_bound(m_breaks.cbegin(), m_breaks.cend(), range.from);
-         it != m_breaks.cend() && *it < range.oldEnd; ++it)
-        before.insert(*it - range.from, u'\n');
+    const qsizetype at = m_breaks.offset(range.from);
+    QString before = m_text->text().sliced(at, m_breaks.offset(range.oldEnd) - at);
+    m_breaks.putInto(before, range.from, range.oldEnd);
     const QString after = shown(range.from, range.newEnd);
     const auto begins = std::mismatch(before.cbegin(), before.cend(), after.cbegin(), after.cend(), same);
     const auto ends = std::mismatch(before.crbegin(), std::make_reverse_iterator(begins.first),
@@ -260,14 +201,6 @@ void EditedDocument::narrow(Range &range) const
     range.newEnd -= tail;
 }
 
-void EditedDocument::moveBreaks(const Range &range)
-{
-    const auto first = std::lower_bound(m_breaks.begin(), m_breaks.end(), range.from);
-    const auto last = std::lower_bound(first, m_breaks.end(), range.oldEnd);
-    for (auto it = m_breaks.erase(first, last); it != m_breaks.end(); ++it)
-        *it += range.newEnd - range.oldEnd;
-}
-
 void EditedDocument::followText(const EditedText::Change &change)
 {
     if (m_isApplying || !m_document)
@@ -276,13 +209,13 @@ void EditedDocument::followText(const EditedText::Change &change)
     if (change.at > m_shown || (change.at == m_shown && m_more.isActive()))
         return;
     if (change.at + change.length > m_shown) {
-        replace(position(change.at, true), m_length, {});
+        replace(m_breaks.position(change.at, true), m_length, {});
         m_shown = change.at;
         m_more.start();
         return;
     }
-    const int from = position(change.at, true);
-    const int end = change.length == 0 ? from : position(change.at + change.length, false);
+    const int from = m_breaks.position(change.at, true);
+    const int end = change.length == 0 ? from : m_breaks.position(change.at + change.length, false);
     m_shown += change.inserted.size() - change.length;
     replace(from, end, change.inserted);
     evenOut(from, from + static_cast<int>(change.inserted.size()));
@@ -293,16 +226,12 @@ void EditedDocument::followText(const EditedText::Change &change)
 void EditedDocument::replace(int from, int end, const QString &text)
 {
     const QScopedValueRollback applying(m_isApplying, true);
-    std::vector<int> breaks;
-    const QString pieces = inPieces(text, from, breaks);
+    const QString pieces = m_breaks.replace(text, from, end);
     QTextCursor cursor(m_document);
     cursor.setPosition(from);
     cursor.setPosition(end, QTextCursor::KeepAnchor);
     cursor.insertText(pieces);
-    const auto size = static_cast<int>(pieces.size());
-    moveBreaks({from, end, from + size});
-    m_breaks.insert(std::lower_bound(m_breaks.begin(), m_breaks.end(), from), breaks.begin(), breaks.end());
-    m_length += size - (end - from);
+    m_length += static_cast<int>(pieces.size()) - (end - from);
 }
 
 // Pieces that became too long are broken, and short ones joined.
@@ -315,21 +244,20 @@ void EditedDocument::evenOut(int from, int end)
         const int start = block.position();
         const int size = block.length() - 1;
         const int previous = block.previous().length() - 1;
-        const bool isShort = std::min(size, previous) < blankReach && size + previous <= longestPiece;
+        const bool isShort = std::min(size, previous) < shortPiece && size + previous <= longestPiece;
         QTextCursor cursor(m_document);
         if (size > longestPiece) {
             const int at = start + static_cast<int>(pieceEnd(block.text(), 0, size));
             cursor.setPosition(at);
             cursor.insertBlock();
-            moveBreaks({at, at, at + 1});
-            m_breaks.insert(std::lower_bound(m_breaks.begin(), m_breaks.end(), at), at);
+            m_breaks.insert(at);
             ++m_length;
             ++end;
             block = m_document->findBlock(start);
-        } else if (isBreak(start - 1) && (isShort || size + previous < pieceLength)) {
+        } else if (m_breaks.contains(start - 1) && (isShort || size + previous < pieceLength)) {
             cursor.setPosition(start);
             cursor.deletePreviousChar();
-            moveBreaks({start - 1, start, start - 1});
+            m_breaks.move(start - 1, start, start - 1);
             --m_length;
             --end;
             block = m_document->findBlock(start - 1);
@@ -346,32 +274,6 @@ QString EditedDocument::shown(int from, int end) const
     QString text = cursor.selectedText();
     text.replace(QChar::ParagraphSeparator, QChar::LineFeed);
     return text;
-}
-
-qsizetype EditedDocument::offset(int position) const
-{
-    return position - (std::lower_bound(m_breaks.cbegin(), m_breaks.cend(), position) - m_breaks.cbegin());
-}
-
-int EditedDocument::position(qsizetype offset, bool afterBreak) const
-{
-    // The text's offset of the nth break is its position without the breaks before it.
-    std::size_t low = 0;
-    std::size_t high = m_breaks.size();
-    while (low < high) {
-        const std::size_t middle = (low + high) / 2;
-        const auto at = m_breaks[middle] - static_cast<qsizetype>(middle);
-        if (at < offset || (afterBreak && at == offset))
-            low = middle + 1;
-        else
-            high = middle;
-    }
-    return static_cast<int>(offset + static_cast<qsizetype>(low));
-}
-
-bool EditedDocument::isBreak(int position) const
-{
-    return std::binary_search(m_breaks.cbegin(), m_breaks.cend(), position);
 }
 
 bool EditedDocument::eventFilter(QObject *watched, QEvent *event)
@@ -436,16 +338,16 @@ void EditedDocument::skipBreak(const QKeyEvent &key)
     if (selection().length > 0)
         return;
     const int cursor = m_editor->property("cursorPosition").toInt();
-    if (key.key() == Qt::Key_Backspace && isBreak(cursor - 1))
+    if (key.key() == Qt::Key_Backspace && m_breaks.contains(cursor - 1))
         m_editor->setProperty("cursorPosition", cursor - 1);
-    else if (key.key() == Qt::Key_Delete && isBreak(cursor))
+    else if (key.key() == Qt::Key_Delete && m_breaks.contains(cursor))
         m_editor->setProperty("cursorPosition", cursor + 1);
 }
 
 EditedText::Change EditedDocument::selection() const
 {
-    const qsizetype start = offset(m_editor->property("selectionStart").toInt());
-    return {start, offset(m_editor->property("selectionEnd").toInt()) - start, {}};
+    const qsizetype start = m_breaks.offset(m_editor->property("selectionStart").toInt());
+    return {start, m_breaks.offset(m_editor->property("selectionEnd").toInt()) - start, {}};
 }
 
 // In the selection's place, as the user's change.
@@ -461,13 +363,13 @@ void EditedDocument::moveCursor(qsizetype offset)
 {
     if (offset > m_shown)
         showMore(offset - m_shown + firstSlice);
-    m_editor->setProperty("cursorPosition", position(std::min(offset, m_shown), true));
+    m_editor->setProperty("cursorPosition", m_breaks.position(std::min(offset, m_shown), true));
 }
 
 void EditedDocument::keepCursor()
 {
     if (m_text && m_editor && !m_isApplying)
-        m_text->setCursor(offset(m_editor->property("cursorPosition").toInt()));
+        m_text->setCursor(m_breaks.offset(m_editor->property("cursorPosition").toInt()));
 }
 
 // The toolkit offers the document's text to other programs' middle click.
@@ -477,8 +379,7 @@ void EditedDocument::cleanPrimarySelection() const
     if (!m_editor || !m_text || !clipboard->supportsSelection() || !clipboard->ownsSelection())
         return;
     const int start = m_editor->property("selectionStart").toInt();
-    const auto first = std::lower_bound(m_breaks.cbegin(), m_breaks.cend(), start);
-    if (first == m_breaks.cend() || *first >= m_editor->property("selectionEnd").toInt())
+    if (!m_breaks.isAnyWithin(start, m_editor->property("selectionEnd").toInt()))
         return;
     const EditedText::Change selected = selection();
     clipboard->setText(m_text->text().sliced(selected.at, selected.length), QClipboard::Selection);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "modules/notes/EditedText.h"
+#include "modules/notes/TextPieces.h"
 
 #include <QObject>
 #include <QPointer>
@@ -10,16 +11,13 @@
 #include <QtQml/qqmlregistration.h>
 
 #include <optional>
-#include <vector>
 
 namespace randblatt {
 
 /// Joins an editor's document and the text that it shows: what the user does to the one becomes the other's.
 ///
 /// An editor lays out whole paragraphs, so a very long one is shown in pieces, each a paragraph of the
-/// document. The breaks between them are not in the text: positions are the document's, offsets the text's,
-/// and a position is the offset and the number of breaks before it. A long text is shown up to what is seen
-/// first, and then bit by bit.
+/// document (PieceBreaks). A long text is shown up to what is seen first, and then bit by bit.
 class EditedDocument : public QObject
 {
     Q_OBJECT
@@ -64,14 +62,8 @@ private:
     void narrow(Range &range) const;
     void followText(const EditedText::Change &change);
     void replace(int from, int end, const QString &text);
-    void moveBreaks(const Range &range);
     void evenOut(int from, int end);
-    [[nodiscard]] QString inPieces(QStringView text, int position, std::vector<int> &breaks) const;
     [[nodiscard]] QString shown(int from, int end) const;
-    [[nodiscard]] qsizetype offset(int position) const;
-    /// At a break, the end of the first piece or the beginning of the second.
-    [[nodiscard]] int position(qsizetype offset, bool afterBreak) const;
-    [[nodiscard]] bool isBreak(int position) const;
 
     [[nodiscard]] bool handleKey(const QKeyEvent &key);
     [[nodiscard]] bool handleRelease(const QMouseEvent &mouse);
@@ -84,8 +76,7 @@ private:
     QPointer<QQuickItem> m_editor;
     QPointer<QTextDocument> m_document;
     QPointer<EditedText> m_text;
-    /// The positions of the breaks, in their order.
-    std::vector<int> m_breaks;
+    PieceBreaks m_breaks;
     /// The document's length, and how much of the text it shows.
     int m_length = 0;
     qsizetype m_shown = 0;

@@ -98,6 +98,12 @@ void EditedText::replace(const Change &change)
     Q_EMIT edited(m_text);
 }
 
+void EditedText::append(const QString &lines)
+{
+    const bool beginsLine = m_text.isEmpty() || m_text.endsWith(QChar::LineFeed);
+    replace({m_text.size(), 0, beginsLine ? lines : QChar(QChar::LineFeed) + lines});
+}
+
 std::optional<EditedText::Change> EditedText::undo()
 {
     return turn(m_undo, m_redo);

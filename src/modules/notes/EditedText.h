@@ -46,6 +46,8 @@ public:
     void stepBack(const QString &text);
     /// The user's own change. Characters that are typed one after another are one step, up to a word's end.
     void replace(const Change &change);
+    /// The user's own change: adds lines at the end.
+    void append(const QString &lines);
     /// What was undone or redone; none where there was nothing.
     std::optional<Change> undo();
     std::optional<Change> redo();

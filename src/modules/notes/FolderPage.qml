@@ -44,7 +44,6 @@ FocusScope {
         text: "Ordner"
         font.weight: Font.DemiBold
         Accessible.role: Accessible.Heading
-        Accessible.name: text
     }
 
     PlainButton {
@@ -91,8 +90,8 @@ FocusScope {
                 appearance: root.appearance
                 symbol: "tray.full"
                 text: "Alle Notizen"
-                checked: root.service.currentFolder === ""
-                trailingSymbol: checked ? "checkmark" : ""
+                isChosen: root.service.currentFolder === ""
+                trailingSymbol: isChosen ? "checkmark" : ""
                 focusPolicy: Qt.TabFocus
                 Keys.onReturnPressed: clicked()
                 Keys.onEnterPressed: clicked()
@@ -108,8 +107,8 @@ FocusScope {
             appearance: root.appearance
             symbol: "folder"
             text: name
-            checked: root.service.currentFolder === name
-            trailingSymbol: checked ? "checkmark" : ""
+            isChosen: root.service.currentFolder === name
+            trailingSymbol: isChosen ? "checkmark" : ""
             onClicked: root.chosen(name)
         }
     }

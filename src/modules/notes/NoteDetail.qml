@@ -26,6 +26,11 @@ FocusScope {
             edit?.save()
     }
 
+    Announcement {
+        source: root
+        text: root.isUnsaved ? "" : root.edit?.state ?? ""
+    }
+
     NoteNotice {
         id: notice
 

@@ -28,7 +28,9 @@ FocusScope {
     Rectangle {
         anchors.fill: parent
         radius: 10
-        color: Qt.rgba(0, 0, 0, 0.22)
+        color: root.appearance.highContrast ? "transparent" : Qt.rgba(0, 0, 0, 0.22)
+        border.width: area.activeFocus || root.appearance.highContrast ? 1 : 0
+        border.color: area.activeFocus ? root.appearance.accent : root.appearance.rim
     }
 
     Flickable {
@@ -58,7 +60,7 @@ FocusScope {
             topPadding: 8
             bottomPadding: 8
             color: root.appearance.foreground
-            selectionColor: root.appearance.accent
+            selectionColor: root.appearance.selection
             selectedTextColor: "white"
             selectByMouse: true
             textFormat: TextEdit.PlainText
@@ -73,6 +75,11 @@ FocusScope {
             Accessible.multiLine: true
 
             onCursorPositionChanged: document.keepCursor()
+
+            TextMenu {
+                field: area
+                appearance: root.appearance
+            }
 
             // The editor is one control among others: Tab leads on.
             Keys.onTabPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)

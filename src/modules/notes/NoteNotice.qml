@@ -16,6 +16,12 @@ Item {
     implicitHeight: text === "" ? 0 : label.height + (button.visible ? button.height : 0) + Metrics.tightGap
     visible: text !== ""
 
+    Announcement {
+        source: root
+        text: root.text
+        isUrgent: true
+    }
+
     CardText {
         id: label
 
@@ -28,7 +34,6 @@ Item {
         maximumLineCount: 3
         text: root.text
         Accessible.role: Accessible.AlertMessage
-        Accessible.name: text
     }
 
     PlainButton {

@@ -51,7 +51,6 @@ Item {
         text: root.heading
         font.weight: Font.DemiBold
         Accessible.role: Accessible.Heading
-        Accessible.name: text
     }
 
     BusyMark {

@@ -2,12 +2,19 @@
 
 #include "platform/ScriptRunner.h"
 #include "settings/AppSettings.h"
+#include "settings/DroppedLines.h"
 
 #include <utility>
 
 namespace randblatt {
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qsizetype longestTitle = 80;
+
+} // namespace
 
 NotesModule::NotesModule(AppSettings &settings, Preferences &preferences,
                          std::shared_ptr<ScriptRunner> runner, QObject *parent)
@@ -47,6 +54,32 @@ ViewDescription NotesModule::makeQuickMenu() const
 {
     return {QUrl(u"qrc:/qt/qml/Randblatt/Notes/NotesQuickMenu.qml"_s),
             {{u"settings"_s, QVariant::fromValue(&m_settings)}}};
+}
+
+QString NotesModule::dropOffer(bool hasText, const QList<QUrl> &urls) const
+{
+    if (!hasText && urls.isEmpty())
+        return {};
+    return m_settings.notesMode() == NotesMode::scratch ? u"Auf den Notizzettel"_s : u"Als neue Notiz"_s;
+}
+
+bool NotesModule::takeDrop(const QString &text, const QList<QUrl> &urls)
+{
+    const QStringList lines = droppedLines(text, urls);
+    if (lines.isEmpty())
+        return false;
+    // A text keeps its indents and its empty lines.
+    const QString content = urls.isEmpty() ? EditedText::cleaned(text) : lines.join(u'\n');
+    if (m_settings.notesMode() == NotesMode::scratch) {
+        m_pad->append(content);
+        return true;
+    }
+    NewNote *note = m_browsing->newNote();
+    if (note->title().isEmpty())
+        note->setTitle(lines.first().left(longestTitle));
+    note->body()->append(content);
+    note->setOpen(true);
+    return true;
 }
 
 } // namespace randblatt

@@ -29,6 +29,8 @@ public:
     [[nodiscard]] QString systemImage() const override;
     [[nodiscard]] ViewDescription makeView() const override;
     [[nodiscard]] ViewDescription makeQuickMenu() const override;
+    [[nodiscard]] QString dropOffer(bool hasText, const QList<QUrl> &urls) const override;
+    bool takeDrop(const QString &text, const QList<QUrl> &urls) override;
 
 private:
     AppSettings &m_settings;

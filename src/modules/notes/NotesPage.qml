@@ -16,6 +16,22 @@ FocusScope {
 
     signal foldersWanted
 
+    // The folder that was shown before the search, which looks into all of them.
+    property string formerFolder
+    readonly property var searched: browsing.service.notes
+
+    Keys.onPressed: event => {
+        event.accepted = root.showsList && event.matches(StandardKey.Find)
+        if (!event.accepted)
+            return
+        if (!search.isOpen) {
+            formerFolder = browsing.service.currentFolder
+            if (formerFolder !== "")
+                browsing.chooseFolder("")
+        }
+        search.open()
+    }
+
     NotesHeader {
         id: header
 
@@ -49,7 +65,12 @@ FocusScope {
         maximumLineCount: 3
         text: root.browsing.service.statusMessage
         Accessible.role: Accessible.AlertMessage
-        Accessible.name: text
+    }
+
+    Announcement {
+        source: root
+        text: status.text
+        isUrgent: true
     }
 
     Loader {
@@ -61,10 +82,37 @@ FocusScope {
         sourceComponent: root.composes ? composer : root.showsList ? null : detail
     }
 
+    FilteredModel {
+        id: found
+
+        source: search.isOpen ? root.searched : null
+        text: search.text
+        searchedRoles: ["name"]
+    }
+
+    SearchField {
+        id: search
+
+        anchors.top: status.visible ? status.bottom : header.bottom
+        anchors.topMargin: isOpen && root.showsList ? Metrics.tightGap : 0
+        x: Metrics.cardPadding
+        width: parent.width - 2 * x
+        opacity: root.showsList ? 1 : 0
+        enabled: root.showsList
+        appearance: root.appearance
+        found: found.count
+        onAccepted: list.focusRow(0)
+        onClosed: {
+            if (root.formerFolder !== "")
+                root.browsing.chooseFolder(root.formerFolder)
+            Focus.give(list)
+        }
+    }
+
     UnsavedRows {
         id: unsaved
 
-        anchors.top: status.visible ? status.bottom : header.bottom
+        anchors.top: search.bottom
         anchors.topMargin: Metrics.tightGap
         width: parent.width
         height: Math.min(contentHeight, parent.height / 3)
@@ -85,13 +133,13 @@ FocusScope {
         visible: root.showsList
         spacing: 1
         appearance: root.appearance
-        model: root.browsing.service.notes
+        model: search.isOpen ? found : root.browsing.service.notes
         Accessible.name: "Notizen"
         onChosen: if (currentItem)
             (currentItem as NotesRow).clicked()
         Keys.onRightPressed: root.foldersWanted()
         onVisibleChanged: if (visible && root.activeFocus)
-            forceActiveFocus(Qt.OtherFocusReason)
+            Focus.give(this)
 
         delegate: NotesRow {
             required property noteSummary note

@@ -16,7 +16,7 @@ Column {
         width: root.width
         symbol: "note.text"
         text: "Notizzettel"
-        checked: root.settings.notesMode === "scratch"
+        chosen: root.settings.notesMode === "scratch"
         onClicked: root.settings.notesMode = "scratch"
     }
 
@@ -25,7 +25,7 @@ Column {
         width: root.width
         symbol: "applelogo"
         text: "Apple Notizen"
-        checked: root.settings.notesMode === "apple"
+        chosen: root.settings.notesMode === "apple"
         onClicked: root.settings.notesMode = "apple"
     }
 }

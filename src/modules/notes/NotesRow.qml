@@ -4,15 +4,15 @@ import QtQuick.Templates as T
 import Randblatt.Controls
 
 // A line of a list: a symbol, a name and, at the end, another symbol.
-T.AbstractButton {
+T.ItemDelegate {
     id: root
 
     required property CardAppearance appearance
     property string symbol
     property string trailingSymbol
     property bool isUnsaved: false
-
-    readonly property bool isCurrent: ListView.isCurrentItem && ListView.view.activeFocus
+    // What it names is what the list beside it shows.
+    property bool isChosen: false
 
     leftPadding: Metrics.cardPadding
     rightPadding: Metrics.cardPadding
@@ -22,10 +22,9 @@ T.AbstractButton {
     focusPolicy: Qt.NoFocus
     hoverEnabled: true
 
-    Accessible.role: Accessible.ListItem
     Accessible.name: text
     Accessible.description: isUnsaved ? "Nicht gespeichert" : ""
-    Accessible.selected: checked
+    Accessible.selected: isChosen
     Accessible.onPressAction: root.clicked()
 
     // A row in the pool is only out of the picture; it must be gone for assistive tools as well.
@@ -55,6 +54,7 @@ T.AbstractButton {
             anchors.verticalCenter: parent.verticalCenter
             appearance: root.appearance
             text: root.text
+            Accessible.ignored: true
         }
 
         CardText {
@@ -91,10 +91,10 @@ T.AbstractButton {
             anchors.leftMargin: Metrics.cardPadding - 6
             anchors.rightMargin: Metrics.cardPadding - 6
             radius: Metrics.rowRadius
-            color: root.appearance.alpha(root.down ? 0.12 : root.hovered ? 0.07 : 0)
+            color: root.appearance.alpha(root.down ? 0.12 : root.hovered || root.activeFocus ? 0.07 : 0)
 
             FocusRing {
-                visible: root.isCurrent || root.visualFocus
+                visible: root.visualFocus
                 anchors.margins: 0
                 radius: Metrics.rowRadius
                 accent: root.appearance.accent

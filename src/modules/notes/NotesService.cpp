@@ -35,8 +35,8 @@ void NotesService::run(const QString &source, const ResultCompletion &completion
 void NotesService::loadFolders()
 {
     run(notescripts::listFolders(), [service = QPointer(this)](const ASResult &result) {
-        if (service && result.isSuccess() && service->m_folders.replace(notescripts::folders(result.text)))
-            Q_EMIT service->foldersChanged();
+        if (service && result.isSuccess())
+            service->m_folders.replace(notescripts::folders(result.text));
     });
 }
 
@@ -122,50 +122,6 @@ void NotesService::write(const QString &source, const QString &failurePrefix,
         if (completion)
             completion(result.isSuccess());
     });
-}
-
-template <typename... Arguments>
-std::function<void(Arguments...)> NotesService::calling(const QJSValue &function)
-{
-    // The function itself stays here, since its engine must not be touched on the queue's thread.
-    const int ticket = ++m_lastTicket;
-    m_functions.insert(ticket, function);
-    return [service = QPointer(this), ticket](Arguments... arguments) {
-        const QJSValue kept = service ? service->m_functions.take(ticket) : QJSValue();
-        if (kept.isCallable())
-            kept.call({QJSValue(arguments)...});
-    };
-}
-
-void NotesService::loadBody(const QString &id, const QJSValue &completion)
-{
-    loadBody(id, calling<const QString &, bool>(completion));
-}
-
-void NotesService::createNote(const QString &title, const QString &body, const QJSValue &completion)
-{
-    createNote(title, body, calling<bool>(completion));
-}
-
-void NotesService::saveBody(const QString &id, const QString &title, const QString &body,
-                            const QJSValue &completion)
-{
-    saveBody(id, title, body, calling<bool>(completion));
-}
-
-void NotesService::deleteNote(const QString &id, const QJSValue &completion)
-{
-    deleteNote(id, calling<bool>(completion));
-}
-
-void NotesService::locateNote(const QString &id, const QJSValue &completion)
-{
-    locateNote(id, calling<const QString &>(completion));
-}
-
-void NotesService::restoreNote(const QString &id, const QString &folder, const QJSValue &completion)
-{
-    restoreNote(id, folder.isEmpty() ? std::nullopt : std::optional(folder), calling<bool>(completion));
 }
 
 void NotesService::setCurrentFolder(const std::optional<QString> &folder)

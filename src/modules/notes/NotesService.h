@@ -6,8 +6,6 @@
 #include "modules/notes/NoteSummary.h"
 #include "modules/notes/ScriptQueue.h"
 
-#include <QHash>
-#include <QJSValue>
 #include <QObject>
 #include <QStringList>
 #include <QtQml/qqmlregistration.h>
@@ -68,16 +66,6 @@ public:
     void restoreNote(const QString &id, const std::optional<QString> &folder,
                      const WriteCompletion &completion);
 
-    /// The same for QML, with a function as completion, or none. It is not called when the service is gone.
-    /// No folder is the empty string.
-    Q_INVOKABLE void loadBody(const QString &id, const QJSValue &completion);
-    Q_INVOKABLE void createNote(const QString &title, const QString &body, const QJSValue &completion);
-    Q_INVOKABLE void saveBody(const QString &id, const QString &title, const QString &body,
-                              const QJSValue &completion = {});
-    Q_INVOKABLE void deleteNote(const QString &id, const QJSValue &completion);
-    Q_INVOKABLE void locateNote(const QString &id, const QJSValue &completion);
-    Q_INVOKABLE void restoreNote(const QString &id, const QString &folder, const QJSValue &completion);
-
     /// In the application's order.
     [[nodiscard]] const QList<NoteSummary> &notes() const { return m_notes.rows(); }
     [[nodiscard]] NoteListModel *noteModel() { return &m_notes; }
@@ -96,7 +84,6 @@ public:
 
 Q_SIGNALS:
     void notesChanged();
-    void foldersChanged();
     void statusMessageChanged();
     void isLoadingChanged();
     void currentFolderChanged();
@@ -108,8 +95,6 @@ private:
     void setLoading(bool loading);
     [[nodiscard]] QString currentFolderName() const { return m_currentFolder.value_or(QString()); }
     void setCurrentFolderName(const QString &name);
-    template <typename... Arguments>
-    [[nodiscard]] std::function<void(Arguments...)> calling(const QJSValue &function);
 
     std::shared_ptr<ScriptRunner> m_runner;
     NoteListModel m_notes;
@@ -117,9 +102,6 @@ private:
     QString m_statusMessage;
     bool m_isLoading = false;
     std::optional<QString> m_currentFolder;
-    /// QML's completions, by the ticket that their calls have.
-    QHash<int, QJSValue> m_functions;
-    int m_lastTicket = 0;
     ScriptQueue m_queue;
 };
 

@@ -32,7 +32,7 @@ FocusScope {
         const hadFocus = activeFocus
         pages.currentIndex = page
         if (hadFocus)
-            pages.currentItem.forceActiveFocus(Qt.TabFocusReason)
+            Focus.give(pages.currentItem)
     }
 
     onIsOnScreenChanged: appear()
@@ -58,7 +58,7 @@ FocusScope {
         highlightRangeMode: ListView.StrictlyEnforceRange
         preferredHighlightBegin: 0
         preferredHighlightEnd: 0
-        highlightMoveDuration: 200
+        highlightMoveDuration: Metrics.duration(200)
         boundsBehavior: Flickable.StopAtBounds
         keyNavigationEnabled: false
         // The folders are made after the first frame and stay.
@@ -89,6 +89,15 @@ FocusScope {
                 focus: true
                 sourceComponent: page.index === 0 ? notesPage : folderPage
             }
+        }
+    }
+
+    Item {
+        anchors.fill: parent
+
+        PageWheel {
+            isShifted: true
+            onTurned: step => root.turnTo(pages.currentIndex + step)
         }
     }
 

@@ -17,8 +17,8 @@ Rectangle {
     implicitHeight: Math.max(32, field.implicitHeight + 2 * 8)
     radius: 9
     color: appearance.alpha(0.08)
-    border.width: field.activeFocus ? 1 : 0
-    border.color: appearance.accent
+    border.width: field.activeFocus || appearance.highContrast ? 1 : 0
+    border.color: field.activeFocus ? appearance.accent : appearance.rim
 
     TapHandler {
         onTapped: field.forceActiveFocus(Qt.MouseFocusReason)

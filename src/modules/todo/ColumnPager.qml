@@ -22,13 +22,7 @@ Row {
         const onward = step > 0 ? next : previous
         const back = step > 0 ? previous : next
         const half = onward.enabled ? onward : back
-        half.forceActiveFocus(Qt.TabFocusReason)
-    }
-
-    // The half that leads nowhere leads where the other one does: the sign is small, and its middle is hit as
-    // often as its halves.
-    TapHandler {
-        onTapped: root.pageTurned(root.hasNext ? 1 : -1)
+        Focus.give(half)
     }
 
     ColumnPagerHalf {

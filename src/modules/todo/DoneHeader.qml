@@ -32,7 +32,6 @@ Item {
         font.weight: Font.DemiBold
         text: "Erledigt"
         Accessible.role: Accessible.Heading
-        Accessible.name: text
     }
 
     PlainButton {

@@ -11,15 +11,21 @@ FocusScope {
     required property TodoColumn column
     // Whether this is the page that the board shows; only its controls are reached by Tab.
     required property bool isShown
+    required property TodoActions actions
+    property string search
+    readonly property int shownCount: cards.count
     required property bool hasPrevious
     required property bool hasNext
+
+    // The field of the card that is being edited; null while none is.
+    readonly property RowEditor editor: (cards.currentItem as KanbanCard)?.editor ?? null
 
     signal pageTurned(step: int)
     signal menuRequested(card: KanbanCard, byKeyboard: bool)
     signal deleted(taskId: var)
 
-    function focusCard(index: int, byKeyboard: bool): void {
-        cards.focusRow(index, byKeyboard ? Qt.TabFocusReason : Qt.PopupFocusReason)
+    function focusCard(index: int): void {
+        cards.focusRow(index)
     }
 
     function showTask(taskId: var): void {
@@ -29,7 +35,7 @@ FocusScope {
     // Takes the keyboard when the board has turned to this page by `step`.
     function takeKeyboard(step: int): void {
         if (cards.count > 0)
-            cards.focusRow(cards.currentIndex, Qt.TabFocusReason)
+            cards.focusRow(cards.currentIndex)
         else
             pager.takeKeyboard(step)
     }
@@ -53,6 +59,7 @@ FocusScope {
         anchors.topMargin: header.height + 2
         appearance: root.appearance
         tasks: root.column.tasks
+        search: root.search
         topMargin: 4
         spacing: 6
         Accessible.name: root.column.label
@@ -62,6 +69,7 @@ FocusScope {
 
             width: cards.width
             appearance: root.appearance
+            actions: root.actions
             isReachable: root.isShown
             onMenuRequested: byKeyboard => root.menuRequested(card, byKeyboard)
             onDeleted: root.deleteCard(index, taskId)
@@ -76,7 +84,7 @@ FocusScope {
         visible: root.column.tasks.count === 0
         appearance: root.appearance
         size: Metrics.captionSize
-        color: root.appearance.tertiary
+        color: root.appearance.secondary
         horizontalAlignment: Text.AlignHCenter
         text: "Keine Aufgaben"
     }

@@ -11,6 +11,19 @@ FocusScope {
     required property TodoActions actions
     // The TodoColumns.
     required property var columns
+    property string search
+
+    // Goes to the first card that is shown, on whichever page.
+    function focusFirst(): void {
+        const page = columns.findIndex((_, index) => (pages.itemAtIndex(index) as KanbanColumn)?.shownCount > 0)
+        if (page < 0)
+            return
+        pages.currentIndex = page
+        (pages.currentItem as KanbanColumn).focusCard(0)
+    }
+
+    // The field of the card that is being edited; null while none is.
+    readonly property RowEditor editor: (pages.currentItem as KanbanColumn)?.editor ?? null
 
     function turnPage(step: int): void {
         const page = pages.currentIndex + step
@@ -31,9 +44,14 @@ FocusScope {
         pages.currentIndex = page
         const column = pages.currentItem as KanbanColumn
         column.showTask(taskId)
-        if (hadFocus)
+        if (hadFocus && column.editor !== null)
+            column.editor.takeKeyboard(false)
+        else if (hadFocus)
             column.takeKeyboard(0)
     }
+
+    // What is being edited goes on here.
+    Component.onCompleted: showReturned(actions.editedTask)
 
     function openMenu(column: KanbanColumn, card: KanbanCard, byKeyboard: bool): void {
         menuLoader.active = true
@@ -68,7 +86,7 @@ FocusScope {
         highlightRangeMode: ListView.StrictlyEnforceRange
         preferredHighlightBegin: 0
         preferredHighlightEnd: 0
-        highlightMoveDuration: 200
+        highlightMoveDuration: Metrics.duration(200)
         boundsBehavior: Flickable.StopAtBounds
         keyNavigationEnabled: false
         // The other columns are made after the first frame and keep their places from then on.
@@ -93,12 +111,23 @@ FocusScope {
             height: pages.height
             appearance: root.appearance
             column: modelData
+            actions: root.actions
+            search: root.search
             isShown: ListView.isCurrentItem
             hasPrevious: index > 0
             hasNext: index < pages.count - 1
             onPageTurned: step => root.turnPage(step)
             onMenuRequested: (card, byKeyboard) => root.openMenu(page, card, byKeyboard)
             onDeleted: taskId => root.actions.deleteTask(taskId)
+        }
+    }
+
+    Item {
+        anchors.fill: parent
+
+        PageWheel {
+            isShifted: true
+            onTurned: step => root.turnPage(step)
         }
     }
 
@@ -112,11 +141,11 @@ FocusScope {
         active: false
         sourceComponent: KanbanCardMenu {
             parent: root
-            appearance: root.appearance
+            textScale: root.appearance.textScale
             columns: root.columns
             onStatusChosen: status => root.actions.setStatusName(menuLoader.taskId, status)
             onDeleteChosen: root.actions.deleteTask(menuLoader.taskId)
-            onClosed: menuLoader.column.focusCard(menuLoader.index, byKeyboard)
+            onClosed: menuLoader.column.focusCard(menuLoader.index)
         }
     }
 }

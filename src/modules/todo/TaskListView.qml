@@ -11,26 +11,38 @@ ListView {
 
     required property CardAppearance appearance
     required property TodoTaskModel tasks
+    // Only the tasks in whose titles this is found are shown; empty for all.
+    property string search
+
+    readonly property FilteredModel found: FilteredModel {
+        source: root.search === "" ? null : root.tasks
+        text: root.search
+        searchedRoles: ["title"]
+    }
+
+    function shownRow(row: int): int {
+        return search === "" ? row : found.rowFrom(row)
+    }
 
     // Makes the row at `index`, or the nearest there is, current and gives it the keyboard.
-    function focusRow(index: int, reason: int): void {
+    function focusRow(index: int): void {
         forceLayout()
         if (count === 0)
             return
         currentIndex = Math.max(0, Math.min(index, count - 1))
         positionViewAtIndex(currentIndex, ListView.Contain)
-        currentItem.forceActiveFocus(reason)
+        Focus.give(currentItem)
     }
 
     // For a row that an operation has moved or removed: the keyboard stays at its place.
     function keepPlace(index: int, hadFocus: bool): void {
         if (hadFocus)
-            focusRow(index, Qt.TabFocusReason)
+            focusRow(index)
     }
 
     // Shows the task's row, if there is one here, and makes it the current one.
     function showTask(taskId: var): void {
-        const row = tasks.rowOfTask(taskId)
+        const row = shownRow(tasks.rowOfTask(taskId))
         if (row < 0)
             return
         reveal.stop()
@@ -46,10 +58,10 @@ ListView {
     function step(event: KeyEvent, target: int): void {
         event.accepted = target >= 0 && target < count
         if (event.accepted)
-            focusRow(target, Qt.TabFocusReason)
+            focusRow(target)
     }
 
-    model: tasks
+    model: search === "" ? tasks : found
     reuseItems: true
     clip: true
     boundsBehavior: Flickable.StopAtBounds
@@ -95,6 +107,10 @@ ListView {
         property int row: 0
 
         interval: 0
-        onTriggered: root.positionViewAtIndex(Math.min(row, root.count - 1), ListView.Contain)
+        onTriggered: {
+            const shown = Math.min(root.shownRow(row), root.count - 1)
+            if (shown >= 0)
+                root.positionViewAtIndex(shown, ListView.Contain)
+        }
     }
 }

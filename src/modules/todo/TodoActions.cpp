@@ -51,6 +51,32 @@ void TodoActions::add()
     m_newTitle.clear();
 }
 
+bool TodoActions::addAll(const QStringList &titles)
+{
+    constexpr qsizetype most = 500;
+    if (titles.isEmpty() || titles.size() > most)
+        return false;
+    QList<TodoItem> added;
+    for (const QString &title : titles) {
+        const auto before = m_store.items().size();
+        m_store.add(title);
+        if (m_store.items().size() > before)
+            added.append(m_store.items().constLast());
+    }
+    if (added.isEmpty())
+        return false;
+    offer(added.size() == 1 ? message(u"Hinzugefügt"_s, added.first().title)
+                            : u"%1 Aufgaben hinzugefügt"_s.arg(added.size()),
+          [this, added] {
+              for (const TodoItem &item : added) {
+                  const TodoItem *present = m_store.find(item.id);
+                  if (present && present->title == item.title && present->status == item.status)
+                      m_store.deleteItem(item.id);
+              }
+          });
+    return true;
+}
+
 void TodoActions::toggleDone(const QUuid &id)
 {
     changeStatus(id, [&] { m_store.toggleDone(id); });

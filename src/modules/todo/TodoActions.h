@@ -33,6 +33,9 @@ public:
 
     /// Makes a task of the draft for a new one, and empties it.
     Q_INVOKABLE void add();
+    /// Makes a task of each title, and offers to take them back. False if there are none, or too many for a
+    /// person to want them all.
+    bool addAll(const QStringList &titles);
     /// Finishes the task, or puts a finished one back into the backlog.
     Q_INVOKABLE void toggleDone(const QUuid &id);
     /// Sets the status with the stored string.

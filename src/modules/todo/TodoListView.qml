@@ -10,9 +10,14 @@ Item {
     required property CardAppearance appearance
     required property TodoActions actions
     required property TodoTaskModel tasks
+    property string search
 
     // The field of the row that is being edited; null while none is.
     readonly property Item editor: (rows.currentItem as TodoRow)?.editor ?? null
+
+    function focusFirst(): void {
+        rows.focusRow(0)
+    }
 
     function toggle(index: int, taskId: var): void {
         const hadFocus = rows.hasKeyboardAt(index)
@@ -61,6 +66,7 @@ Item {
         anchors.fill: parent
         appearance: root.appearance
         tasks: root.tasks
+        search: root.search
         topMargin: 4
         spacing: 1
         Accessible.name: "Aufgaben"

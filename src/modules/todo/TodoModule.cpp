@@ -2,6 +2,7 @@
 
 #include "modules/todo/TodoColumn.h"
 #include "settings/AppSettings.h"
+#include "settings/DroppedLines.h"
 
 namespace randblatt {
 
@@ -47,6 +48,16 @@ ViewDescription TodoModule::makeQuickMenu() const
 {
     return {QUrl(u"qrc:/qt/qml/Randblatt/Todo/TodoQuickMenu.qml"_s),
             {{u"settings"_s, QVariant::fromValue(&m_settings)}}};
+}
+
+QString TodoModule::dropOffer(bool hasText, const QList<QUrl> &urls) const
+{
+    return !holdsFiles(urls) && (hasText || !urls.isEmpty()) ? u"Als Aufgabe hinzufügen"_s : QString();
+}
+
+bool TodoModule::takeDrop(const QString &text, const QList<QUrl> &urls)
+{
+    return !holdsFiles(urls) && m_actions->addAll(droppedLines(text, urls));
 }
 
 } // namespace randblatt

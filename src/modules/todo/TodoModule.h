@@ -26,6 +26,9 @@ public:
     [[nodiscard]] ViewDescription makeView() const override;
     [[nodiscard]] ViewDescription makeQuickMenu() const override;
 
+    [[nodiscard]] QString dropOffer(bool hasText, const QList<QUrl> &urls) const override;
+    bool takeDrop(const QString &text, const QList<QUrl> &urls) override;
+
     [[nodiscard]] TodoStore &store() { return *m_store; }
 
 private:

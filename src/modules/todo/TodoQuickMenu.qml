@@ -16,7 +16,7 @@ Column {
         width: root.width
         symbol: "list.bullet"
         text: "Liste"
-        checked: root.settings.todoViewMode === "list"
+        chosen: root.settings.todoViewMode === "list"
         onClicked: root.settings.todoViewMode = "list"
     }
 
@@ -25,7 +25,7 @@ Column {
         width: root.width
         symbol: "rectangle.split.3x1"
         text: "Kanban-Tafel"
-        checked: root.settings.todoViewMode === "kanban"
+        chosen: root.settings.todoViewMode === "kanban"
         onClicked: root.settings.todoViewMode = "kanban"
     }
 }

@@ -17,7 +17,8 @@ FocusScope {
     required property var columns
 
     // What takes the text that is typed while nothing has the keyboard.
-    readonly property Item typingTarget: (content.item as TodoListView)?.editor ?? addField.input
+    readonly property Item typingTarget: (content.item as TodoListView)?.editor ?? (content.item as KanbanView)?.editor
+                                         ?? addField.input
     readonly property bool showsBoard: settings.todoViewMode === "kanban"
 
     function turnPage(step: int): void {
@@ -26,12 +27,22 @@ FocusScope {
             board.turnPage(step)
     }
 
+    function add(): void {
+        const title = actions.newTitle.text.trim()
+        actions.add()
+        if (title !== "")
+            Voice.say(root, title + (showsBoard ? ": hinzugefügt unter „Offen“" : ": hinzugefügt"))
+    }
+
     Keys.onPressed: event => {
         const turns = event.modifiers === Qt.ControlModifier
                     && (event.key === Qt.Key_PageUp || event.key === Qt.Key_PageDown)
         if (turns)
             turnPage(event.key === Qt.Key_PageUp ? -1 : 1)
-        event.accepted = turns && showsBoard
+        const searches = event.matches(StandardKey.Find)
+        if (searches)
+            searchField.open()
+        event.accepted = searches || (turns && showsBoard)
     }
 
     AddField {
@@ -43,13 +54,35 @@ FocusScope {
         anchors.rightMargin: Metrics.cardPadding
         appearance: root.appearance
         draft: root.actions.newTitle
-        onSubmitted: root.actions.add()
+        onSubmitted: root.add()
+    }
+
+    FilteredModel {
+        id: found
+
+        source: searchField.isOpen ? root.tasks : null
+        text: searchField.text
+        searchedRoles: ["title"]
+    }
+
+    SearchField {
+        id: searchField
+
+        anchors.top: addField.bottom
+        anchors.topMargin: isOpen ? Metrics.tightGap : 0
+        anchors.left: addField.left
+        anchors.right: addField.right
+        appearance: root.appearance
+        found: found.count
+        onAccepted: root.showsBoard ? (content.item as KanbanView).focusFirst()
+                                    : (content.item as TodoListView).focusFirst()
+        onClosed: Focus.give(content)
     }
 
     Loader {
         id: content
 
-        anchors.top: addField.bottom
+        anchors.top: searchField.bottom
         anchors.topMargin: Metrics.tightGap
         anchors.bottom: parent.bottom
         anchors.left: parent.left
@@ -64,6 +97,7 @@ FocusScope {
             appearance: root.appearance
             actions: root.actions
             tasks: root.tasks
+            search: searchField.text.trim()
         }
     }
 
@@ -74,6 +108,7 @@ FocusScope {
             appearance: root.appearance
             actions: root.actions
             columns: root.columns
+            search: searchField.text.trim()
         }
     }
 }

@@ -5,7 +5,7 @@ import Randblatt.Controls
 import Randblatt.Todo
 
 // A task of the list: its check mark, its title – or the field that changes it – and its delete button.
-T.Control {
+T.ItemDelegate {
     id: root
 
     required property CardAppearance appearance
@@ -20,13 +20,29 @@ T.Control {
     readonly property RowEditor editor: editorLoader.item as RowEditor
     property bool isPooled: false
     readonly property bool isCurrent: ListView.isCurrentItem
-    readonly property bool isActive: hovered || (isCurrent && ListView.view.activeFocus)
+    // What can be pressed in the row is seen where the pointer or the keyboard is, whichever was used last.
+    readonly property bool isActive: Focus.isPointing || !ListView.view?.activeFocus ? hovered : isCurrent
     readonly property real symbolSize: 15 * appearance.textScale
     // A button's reach around its symbol that makes it easy to hit.
     readonly property real reach: Math.max(5, (24 - symbolSize) / 2)
 
+    readonly property var hints: Qt.styleHints
+    // When it was clicked, in milliseconds.
+    property real lastTap: 0
+
     signal toggled
     signal deleted
+
+    // A click gives the row the keyboard, a second one at once opens its title.
+    function tap(): void {
+        const now = Date.now()
+        const isSecond = now - lastTap < hints.mouseDoubleClickInterval
+        lastTap = isSecond ? 0 : now
+        if (isSecond)
+            startEditing()
+        else if (!isEditing)
+            forceActiveFocus(Qt.MouseFocusReason)
+    }
 
     function startEditing(): void {
         ListView.view.currentIndex = index
@@ -39,7 +55,7 @@ T.Control {
             actions.commitEdit()
         else
             actions.dropEdit()
-        forceActiveFocus(Qt.ShortcutFocusReason)
+        Focus.give(this)
     }
 
     // With the keyboard in the field, if there is one; a title that is untouched is there to be replaced.
@@ -47,7 +63,7 @@ T.Control {
         if (editor)
             editor.takeKeyboard(editor.text === title)
         else
-            forceActiveFocus(Qt.TabFocusReason)
+            Focus.give(this)
     }
 
     leftPadding: Metrics.cardPadding + 8
@@ -59,7 +75,6 @@ T.Control {
     hoverEnabled: true
     focusPolicy: isCurrent || activeFocus ? Qt.TabFocus : Qt.NoFocus
 
-    Accessible.role: Accessible.ListItem
     Accessible.name: title
 
     // A row in the pool is only out of the picture; it must be gone for assistive tools as well.
@@ -73,6 +88,8 @@ T.Control {
     }
     onActiveFocusChanged: if (activeFocus)
         ListView.view.currentIndex = index
+
+    onClicked: tap()
 
     Keys.enabled: !isEditing
     Keys.onPressed: event => {
@@ -90,23 +107,21 @@ T.Control {
     contentItem: Item {
         implicitHeight: Math.max(titleText.implicitHeight, root.symbolSize)
 
-        PlainButton {
+        SymbolCheckBox {
             id: statusButton
 
             objectName: "statusButton"
             x: -reach
             anchors.verticalCenter: parent.verticalCenter
             text: "Erledigt: " + root.title
-            showsText: false
-            symbol: root.done ? "checkmark.circle.fill" : "circle"
+            on: root.done
+            symbolOn: "checkmark.circle.fill"
+            symbolOff: "circle"
             symbolSize: root.symbolSize
             reach: root.reach
             color: root.done ? root.appearance.accent : root.appearance.secondary
             accent: root.appearance.accent
             focusPolicy: root.isCurrent || activeFocus ? Qt.TabFocus : Qt.NoFocus
-            Accessible.role: Accessible.CheckBox
-            Accessible.checkable: true
-            Accessible.checked: root.done
             onClicked: root.toggled()
         }
 
@@ -124,6 +139,7 @@ T.Control {
             wrapMode: Text.Wrap
             maximumLineCount: 3
             text: root.title
+            Accessible.ignored: true
         }
 
         Loader {
@@ -152,7 +168,7 @@ T.Control {
             symbol: "trash"
             symbolSize: root.symbolSize
             reach: root.reach
-            opacity: !root.isActive ? 0 : down ? 0.6 : 1
+            opacity: !enabled ? 0 : down ? 0.6 : 1
             enabled: root.isActive && !root.isEditing
             color: root.appearance.secondary
             accent: root.appearance.accent
@@ -162,20 +178,12 @@ T.Control {
     }
 
     background: Item {
-        TapHandler {
-            onTapped: {
-                if (!root.isEditing)
-                    root.forceActiveFocus(Qt.MouseFocusReason)
-            }
-            onDoubleTapped: root.startEditing()
-        }
-
         Rectangle {
             anchors.fill: parent
             anchors.leftMargin: Metrics.cardPadding
             anchors.rightMargin: Metrics.cardPadding
             radius: Metrics.rowRadius
-            color: root.appearance.alpha(root.hovered ? 0.05 : 0)
+            color: root.appearance.alpha(root.hovered || root.activeFocus ? 0.05 : 0)
             border.width: root.isEditing ? 1 : 0
             border.color: root.appearance.accent
 

@@ -4,6 +4,9 @@
 
 namespace randblatt {
 
+/// Whether `text` can stand in a desktop file: of control characters only tabs and line breaks can.
+[[nodiscard]] bool fitsDesktopEntry(const QString &text);
+
 /// `text` as a value of type string (Desktop Entry Specification, "Value types").
 [[nodiscard]] QString desktopEntryString(QString text);
 

@@ -4,6 +4,7 @@
 
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QDBusReply>
 #include <QLoggingCategory>
 
 namespace randblatt {
@@ -60,15 +61,28 @@ bool SingleInstance::acquire(const QList<QUrl> &urls)
     // The object is there before the name, so that nobody who waits for the name calls into nothing.
     m_bus.registerObject(objectPath, this, QDBusConnection::ExportAdaptors);
     // If the other instance ends before it is told, the name is free again.
+    QString refusal;
     for (int attempt = 0; attempt < attempts; ++attempt) {
-        m_owner = m_bus.registerService(busName);
+        const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply =
+            m_bus.interface()->registerService(busName);
+        m_owner = reply.isValid() && reply.value() == QDBusConnectionInterface::ServiceRegistered;
         if (m_owner)
             return true;
-        if (forward(urls))
+        refusal = reply.error().message();
+        if (!reply.isValid())
             break;
+        if (forward(urls)) {
+            m_bus.unregisterObject(objectPath);
+            return false;
+        }
     }
+    // Nobody else has it, and the panel is worth more than being called.
     m_bus.unregisterObject(objectPath);
-    return false;
+    qCWarning(lcInstance,
+              "Der Sitzungsbus gibt den Namen %ls nicht her: Quillbar läuft, ist von außen aber nicht "
+              "erreichbar. %ls",
+              qUtf16Printable(QString(busName)), qUtf16Printable(refusal));
+    return true;
 }
 
 bool SingleInstance::forward(const QList<QUrl> &urls) const

@@ -22,7 +22,8 @@ public:
 
     /// Claims the name; to be called before any window is made. Where another instance has it, that one is
     /// told to open `urls`, or without any to show itself, and the result is false: the caller ends. Without
-    /// a session bus the caller runs, unreachable. May take seconds if the other instance does not answer.
+    /// a session bus, and where it refuses the name, the caller runs, unreachable. May take seconds if the
+    /// other instance does not answer.
     [[nodiscard]] bool acquire(const QList<QUrl> &urls);
 
 Q_SIGNALS:

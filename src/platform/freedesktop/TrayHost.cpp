@@ -29,8 +29,15 @@ TrayHost::TrayHost(const QDBusConnection &bus, QObject *parent)
     ask();
 }
 
-void TrayHost::setClassicTray(bool present)
+std::optional<QColor> TrayHost::textColor() const
 {
+    // The newer kind is taken where there are both, and says nothing.
+    return m_hasHost ? std::nullopt : m_classicColor;
+}
+
+void TrayHost::setClassicTray(bool present, const std::optional<QColor> &textColor)
+{
+    m_classicColor = textColor;
     set(m_hasClassicTray, present);
 }
 

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <QColor>
 #include <QDBusConnection>
 #include <QDBusServiceWatcher>
 #include <QObject>
+
+#include <optional>
 
 namespace randblatt {
 
@@ -16,8 +19,11 @@ public:
     explicit TrayHost(const QDBusConnection &bus, QObject *parent = nullptr);
 
     [[nodiscard]] bool isAvailable() const { return m_hasHost || m_hasClassicTray; }
-    /// Whether the desktop has a tray of the older kind, which the bus does not tell.
-    void setClassicTray(bool present);
+    /// Whether the desktop has a tray of the older kind, which the bus does not tell, and the colour in which
+    /// it writes, if it tells.
+    void setClassicTray(bool present, const std::optional<QColor> &textColor = {});
+    /// The colour in which the tray writes; none where it keeps that to itself.
+    [[nodiscard]] std::optional<QColor> textColor() const;
 
 Q_SIGNALS:
     void availableChanged();
@@ -32,6 +38,7 @@ private:
     QDBusServiceWatcher m_watcher;
     bool m_hasHost = false;
     bool m_hasClassicTray = false;
+    std::optional<QColor> m_classicColor;
 };
 
 } // namespace randblatt

@@ -43,6 +43,11 @@ void registerUrlScheme(const QString &scheme, const QString &executable)
     const auto location = QStandardPaths::ApplicationsLocation;
     if (!QStandardPaths::locate(location, u"com.randblatt.Quillbar.desktop"_s).isEmpty())
         return;
+    if (!fitsDesktopEntry(executable)) {
+        qCWarning(lcScheme, "%ls hat Zeichen, die in keiner Startdatei stehen können",
+                  qUtf16Printable(executable));
+        return;
+    }
     const QString folder = QStandardPaths::writableLocation(location);
     const QString path = folder + "/com.randblatt.Quillbar.callback.desktop"_L1;
     const QByteArray wanted = entry(scheme, executable);

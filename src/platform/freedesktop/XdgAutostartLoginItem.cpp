@@ -29,6 +29,20 @@ QString value(const QString &entry, QLatin1StringView key)
     return {};
 }
 
+/// The stored entry; none where there is none, or one that is switched off.
+std::optional<QString> activeEntry()
+{
+    QFile file(XdgAutostartLoginItem::entryPath());
+    if (!file.open(QFile::ReadOnly))
+        return std::nullopt;
+    const QString stored = QString::fromUtf8(file.readAll());
+    // A desktop's own settings switch an entry off by hiding it.
+    if (value(stored, "Hidden"_L1) == "true"_L1 ||
+        value(stored, "X-GNOME-Autostart-enabled"_L1) == "false"_L1)
+        return std::nullopt;
+    return stored;
+}
+
 } // namespace
 
 XdgAutostartLoginItem::XdgAutostartLoginItem(QString executable)
@@ -44,18 +58,20 @@ QString XdgAutostartLoginItem::entryPath()
 
 bool XdgAutostartLoginItem::isRegistered() const
 {
-    QFile file(entryPath());
-    if (!file.open(QFile::ReadOnly))
-        return false;
-    const QString stored = QString::fromUtf8(file.readAll());
-    // A desktop's own settings switch an entry off by hiding it.
-    return value(stored, "Hidden"_L1) != "true"_L1 &&
-           value(stored, "X-GNOME-Autostart-enabled"_L1) != "false"_L1 &&
-           value(stored, "Exec"_L1) == value(QString::fromUtf8(entry()), "Exec"_L1);
+    const auto stored = activeEntry();
+    return stored && value(*stored, "Exec"_L1) == value(QString::fromUtf8(entry()), "Exec"_L1);
+}
+
+bool XdgAutostartLoginItem::hasEntry() const
+{
+    return activeEntry().has_value();
 }
 
 std::optional<QString> XdgAutostartLoginItem::registerItem()
 {
+    if (!fitsDesktopEntry(m_executable))
+        return u"Der Pfad des Programms hat Zeichen, die in keiner Startdatei stehen können: %1"_s.arg(
+            m_executable);
     const QString path = entryPath();
     const QString folder = QFileInfo(path).path();
     if (!QDir().mkpath(folder))

@@ -14,6 +14,8 @@ public:
 
     /// Whether the entry is there, not switched off, and starts this executable.
     [[nodiscard]] bool isRegistered() const override;
+    /// Whether an entry is there and not switched off, whatever it starts.
+    [[nodiscard]] bool hasEntry() const override;
     std::optional<QString> registerItem() override;
     std::optional<QString> unregisterItem() override;
 

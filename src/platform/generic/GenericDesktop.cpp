@@ -39,6 +39,11 @@ std::optional<QPointF> GenericDesktop::pointerLocation() const
     return flippedPixel(QCursor::pos() - frame.topLeft(), frame.height());
 }
 
+bool GenericDesktop::isButtonHeld() const
+{
+    return QGuiApplication::mouseButtons() != Qt::NoButton;
+}
+
 void GenericDesktop::watch(const QScreen *screen)
 {
     connect(screen, &QScreen::geometryChanged, this, &GenericDesktop::refresh);

@@ -18,6 +18,7 @@ public:
     [[nodiscard]] QList<Screen> screens() const override { return m_screens; }
     [[nodiscard]] std::optional<Screen> mainScreen() const override;
     [[nodiscard]] std::optional<QPointF> pointerLocation() const override;
+    [[nodiscard]] bool isButtonHeld() const override;
     [[nodiscard]] bool isComposited() const override { return true; }
 
 private:

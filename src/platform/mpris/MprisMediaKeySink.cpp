@@ -6,24 +6,17 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// The system-defined event of an auxiliary control button.
-constexpr int systemDefined = 14;
-constexpr int auxiliaryControlButton = 8;
-constexpr std::int64_t stateMask = 0xff00;
-constexpr std::int64_t keyDown = 0x0a00;
-
-QString methodOf(std::int64_t keyCode)
+QString methodOf(MediaKey key)
 {
-    switch (keyCode) {
-    case 16:
-        return u"PlayPause"_s;
-    case 17:
+    switch (key) {
+    case MediaKey::next:
         return u"Next"_s;
-    case 18:
+    case MediaKey::previous:
         return u"Previous"_s;
-    default:
-        return {};
+    case MediaKey::play:
+        break;
     }
+    return u"PlayPause"_s;
 }
 
 } // namespace
@@ -33,13 +26,9 @@ MprisMediaKeySink::MprisMediaKeySink(const QDBusConnection &bus)
 {
 }
 
-void MprisMediaKeySink::post(const MediaKeyEvent &event)
+void MprisMediaKeySink::postMediaKey(MediaKey key)
 {
-    if (event.type != systemDefined || event.subtype != auxiliaryControlButton ||
-        (event.data1 & stateMask) != keyDown)
-        return;
-    if (const QString method = methodOf((event.data1 >> 16) & 0xffff); !method.isEmpty())
-        m_players.command(method);
+    m_players.command(methodOf(key));
 }
 
 } // namespace randblatt

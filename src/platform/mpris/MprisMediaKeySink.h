@@ -7,14 +7,14 @@
 
 namespace randblatt {
 
-/// Turns the press of a media key into play/pause, next or previous of the current MPRIS player.
+/// Turns media keys into PlayPause, Next and Previous of the current MPRIS player.
 class MprisMediaKeySink final : public MediaKeySink
 {
 public:
-    /// Without a connection every event is dropped.
+    /// Without a connection every key is dropped.
     explicit MprisMediaKeySink(const QDBusConnection &bus = QDBusConnection::sessionBus());
 
-    void post(const MediaKeyEvent &event) override;
+    void postMediaKey(MediaKey key) override;
 
 private:
     MprisPlayers m_players;

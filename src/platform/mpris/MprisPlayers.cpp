@@ -287,11 +287,7 @@ void MprisPlayers::setPlaying(const QString &service, bool isPlaying)
 void MprisPlayers::settle()
 {
     const auto chosen = choosePlayer(m_players, m_current);
-    const QString current = chosen ? m_players.at(*chosen).service : QString();
-    if (m_current != current) {
-        m_current = current;
-        Q_EMIT currentChanged();
-    }
+    m_current = chosen ? m_players.at(*chosen).service : QString();
     if (!m_commands.isEmpty())
         runCommands();
 }

@@ -25,11 +25,6 @@ public:
     /// within 300 ms does not get the call, not even later: it no longer counts as playing, and the next one
     /// is the current one. A call that fails is logged.
     void command(const QString &method);
-    /// The bus name of the current player; empty without players.
-    [[nodiscard]] QString current() const { return m_current; }
-
-Q_SIGNALS:
-    void currentChanged();
 
 private Q_SLOTS:
     void propertiesChanged(const QString &interface, const QVariantMap &changed,
@@ -56,6 +51,7 @@ private:
     QList<PlayerState> m_players;
     /// The connection behind each player's name; some players have two names.
     QHash<QString, QString> m_owners;
+    /// The bus name of the current player; empty without players.
     QString m_current;
     QStringList m_commands;
     /// The player that is being asked whether it answers; empty where none is.

@@ -9,27 +9,21 @@ namespace applescripterror {
 constexpr int noSuchObject = -1728;
 constexpr int invalidIndex = -1719;
 constexpr int cannotCoerce = -1700;
-constexpr int missingParameter = -1701;
 constexpr int notUnderstood = -1708;
 constexpr int timedOut = -1712;
-constexpr int divisionByZero = -2701;
-constexpr int raisedByScript = -2700;
 constexpr int outOfMemory = -108;
-constexpr int nestedTooDeep = -2706;
 constexpr int syntax = -2741;
 constexpr int undefinedVariable = -2753;
 constexpr int cannotSet = -10006;
 constexpr int handlerFailed = -10000;
 } // namespace applescripterror
 
-/// An error of a script: thrown where it happens, caught by the script's `try` or by whoever runs the script.
+/// An error of a script: thrown where it happens, caught by whoever runs the script.
 struct AppleScriptError
 {
     /// For people, in German.
     QString message;
     int number;
-    /// Whether a `try` block can catch it. The limits on what a script may use can't be caught.
-    bool catchable = true;
 };
 
 } // namespace randblatt

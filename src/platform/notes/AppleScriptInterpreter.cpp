@@ -3,55 +3,32 @@
 #include "platform/notes/AppleScriptError.h"
 #include "platform/notes/NotesObjectModel.h"
 
-#include <utility>
+#include <QScopedValueRollback>
 
 namespace randblatt {
 
 using namespace Qt::StringLiterals;
 using namespace applescript;
 
-namespace {
-
 using Value = AppleScriptValue;
-
-/// Addresses another object for as long as it lives.
-class TargetScope
-{
-public:
-    TargetScope(AppleScriptEvaluator &evaluator, Value target)
-        : m_evaluator(evaluator)
-        , m_outer(evaluator.setTarget(std::move(target)))
-    {
-    }
-    ~TargetScope() { m_evaluator.setTarget(std::move(m_outer)); }
-    TargetScope(const TargetScope &) = delete;
-    TargetScope &operator=(const TargetScope &) = delete;
-
-private:
-    AppleScriptEvaluator &m_evaluator;
-    Value m_outer;
-};
-
-} // namespace
 
 AppleScriptInterpreter::AppleScriptInterpreter(NotesObjectModel &application, const AppleScriptLimits &limits)
     : m_application(application)
-    , m_meter(limits)
-    , m_evaluator(application, m_meter)
+    , m_limits(limits)
+    , m_deadline(limits.time)
 {
 }
 
 Value AppleScriptInterpreter::run(const Block &script)
 {
-    m_result = {};
     runBlock(script);
-    return m_result.settled();
+    return m_result;
 }
 
-AppleScriptInterpreter::Flow AppleScriptInterpreter::runBlock(const Block &block)
+auto AppleScriptInterpreter::runBlock(const Block &block) -> Flow
 {
     for (const Statement &statement : block) {
-        m_meter.step();
+        checkTime();
         const Flow flow = std::visit([this](const auto &node) { return execute(node); }, statement.node);
         if (flow != Flow::next)
             return flow;
@@ -59,180 +36,169 @@ AppleScriptInterpreter::Flow AppleScriptInterpreter::runBlock(const Block &block
     return Flow::next;
 }
 
-AppleScriptInterpreter::Flow AppleScriptInterpreter::runBody(const Block &body)
+auto AppleScriptInterpreter::execute(const Tell &tell) -> Flow
 {
-    // An empty body takes its step as well, so that no loop runs for ever.
-    m_meter.step();
-    return runBlock(body);
-}
-
-AppleScriptInterpreter::Flow AppleScriptInterpreter::execute(const Tell &tell)
-{
-    const TargetScope scope(m_evaluator, m_evaluator.evaluate(*tell.target));
+    const QScopedValueRollback scope(m_target, Value(object(tell.target)));
     return runBlock(tell.body);
 }
 
-AppleScriptInterpreter::Flow AppleScriptInterpreter::execute(const Assign &assign)
+auto AppleScriptInterpreter::execute(const Set &set) -> Flow
 {
-    const Value value = m_evaluator.evaluate(*assign.value);
-    m_evaluator.assign(*assign.target, value);
-    // Setting an object's property gives nothing, as other commands to the application that have no reply.
-    m_result = std::holds_alternative<Variable>(assign.target->node) ? value : Value();
+    const Value value = evaluate(*set.value);
+    if (const auto *variable = std::get_if<Variable>(&set.target->node)) {
+        m_variables.insert(variable->name, value);
+    } else {
+        const auto &property = std::get<Property>(set.target->node);
+        m_application.setProperty(object(property.owner), property.name, value.toText());
+    }
     return Flow::next;
 }
 
-AppleScriptInterpreter::Flow AppleScriptInterpreter::execute(const RepeatForever &repeat)
+auto AppleScriptInterpreter::execute(const Repeat &repeat) -> Flow
 {
-    while (true) {
-        const Flow flow = runBody(repeat.body);
-        if (flow != Flow::next)
-            return flow == Flow::exitRepeat ? Flow::next : flow;
-    }
-}
-
-AppleScriptInterpreter::Flow AppleScriptInterpreter::execute(const RepeatTimes &repeat)
-{
-    const qint64 count = m_evaluator.evaluate(*repeat.count).asInteger();
-    for (qint64 i = 0; i < count; ++i) {
-        const Flow flow = runBody(repeat.body);
+    const Value items = evaluate(*repeat.items);
+    for (const AppleScriptObject &item : items.toObjects()) {
+        m_variables.insert(repeat.variable, Value(item));
+        const Flow flow = runBlock(repeat.body);
         if (flow != Flow::next)
             return flow == Flow::exitRepeat ? Flow::next : flow;
     }
     return Flow::next;
 }
 
-AppleScriptInterpreter::Flow AppleScriptInterpreter::execute(const RepeatWhile &repeat)
-{
-    while (m_evaluator.isTrue(*repeat.condition) == repeat.expected) {
-        const Flow flow = runBody(repeat.body);
-        if (flow != Flow::next)
-            return flow == Flow::exitRepeat ? Flow::next : flow;
-    }
-    return Flow::next;
-}
-
-AppleScriptInterpreter::Flow AppleScriptInterpreter::execute(const RepeatIn &repeat)
-{
-    const Value items = m_evaluator.evaluate(*repeat.items);
-    // A set of objects can be large, so its list is not made; any value but a list is repeated over once.
-    const auto list = items.objects() != nullptr ? std::nullopt : items.items();
-    const std::size_t count = items.objects() != nullptr ? items.objects()->size() : list ? list->size() : 1;
-    for (std::size_t i = 0; i < count; ++i) {
-        const Value item = items.objects() != nullptr ? Value(items.objects()->at(i))
-                           : list                     ? list->at(i)
-                                                      : items;
-        m_evaluator.setVariable(repeat.variable, item);
-        const Flow flow = runBody(repeat.body);
-        if (flow != Flow::next)
-            return flow == Flow::exitRepeat ? Flow::next : flow;
-    }
-    return Flow::next;
-}
-
-AppleScriptInterpreter::Flow AppleScriptInterpreter::execute(const RepeatRange &repeat)
-{
-    const qint64 first = m_evaluator.evaluate(*repeat.first).asInteger();
-    const qint64 last = m_evaluator.evaluate(*repeat.last).asInteger();
-    const qint64 step = repeat.step ? m_evaluator.evaluate(*repeat.step).asInteger() : 1;
-    if (step == 0)
-        throw AppleScriptError{u"Eine Schleife kann nicht in Schritten von 0 zählen."_s,
-                               applescripterror::notUnderstood};
-    for (qint64 i = first; step > 0 ? i <= last : i >= last; i += step) {
-        m_evaluator.setVariable(repeat.variable, Value(i));
-        const Flow flow = runBody(repeat.body);
-        if (flow != Flow::next)
-            return flow == Flow::exitRepeat ? Flow::next : flow;
-    }
-    return Flow::next;
-}
-
-AppleScriptInterpreter::Flow AppleScriptInterpreter::execute(const ExitRepeat &)
+auto AppleScriptInterpreter::execute(const ExitRepeat &) -> Flow
 {
     return Flow::exitRepeat;
 }
 
-AppleScriptInterpreter::Flow AppleScriptInterpreter::execute(const If &conditional)
+auto AppleScriptInterpreter::execute(const If &conditional) -> Flow
 {
-    for (const auto &[condition, branch] : conditional.branches) {
-        if (m_evaluator.isTrue(*condition))
-            return runBlock(branch);
-    }
-    return runBlock(conditional.otherwise);
+    return evaluate(*conditional.condition).toBoolean() ? runBlock(conditional.then) : Flow::next;
 }
 
-AppleScriptInterpreter::Flow AppleScriptInterpreter::execute(const Try &attempt)
+auto AppleScriptInterpreter::execute(const Return &result) -> Flow
 {
-    try {
-        return runBlock(attempt.body);
-    } catch (const AppleScriptError &error) {
-        if (!error.catchable)
-            throw;
-        if (!attempt.messageVariable.isEmpty())
-            m_evaluator.setVariable(attempt.messageVariable, Value(error.message));
-        if (!attempt.numberVariable.isEmpty())
-            m_evaluator.setVariable(attempt.numberVariable, Value(static_cast<qint64>(error.number)));
-    }
-    return runBlock(attempt.handler);
-}
-
-AppleScriptInterpreter::Flow AppleScriptInterpreter::execute(const Return &result)
-{
-    m_result = result.value ? m_evaluator.evaluate(*result.value) : Value();
+    m_result = evaluate(*result.value);
     return Flow::returned;
 }
 
-AppleScriptInterpreter::Flow AppleScriptInterpreter::execute(const Raise &raise)
+auto AppleScriptInterpreter::execute(const MakeNote &make) -> Flow
 {
-    const QString message =
-        raise.message ? m_evaluator.evaluate(*raise.message).asText() : u"Ein Fehler ist aufgetreten."_s;
-    const qint64 number =
-        raise.number ? m_evaluator.evaluate(*raise.number).asInteger() : applescripterror::raisedByScript;
-    throw AppleScriptError{message, static_cast<int>(number)};
-}
-
-AppleScriptInterpreter::Flow AppleScriptInterpreter::execute(const Delete &deletion)
-{
-    for (const AppleScriptObject &doomed : objects(*deletion.target))
-        m_application.remove(doomed);
-    m_result = {};
+    const auto name = make.name ? std::optional(evaluate(*make.name).toText()) : std::nullopt;
+    const QString body = make.body ? evaluate(*make.body).toText() : QString();
+    m_application.makeNote(object({}), name, body);
     return Flow::next;
 }
 
-AppleScriptInterpreter::Flow AppleScriptInterpreter::execute(const Move &move)
+auto AppleScriptInterpreter::execute(const Delete &deletion) -> Flow
 {
-    const Value::Objects moved = objects(*move.target);
-    const Value location = m_evaluator.evaluate(*move.location);
-    for (const AppleScriptObject &object : moved) {
-        if (location.object() == nullptr) {
-            throw AppleScriptError{
-                u"An die Stelle %1 kann nichts bewegt werden."_s.arg(location.description()),
-                applescripterror::notUnderstood};
-        }
-        m_application.move(object, *location.object());
+    m_application.remove(object(deletion.note));
+    return Flow::next;
+}
+
+auto AppleScriptInterpreter::execute(const Move &move) -> Flow
+{
+    const AppleScriptObject note = object(move.note);
+    m_application.move(note, object(move.folder));
+    return Flow::next;
+}
+
+Value AppleScriptInterpreter::evaluate(const Expression &expression)
+{
+    return std::visit([this](const auto &node) { return compute(node); }, expression.node);
+}
+
+Value AppleScriptInterpreter::compute(const Literal &literal)
+{
+    return literal.value;
+}
+
+Value AppleScriptInterpreter::compute(const Variable &variable)
+{
+    const auto it = m_variables.constFind(variable.name);
+    if (it == m_variables.cend())
+        throw AppleScriptError{u"Die Variable „%1“ ist nicht definiert."_s.arg(variable.name),
+                               applescripterror::undefinedVariable};
+    return *it;
+}
+
+Value AppleScriptInterpreter::compute(const Application &application)
+{
+    return Value(m_application.application(application.name));
+}
+
+Value AppleScriptInterpreter::compute(const Property &property)
+{
+    return m_application.property(object(property.owner), property.name);
+}
+
+Value AppleScriptInterpreter::compute(const Element &element)
+{
+    const AppleScriptObject owner = object(element.owner);
+    const Value key = evaluate(*element.key);
+    if (element.kind == AppleScriptObject::Kind::account)
+        return Value(m_application.account(owner, key.toInteger()));
+    return Value(element.kind == AppleScriptObject::Kind::folder ? m_application.folder(owner, key.toText())
+                                                                 : m_application.note(owner, key.toText()));
+}
+
+Value AppleScriptInterpreter::compute(const Elements &elements)
+{
+    Value::Objects all = m_application.elements(object(elements.owner), elements.kind);
+    if (elements.condition) {
+        const QScopedValueRollback scope(m_target);
+        std::erase_if(all, [&](const AppleScriptObject &candidate) {
+            checkTime();
+            m_target = Value(candidate);
+            return !evaluate(*elements.condition).toBoolean();
+        });
     }
-    m_result = {};
-    return Flow::next;
+    return Value(std::move(all));
 }
 
-Value::Objects AppleScriptInterpreter::objects(const Expression &expression)
+Value AppleScriptInterpreter::compute(const Binary &binary)
 {
-    const Value value = m_evaluator.evaluate(expression).settled();
-    Value::Objects result;
-    for (const Value &item : value.isList() ? *value.items() : Value::Items{value}) {
-        m_meter.step();
-        if (item.object() == nullptr) {
-            throw AppleScriptError{u"%1 ist kein Objekt eines Programms."_s.arg(item.description()),
-                                   applescripterror::notUnderstood};
-        }
-        result.push_back(*item.object());
+    const Value left = evaluate(*binary.left);
+    // The right side is not computed where the left one decides.
+    if (binary.operation == Operator::logicalOr && left.toBoolean())
+        return Value(true);
+    const Value right = evaluate(*binary.right);
+    switch (binary.operation) {
+    case Operator::logicalOr:
+        return Value(right.toBoolean());
+    case Operator::isAtLeast:
+        return Value(left.toInteger() >= right.toInteger());
+    case Operator::contains:
+        return Value(left.toText().contains(right.toText(), Qt::CaseInsensitive));
+    case Operator::join:
+        return Value(joined(left.toText(), right.toText()));
+    case Operator::add:
+        break;
     }
-    return result;
+    qint64 sum = 0;
+    if (qAddOverflow(left.toInteger(), right.toInteger(), &sum))
+        throw AppleScriptError{u"Eine Zahl wird zu groß."_s, applescripterror::cannotCoerce};
+    return Value(sum);
 }
 
-AppleScriptInterpreter::Flow AppleScriptInterpreter::execute(const Evaluate &evaluation)
+AppleScriptObject AppleScriptInterpreter::object(const ExpressionPtr &expression)
 {
-    m_result = m_evaluator.evaluate(*evaluation.expression);
-    return Flow::next;
+    return expression ? evaluate(*expression).toObject() : m_target.toObject();
+}
+
+QString AppleScriptInterpreter::joined(const QString &left, const QString &right) const
+{
+    if (left.size() + right.size() > m_limits.longestText)
+        throw AppleScriptError{u"Das Skript wurde beendet, weil es zu viel Speicher brauchte."_s,
+                               applescripterror::outOfMemory};
+    return left + right;
+}
+
+void AppleScriptInterpreter::checkTime() const
+{
+    if (m_deadline.hasExpired())
+        throw AppleScriptError{u"Das Skript wurde beendet, weil es zu lange lief."_s,
+                               applescripterror::timedOut};
 }
 
 } // namespace randblatt

@@ -1,7 +1,11 @@
 #include "platform/notes/AppleScriptParser.h"
 
-#include "platform/notes/AppleScriptLexer.h"
+#include "platform/notes/AppleScriptError.h"
 
+#include <QScopedValueRollback>
+
+#include <algorithm>
+#include <array>
 #include <utility>
 
 namespace randblatt {
@@ -11,258 +15,291 @@ using namespace applescript;
 
 namespace {
 
-using Kind = AppleScriptToken::Kind;
+using Kind = AppleScriptObject::Kind;
+using TokenKind = AppleScriptToken::Kind;
 
-/// Whether the objects of the notes application are what `target` leads to.
-bool isInApplication(const Expression *target)
+// These bound the recursion of all who walk the tree, its own destruction among them.
+constexpr int deepestNesting = 200;
+constexpr int highestTree = 2000;
+
+struct Sign
 {
-    while (target != nullptr) {
-        if (const auto *application = std::get_if<Application>(&target->node))
-            return application->name.compare("Notes"_L1, Qt::CaseInsensitive) == 0;
-        if (const auto *elements = std::get_if<Elements>(&target->node))
-            target = elements->container.get();
-        else if (const auto *property = std::get_if<Property>(&target->node))
-            target = property->container.get();
-        else
-            target = nullptr;
-    }
-    return false;
+    QStringView text;
+    Operator operation;
+    /// Operators of a higher level bind more tightly.
+    std::size_t level;
+};
+constexpr std::array signs{
+    Sign{u"or", Operator::logicalOr, 0},
+    Sign{u"≥", Operator::isAtLeast, 1},
+    Sign{u"contains", Operator::contains, 1},
+    Sign{u"&", Operator::join, 2},
+    Sign{u"+", Operator::add, 3},
+};
+constexpr std::size_t levels = 4;
+
+constexpr std::array<QStringView, 30> keywords{
+    u"account", u"application", u"body",    u"container", u"contains", u"default", u"delete", u"end",
+    u"exit",    u"folder",      u"folders", u"id",        u"if",       u"in",      u"make",   u"move",
+    u"name",    u"new",         u"note",    u"notes",     u"of",       u"or",      u"repeat", u"return",
+    u"set",     u"tell",        u"then",    u"to",        u"whose",    u"with"};
+
+int heightOf(const ExpressionPtr &expression)
+{
+    return expression ? expression->height : 0;
 }
 
-bool isAssignable(const Expression &target)
+template <typename Node>
+ExpressionPtr made(Node node, int heightBelow = 0)
 {
-    return std::holds_alternative<Variable>(target.node) || std::holds_alternative<Property>(target.node);
+    return std::make_unique<Expression>(Expression{std::move(node), heightBelow + 1});
 }
 
 } // namespace
 
-AppleScriptParser::AppleScriptParser(const QString &source)
-    : m_tokens(AppleScriptLexer(source).tokens())
-    , m_expressions(m_tokens)
+AppleScriptParser::AppleScriptParser(QList<Token> tokens)
+    : m_tokens(std::move(tokens))
 {
 }
 
-Block AppleScriptParser::parse(const QString &source)
+Block AppleScriptParser::parse(QStringView source)
 {
-    AppleScriptParser parser(source);
-    Block script = parser.block();
-    if (!parser.m_tokens.atKind(Kind::end))
-        parser.m_tokens.fail(u"eine Anweisung"_s);
-    return script;
+    return AppleScriptParser(appleScriptTokens(source)).block({});
 }
 
-Block AppleScriptParser::block()
+// Up to the `end` of what opened it; the script itself has none and ends with its text.
+Block AppleScriptParser::block(QStringView opener)
 {
-    const AppleScriptTokenStream::Level level(m_tokens);
-    Block result;
-    m_tokens.skipLineEnds();
-    while (!atBlockEnd()) {
-        result.push_back(statement());
-        m_tokens.expectLineEnd();
+    Block statements;
+    while (true) {
+        while (next().kind == TokenKind::lineEnd)
+            ++m_position;
+        if (opener.isEmpty() && next().kind == TokenKind::end)
+            return statements;
+        if (!opener.isEmpty() && take(u"end")) {
+            expect(opener);
+            return statements;
+        }
+        statements.push_back(statement());
+        if (next().kind != TokenKind::lineEnd)
+            fail(u"Erwartet wird das Ende der Zeile, gefunden wurde %1"_s.arg(next().description()));
     }
-    return result;
-}
-
-bool AppleScriptParser::atBlockEnd() const
-{
-    return m_tokens.atKind(Kind::end) || m_tokens.atWord(u"end") || m_tokens.atWord(u"else") ||
-           (m_tokens.atWord(u"on") && m_tokens.atWord(u"error", 1));
-}
-
-bool AppleScriptParser::atStatementEnd() const
-{
-    return m_tokens.atKind(Kind::lineEnd) || m_tokens.atKind(Kind::end) || m_tokens.atWord(u"else");
-}
-
-void AppleScriptParser::expectEnd(QStringView word)
-{
-    m_tokens.expectWord(u"end");
-    if (!atStatementEnd())
-        m_tokens.expectWord(word);
 }
 
 Statement AppleScriptParser::statement()
 {
-    const AppleScriptTokenStream::Level level(m_tokens);
-    if (m_tokens.acceptWord(u"tell"))
+    const QScopedValueRollback depth(m_depth, m_depth + 1);
+    if (m_depth > deepestNesting)
+        fail(u"Das Skript ist zu tief verschachtelt"_s);
+    if (take(u"tell"))
         return tell();
-    if (m_tokens.acceptWord(u"set"))
+    if (take(u"set"))
         return set();
-    if (m_tokens.acceptWord(u"copy"))
-        return copy();
-    if (m_tokens.acceptWord(u"repeat"))
+    if (take(u"repeat"))
         return repeat();
-    if (m_tokens.acceptWord(u"if"))
-        return conditional();
-    if (m_tokens.acceptWord(u"try"))
-        return tryBlock();
-    if (m_tokens.acceptWord(u"error"))
-        return raise();
-    if (m_tokens.acceptWord(u"exit")) {
-        m_tokens.acceptWord(u"repeat");
+    if (take(u"exit")) {
+        expect(u"repeat");
         return {ExitRepeat{}};
     }
-    if (m_tokens.acceptWord(u"return"))
-        return {Return{atStatementEnd() ? ExpressionPtr() : m_expressions.expression()}};
-    if (m_tokens.acceptWord(u"delete"))
-        return {Delete{m_expressions.reference()}};
-    // The application's word, not the language's.
-    if (m_expressions.isInApplication() && m_tokens.acceptWord(u"move"))
-        return move();
-    return {Evaluate{m_expressions.expression()}};
+    if (take(u"if"))
+        return conditional();
+    if (take(u"return"))
+        return {Return{expression()}};
+    if (take(u"make"))
+        return makeNote();
+    if (take(u"delete"))
+        return {Delete{operand()}};
+    if (take(u"move")) {
+        ExpressionPtr note = operand();
+        expect(u"to");
+        return {Move{std::move(note), operand()}};
+    }
+    fail(u"%1 ist hier keine Anweisung"_s.arg(next().description()));
 }
 
 Statement AppleScriptParser::tell()
 {
-    ExpressionPtr target = m_expressions.reference();
-    const bool wasInside = m_expressions.isInApplication();
-    // A tell to one of the application's objects, as an account, stays inside the application.
-    const bool isApplication = std::holds_alternative<Application>(target->node);
-    m_expressions.setInApplication(isInApplication(target.get()) || (wasInside && !isApplication));
-    Block body;
-    if (m_tokens.acceptWord(u"to")) {
-        body.push_back(statement());
-    } else {
-        m_tokens.expectLineEnd();
-        body = block();
-        expectEnd(u"tell");
-    }
-    m_expressions.setInApplication(wasInside);
-    return {Tell{std::move(target), std::move(body)}};
+    ExpressionPtr target = operand();
+    return {Tell{std::move(target), block(u"tell")}};
 }
 
 Statement AppleScriptParser::set()
 {
-    ExpressionPtr target = m_expressions.reference();
-    if (!isAssignable(*target))
-        m_tokens.fail(u"eine Variable oder eine Eigenschaft vor „to“"_s);
-    m_tokens.expectWord(u"to");
-    return {Assign{std::move(target), m_expressions.expression()}};
-}
-
-Statement AppleScriptParser::copy()
-{
-    ExpressionPtr value = m_expressions.expression();
-    m_tokens.expectWord(u"to");
-    ExpressionPtr target = m_expressions.reference();
-    if (!isAssignable(*target))
-        m_tokens.fail(u"eine Variable oder eine Eigenschaft hinter „to“"_s);
-    return {Assign{std::move(target), std::move(value)}};
+    const bool isProperty = next().kind != TokenKind::word ||
+                            std::find(keywords.begin(), keywords.end(), next().text) != keywords.end();
+    ExpressionPtr target = isProperty ? operand() : made(Variable{takeNewName()});
+    if (isProperty && !std::holds_alternative<Property>(target->node))
+        fail(u"Gesetzt werden können nur Variablen und Eigenschaften"_s);
+    expect(u"to");
+    return {Set{std::move(target), expression()}};
 }
 
 Statement AppleScriptParser::repeat()
 {
-    if (m_tokens.acceptWord(u"with"))
-        return repeatWith();
-    ExpressionPtr head;
-    enum { forever, whileTrue, untilTrue, times } form = forever;
-    if (m_tokens.acceptWord(u"while"))
-        form = whileTrue;
-    else if (m_tokens.acceptWord(u"until"))
-        form = untilTrue;
-    else if (!atStatementEnd())
-        form = times;
-    if (form != forever)
-        head = m_expressions.expression();
-    if (form == times)
-        m_tokens.expectWord(u"times");
-    m_tokens.expectLineEnd();
-    Block body = block();
-    expectEnd(u"repeat");
-    if (form == forever)
-        return {RepeatForever{std::move(body)}};
-    if (form == times)
-        return {RepeatTimes{std::move(head), std::move(body)}};
-    return {RepeatWhile{std::move(head), form == whileTrue, std::move(body)}};
-}
-
-Statement AppleScriptParser::repeatWith()
-{
-    const QString variable = m_expressions.variableName();
-    const bool isRange = m_tokens.acceptWord(u"from");
-    if (!isRange)
-        m_tokens.expectWord(u"in");
-    ExpressionPtr first = m_expressions.expression();
-    ExpressionPtr last;
-    ExpressionPtr step;
-    if (isRange) {
-        m_tokens.expectWord(u"to");
-        last = m_expressions.expression();
-        if (m_tokens.acceptWord(u"by"))
-            step = m_expressions.expression();
-    }
-    m_tokens.expectLineEnd();
-    Block body = block();
-    expectEnd(u"repeat");
-    if (isRange)
-        return {RepeatRange{variable, std::move(first), std::move(last), std::move(step), std::move(body)}};
-    return {RepeatIn{variable, std::move(first), std::move(body)}};
+    expect(u"with");
+    const QString variable = takeNewName();
+    expect(u"in");
+    ExpressionPtr items = operand();
+    return {Repeat{variable, std::move(items), block(u"repeat")}};
 }
 
 Statement AppleScriptParser::conditional()
 {
-    If result;
-    ExpressionPtr condition = m_expressions.expression();
-    const bool hasThen = m_tokens.acceptWord(u"then");
-    if (hasThen && !atStatementEnd()) {
-        Block branch;
-        branch.push_back(statement());
-        result.branches.emplace_back(std::move(condition), std::move(branch));
-        if (m_tokens.acceptWord(u"else"))
-            result.otherwise.push_back(statement());
-        return {std::move(result)};
-    }
-    m_tokens.expectLineEnd();
-    result.branches.emplace_back(std::move(condition), block());
-    while (m_tokens.acceptWord(u"else")) {
-        if (!m_tokens.acceptWord(u"if")) {
-            m_tokens.expectLineEnd();
-            result.otherwise = block();
-            break;
-        }
-        condition = m_expressions.expression();
-        m_tokens.acceptWord(u"then");
-        m_tokens.expectLineEnd();
-        result.branches.emplace_back(std::move(condition), block());
-    }
-    expectEnd(u"if");
-    return {std::move(result)};
+    ExpressionPtr condition = expression();
+    expect(u"then");
+    Block then;
+    then.push_back(statement());
+    return {If{std::move(condition), std::move(then)}};
 }
 
-Statement AppleScriptParser::tryBlock()
+Statement AppleScriptParser::makeNote()
 {
-    Try result;
-    m_tokens.expectLineEnd();
-    result.body = block();
-    if (m_tokens.acceptWord(u"on")) {
-        m_tokens.expectWord(u"error");
-        if (!atStatementEnd() && !m_tokens.atWord(u"number"))
-            result.messageVariable = m_expressions.variableName();
-        if (m_tokens.acceptWord(u"number"))
-            result.numberVariable = m_expressions.variableName();
-        m_tokens.expectLineEnd();
-        result.handler = block();
+    for (const QStringView word : {u"new", u"note", u"with", u"properties", u"{"})
+        expect(word);
+    MakeNote note;
+    do {
+        const bool isName = take(u"name");
+        if (!isName)
+            expect(u"body");
+        expect(u":");
+        (isName ? note.name : note.body) = expression();
+    } while (take(u","));
+    expect(u"}");
+    return {std::move(note)};
+}
+
+ExpressionPtr AppleScriptParser::expression(std::size_t level)
+{
+    if (level == levels)
+        return operand();
+    ExpressionPtr left = expression(level + 1);
+    while (true) {
+        const auto sign = std::find_if(signs.begin(), signs.end(), [&](const Sign &candidate) {
+            return candidate.level == level && take(candidate.text);
+        });
+        if (sign == signs.end())
+            return left;
+        ExpressionPtr right = expression(level + 1);
+        const int height = std::max(left->height, right->height);
+        if (height > highestTree)
+            fail(u"Ein Ausdruck ist zu lang"_s);
+        left = made(Binary{sign->operation, std::move(left), std::move(right)}, height);
     }
-    // Both "end try" and "end error" are written.
-    expectEnd(m_tokens.atWord(u"error", 1) ? u"error" : u"try");
-    return {std::move(result)};
 }
 
-Statement AppleScriptParser::raise()
+ExpressionPtr AppleScriptParser::operand()
 {
-    Raise result;
-    if (!atStatementEnd() && !m_tokens.atWord(u"number"))
-        result.message = m_expressions.expression();
-    if (m_tokens.acceptWord(u"number"))
-        result.number = m_expressions.expression();
-    return {std::move(result)};
+    const QScopedValueRollback depth(m_depth, m_depth + 1);
+    if (m_depth > deepestNesting)
+        fail(u"Das Skript ist zu tief verschachtelt"_s);
+    if (take(u"(")) {
+        ExpressionPtr inner = expression();
+        expect(u")");
+        return inner;
+    }
+    if (next().kind == TokenKind::text)
+        return made(Literal{AppleScriptValue(takeToken(TokenKind::text, {}))});
+    if (next().kind == TokenKind::integer) {
+        bool isInRange = false;
+        const qint64 integer = next().text.toLongLong(&isInRange);
+        if (!isInRange)
+            fail(u"Die Zahl %1 ist zu groß"_s.arg(next().description()));
+        ++m_position;
+        return made(Literal{AppleScriptValue(integer)});
+    }
+    return word();
 }
 
-Statement AppleScriptParser::move()
+ExpressionPtr AppleScriptParser::word()
 {
-    ExpressionPtr target = m_expressions.reference();
-    m_tokens.expectWord(u"to");
-    return {Move{std::move(target), m_expressions.reference()}};
+    if (take(u"application"))
+        return made(Application{takeToken(TokenKind::text, u"der Name eines Programms"_s)});
+    if (take(u"account"))
+        return element(Kind::account);
+    if (take(u"folder"))
+        return element(Kind::folder);
+    if (take(u"note")) {
+        expect(u"id");
+        return element(Kind::note);
+    }
+    if (take(u"folders"))
+        return elements(Kind::folder);
+    if (take(u"notes"))
+        return elements(Kind::note);
+    if (take(u"default")) {
+        expect(u"folder");
+        return property(u"default folder"_s);
+    }
+    for (const QStringView name : {u"name", u"id", u"body", u"container"}) {
+        if (take(name))
+            return property(name.toString());
+    }
+    if (next().kind != TokenKind::word || !m_variables.contains(next().text))
+        fail(u"%1 ist hier nicht bekannt"_s.arg(next().description()));
+    return made(Variable{takeToken(TokenKind::word, {})});
+}
+
+ExpressionPtr AppleScriptParser::element(Kind kind)
+{
+    ExpressionPtr key = operand();
+    ExpressionPtr of = owner();
+    const int height = std::max(heightOf(key), heightOf(of));
+    return made(Element{kind, std::move(key), std::move(of)}, height);
+}
+
+ExpressionPtr AppleScriptParser::elements(Kind kind)
+{
+    ExpressionPtr of = owner();
+    ExpressionPtr condition = take(u"whose") ? expression() : nullptr;
+    const int height = std::max(heightOf(of), heightOf(condition));
+    return made(Elements{kind, std::move(of), std::move(condition)}, height);
+}
+
+ExpressionPtr AppleScriptParser::property(const QString &name)
+{
+    ExpressionPtr of = owner();
+    const int height = heightOf(of);
+    return made(Property{name, std::move(of)}, height);
+}
+
+ExpressionPtr AppleScriptParser::owner()
+{
+    return take(u"of") ? operand() : nullptr;
+}
+
+bool AppleScriptParser::take(QStringView wordOrSymbol)
+{
+    const bool isThere =
+        (next().kind == TokenKind::word || next().kind == TokenKind::symbol) && next().text == wordOrSymbol;
+    m_position += isThere ? 1 : 0;
+    return isThere;
+}
+
+void AppleScriptParser::expect(QStringView wordOrSymbol)
+{
+    if (!take(wordOrSymbol))
+        fail(u"Erwartet wird „%1“, gefunden wurde %2"_s.arg(wordOrSymbol, next().description()));
+}
+
+QString AppleScriptParser::takeToken(TokenKind kind, const QString &description)
+{
+    if (next().kind != kind)
+        fail(u"Erwartet wird %1, gefunden wurde %2"_s.arg(description, next().description()));
+    return m_tokens[m_position++].text;
+}
+
+QString AppleScriptParser::takeNewName()
+{
+    if (std::find(keywords.begin(), keywords.end(), next().text) != keywords.end())
+        fail(u"%1 kann keine Variable sein"_s.arg(next().description()));
+    const QString name = takeToken(TokenKind::word, u"der Name einer Variablen"_s);
+    m_variables.insert(name);
+    return name;
+}
+
+void AppleScriptParser::fail(const QString &message) const
+{
+    throw appleScriptSyntaxError(next().line, message);
 }
 
 } // namespace randblatt

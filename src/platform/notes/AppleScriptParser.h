@@ -1,41 +1,55 @@
 #pragma once
 
-#include "platform/notes/AppleScriptExpressionParser.h"
+#include "platform/notes/AppleScriptLexer.h"
 #include "platform/notes/AppleScriptSyntax.h"
-#include "platform/notes/AppleScriptTokenStream.h"
 
-#include <QString>
+#include <QSet>
+
+#include <initializer_list>
 
 namespace randblatt {
 
-/// Reads the statements of a script: the subset of AppleScript without handlers, script objects and modules.
+/// Reads the part of AppleScript in which scripts to the notes application are written here. Anything else is
+/// an error that names the word.
 class AppleScriptParser
 {
 public:
-    /// The statements of `source`. Throws AppleScriptError with the line of the first thing that is no
-    /// AppleScript, or is nested deeper than can be run safely.
-    [[nodiscard]] static applescript::Block parse(const QString &source);
+    /// The script's statements. Throws AppleScriptError.
+    [[nodiscard]] static applescript::Block parse(QStringView source);
 
 private:
-    explicit AppleScriptParser(const QString &source);
+    using Token = AppleScriptToken;
 
-    [[nodiscard]] applescript::Block block();
-    [[nodiscard]] bool atBlockEnd() const;
+    explicit AppleScriptParser(QList<Token> tokens);
+
+    [[nodiscard]] applescript::Block block(QStringView opener);
     [[nodiscard]] applescript::Statement statement();
     [[nodiscard]] applescript::Statement tell();
     [[nodiscard]] applescript::Statement set();
-    [[nodiscard]] applescript::Statement copy();
     [[nodiscard]] applescript::Statement repeat();
-    [[nodiscard]] applescript::Statement repeatWith();
     [[nodiscard]] applescript::Statement conditional();
-    [[nodiscard]] applescript::Statement tryBlock();
-    [[nodiscard]] applescript::Statement raise();
-    [[nodiscard]] applescript::Statement move();
-    [[nodiscard]] bool atStatementEnd() const;
-    void expectEnd(QStringView word);
+    [[nodiscard]] applescript::Statement makeNote();
 
-    AppleScriptTokenStream m_tokens;
-    AppleScriptExpressionParser m_expressions;
+    [[nodiscard]] applescript::ExpressionPtr expression(std::size_t level = 0);
+    [[nodiscard]] applescript::ExpressionPtr operand();
+    [[nodiscard]] applescript::ExpressionPtr word();
+    [[nodiscard]] applescript::ExpressionPtr element(AppleScriptObject::Kind kind);
+    [[nodiscard]] applescript::ExpressionPtr elements(AppleScriptObject::Kind kind);
+    [[nodiscard]] applescript::ExpressionPtr property(const QString &name);
+    /// What follows an `of`; null where there is none.
+    [[nodiscard]] applescript::ExpressionPtr owner();
+
+    [[nodiscard]] const Token &next() const { return m_tokens[m_position]; }
+    [[nodiscard]] bool take(QStringView wordOrSymbol);
+    void expect(QStringView wordOrSymbol);
+    [[nodiscard]] QString takeToken(Token::Kind kind, const QString &description);
+    [[nodiscard]] QString takeNewName();
+    [[noreturn]] void fail(const QString &message) const;
+
+    QList<Token> m_tokens;
+    qsizetype m_position = 0;
+    int m_depth = 0;
+    QSet<QString> m_variables;
 };
 
 } // namespace randblatt

@@ -2,64 +2,16 @@
 
 #include "platform/notes/AppleScriptValue.h"
 
-#include <QString>
-
 #include <memory>
 #include <utility>
 #include <variant>
 #include <vector>
 
-/// The syntax tree of a script. A parser bounds its depth, so that it can be walked and destroyed by
-/// recursion.
+/// A script as a tree: what AppleScriptParser makes and AppleScriptInterpreter runs.
 namespace randblatt::applescript {
 
 struct Expression;
-using ExpressionPtr = std::unique_ptr<const Expression>;
-
-enum class ElementClass { account, folder, note, item, character };
-
-enum class UnaryOperator { negate, plus, logicalNot };
-
-enum class BinaryOperator {
-    logicalOr,
-    logicalAnd,
-    equal,
-    notEqual,
-    less,
-    greater,
-    lessOrEqual,
-    greaterOrEqual,
-    contains,
-    doesNotContain,
-    isIn,
-    isNotIn,
-    startsWith,
-    endsWith,
-    concatenate,
-    add,
-    subtract,
-    multiply,
-    divide,
-    integerDivide,
-    modulo,
-    power,
-};
-
-/// Which of a container's elements are meant.
-struct Selector
-{
-    enum class Kind {
-        every,
-        key,        ///< by position if the value is a number, by name if it is a text
-        identifier, ///< by id
-        range,      ///< from one position through another
-        filter,     ///< those of which an expression about them is true
-    };
-
-    Kind kind = Kind::every;
-    ExpressionPtr first;
-    ExpressionPtr last;
-};
+using ExpressionPtr = std::unique_ptr<Expression>;
 
 struct Literal
 {
@@ -69,72 +21,43 @@ struct Variable
 {
     QString name;
 };
-struct ListLiteral
-{
-    std::vector<ExpressionPtr> items;
-};
-struct RecordLiteral
-{
-    std::vector<std::pair<QString, ExpressionPtr>> fields;
-};
-struct Unary
-{
-    UnaryOperator operation;
-    ExpressionPtr operand;
-};
-struct Binary
-{
-    BinaryOperator operation;
-    ExpressionPtr left;
-    ExpressionPtr right;
-};
-struct Coercion
-{
-    ExpressionPtr operand;
-    AppleScriptType type;
-};
-/// The object that `tell` addresses.
-struct Target
-{
-};
 struct Application
 {
     QString name;
 };
-/// Without a container: of the object that `tell` addresses.
+/// A property of an object; without an owner, of the one that is addressed.
 struct Property
 {
     QString name;
-    ExpressionPtr container;
+    ExpressionPtr owner;
 };
+/// One element of an object: the account of a number, the folder of a name or the note of an id.
+struct Element
+{
+    AppleScriptObject::Kind kind;
+    ExpressionPtr key;
+    ExpressionPtr owner;
+};
+/// All elements of a kind, or those that fulfil a condition in which they are addressed.
 struct Elements
 {
-    ElementClass elementClass;
-    Selector selector;
-    ExpressionPtr container;
+    AppleScriptObject::Kind kind;
+    ExpressionPtr owner;
+    ExpressionPtr condition;
 };
-struct Count
+enum class Operator { logicalOr, isAtLeast, contains, join, add };
+struct Binary
 {
-    ExpressionPtr operand;
-};
-struct Exists
-{
-    ExpressionPtr operand;
-};
-struct Make
-{
-    ElementClass elementClass;
-    ExpressionPtr location;
-    ExpressionPtr properties;
+    Operator operation;
+    ExpressionPtr left;
+    ExpressionPtr right;
 };
 
 struct Expression
 {
-    std::variant<Literal, Variable, ListLiteral, RecordLiteral, Unary, Binary, Coercion, Target, Application,
-                 Property, Elements, Count, Exists, Make>
-        node;
-    /// The height of the tree under this node, itself included.
-    int height = 1;
+    std::variant<Literal, Variable, Application, Property, Element, Elements, Binary> node;
+    /// Of the tree below it.
+    int height = 0;
 };
 
 struct Statement;
@@ -145,39 +68,16 @@ struct Tell
     ExpressionPtr target;
     Block body;
 };
-struct Assign
+/// `target` is a Variable or a Property.
+struct Set
 {
     ExpressionPtr target;
     ExpressionPtr value;
 };
-struct RepeatForever
-{
-    Block body;
-};
-struct RepeatTimes
-{
-    ExpressionPtr count;
-    Block body;
-};
-struct RepeatWhile
-{
-    ExpressionPtr condition;
-    /// The value of the condition with which the loop goes on.
-    bool expected;
-    Block body;
-};
-struct RepeatIn
+struct Repeat
 {
     QString variable;
     ExpressionPtr items;
-    Block body;
-};
-struct RepeatRange
-{
-    QString variable;
-    ExpressionPtr first;
-    ExpressionPtr last;
-    ExpressionPtr step;
     Block body;
 };
 struct ExitRepeat
@@ -185,44 +85,31 @@ struct ExitRepeat
 };
 struct If
 {
-    std::vector<std::pair<ExpressionPtr, Block>> branches;
-    Block otherwise;
-};
-struct Try
-{
-    Block body;
-    QString messageVariable;
-    QString numberVariable;
-    Block handler;
+    ExpressionPtr condition;
+    Block then;
 };
 struct Return
 {
     ExpressionPtr value;
 };
-struct Raise
+struct MakeNote
 {
-    ExpressionPtr message;
-    ExpressionPtr number;
+    ExpressionPtr name;
+    ExpressionPtr body;
 };
 struct Delete
 {
-    ExpressionPtr target;
+    ExpressionPtr note;
 };
 struct Move
 {
-    ExpressionPtr target;
-    ExpressionPtr location;
-};
-struct Evaluate
-{
-    ExpressionPtr expression;
+    ExpressionPtr note;
+    ExpressionPtr folder;
 };
 
 struct Statement
 {
-    std::variant<Tell, Assign, RepeatForever, RepeatTimes, RepeatWhile, RepeatIn, RepeatRange, ExitRepeat, If,
-                 Try, Return, Raise, Delete, Move, Evaluate>
-        node;
+    std::variant<Tell, Set, Repeat, ExitRepeat, If, Return, MakeNote, Delete, Move> node;
 };
 
 } // namespace randblatt::applescript

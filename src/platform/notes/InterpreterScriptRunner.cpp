@@ -2,12 +2,10 @@
 
 #include "platform/ExceptionText.h"
 #include "platform/notes/AppleScriptError.h"
-#include "platform/notes/AppleScriptInterpreter.h"
 #include "platform/notes/AppleScriptParser.h"
 #include "platform/notes/NotesObjectModel.h"
 
 #include <new>
-#include <optional>
 #include <utility>
 
 namespace randblatt {
@@ -25,12 +23,9 @@ ScriptOutcome InterpreterScriptRunner::run(const QString &source)
     try {
         const applescript::Block script = AppleScriptParser::parse(source);
         NotesObjectModel application(m_library);
-        return {.text = AppleScriptInterpreter(application, m_limits).run(script).resultText(),
-                .failure = {}};
+        return {.text = AppleScriptInterpreter(application, m_limits).run(script).text(), .failure = {}};
     } catch (const AppleScriptError &error) {
-        // A script can raise an error that says nothing.
-        const auto message = error.message.isEmpty() ? std::nullopt : std::optional(error.message);
-        return {.text = {}, .failure = ScriptFailure{message, error.number}};
+        return {.text = {}, .failure = ScriptFailure{error.message, error.number}};
     } catch (const std::bad_alloc &) {
         return {.text = {}, .failure = ScriptFailure{currentExceptionText(), applescripterror::outOfMemory}};
     } catch (...) {

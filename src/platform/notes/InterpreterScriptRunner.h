@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/ScriptRunner.h"
-#include "platform/notes/AppleScriptLimits.h"
+#include "platform/notes/AppleScriptInterpreter.h"
 #include "platform/notes/NotesLibrary.h"
 
 namespace randblatt {

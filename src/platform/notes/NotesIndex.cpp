@@ -280,12 +280,6 @@ void NotesIndex::remove(const QString &id)
     std::erase(m_newestFirst, id);
 }
 
-void NotesIndex::addFolder(const QString &folder)
-{
-    if (!m_folders.contains(folder))
-        m_folders.append(folder);
-}
-
 std::optional<FileSignature> NotesIndex::signatureOf(const QString &path)
 {
     struct stat status

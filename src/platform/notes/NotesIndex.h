@@ -68,7 +68,6 @@ public:
     /// Takes up a file that was written since the scan, under the id that it had, else under a new one.
     const NoteEntry &update(const QString &path, const QString &folder);
     void remove(const QString &id);
-    void addFolder(const QString &folder);
 
     /// What the file at `path` is like; none where there is no regular file.
     [[nodiscard]] static std::optional<FileSignature> signatureOf(const QString &path);

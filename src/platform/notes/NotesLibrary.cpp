@@ -153,19 +153,9 @@ std::vector<QString> NotesLibrary::notes(const std::optional<QString> &folder)
     return m_index.notes(folder);
 }
 
-bool NotesLibrary::contains(const QString &id)
-{
-    return find(id) != nullptr;
-}
-
 QString NotesLibrary::folderOf(const QString &id)
 {
     return entry(id).folder;
-}
-
-QDateTime NotesLibrary::modified(const QString &id)
-{
-    return QDateTime::fromMSecsSinceEpoch(entry(id).signature.modified / nanosecondsPerMillisecond);
 }
 
 QString NotesLibrary::name(const QString &id)
@@ -231,20 +221,6 @@ void NotesLibrary::setBody(const QString &id, const QString &body)
         m_known.insert(note.id, {digest(contents), textDigest(NoteDocument::fromFile(contents).body)});
 }
 
-void NotesLibrary::setName(const QString &id, const QString &name)
-{
-    const NoteEntry note = entry(id);
-    QByteArray former;
-    const QByteArray contents = rewrite(note, [&](const QByteArray &present) {
-        former = present;
-        return renaming(present, NoteDocument::fromFile(present), name);
-    });
-    // The text is the one that was read, so saving it later is no conflict with this.
-    const auto known = m_known.find(note.id);
-    if (known != m_known.end() && known->file == digest(former))
-        known->file = digest(contents);
-}
-
 void NotesLibrary::deleteNote(const QString &id)
 {
     const NoteEntry note = entry(id);
@@ -258,7 +234,7 @@ void NotesLibrary::deleteNote(const QString &id)
 
 bool NotesLibrary::isDeleted(const QString &id)
 {
-    return !contains(id) && deletedNote(id).has_value();
+    return find(id) == nullptr && deletedNote(id).has_value();
 }
 
 QString NotesLibrary::moveNote(const QString &id, const QString &folder)
@@ -280,17 +256,6 @@ QString NotesLibrary::moveNote(const QString &id, const QString &folder)
     if (moved != id && m_known.contains(id))
         m_known.insert(moved, m_known.take(id));
     return moved;
-}
-
-void NotesLibrary::createFolder(const QString &name)
-{
-    const QString directory = foldernames::directoryName(name);
-    if (directory.isEmpty() || name == deletedFolder())
-        fail(NotesLibraryError::Reason::notPossible, u"So kann kein Ordner heißen: „%1“"_s.arg(name));
-    if (folders().contains(name))
-        fail(NotesLibraryError::Reason::notPossible, u"Dieser Ordner ist schon vorhanden: „%1“"_s.arg(name));
-    syncedfiles::makeFolder(m_root + u'/' + directory);
-    m_index.addFolder(name);
 }
 
 const NoteEntry *NotesLibrary::find(const QString &id)

@@ -45,10 +45,8 @@ public:
     [[nodiscard]] QStringList folders();
     /// Ids of the notes of one folder, or of all, by last change, newest first.
     [[nodiscard]] std::vector<QString> notes(const std::optional<QString> &folder = std::nullopt);
-    [[nodiscard]] bool contains(const QString &id);
     /// The folder of a note.
     [[nodiscard]] QString folderOf(const QString &id);
-    [[nodiscard]] QDateTime modified(const QString &id);
     [[nodiscard]] QString name(const QString &id);
     /// HTML without the name, as it now is on the disk.
     [[nodiscard]] QString body(const QString &id);
@@ -61,7 +59,6 @@ public:
     /// its text, that file's content is kept as a note of its own beside it; if it is another program's and
     /// was more than plain text, among the deleted notes.
     void setBody(const QString &id, const QString &body);
-    void setName(const QString &id, const QString &name);
     /// Moves the note to the deleted ones.
     void deleteNote(const QString &id);
     /// Whether there is a deleted note that had this id.
@@ -69,8 +66,6 @@ public:
     /// Moves a note, or a deleted one, into a folder. It keeps its id, unless another note has that by now;
     /// gives the id. A note that comes back has its time of last change again while it is remembered.
     QString moveNote(const QString &id, const QString &folder);
-    /// Makes an empty folder.
-    void createFolder(const QString &name);
 
 private:
     /// What becomes of a file's former contents.

@@ -98,7 +98,7 @@ void LayerShellDesktop::dropPanel(const QWindow &panel)
 }
 
 void LayerShellDesktop::placePanel(const QWindow &panel, const QString &screenID, const QRect &rect,
-                                   const QRect &opening)
+                                   const QRegion &opening)
 {
     if (m_panel != &panel)
         return;
@@ -180,6 +180,10 @@ void LayerShellDesktop::layStrips()
             m_pointer.follow(*window);
             connect(window.get(), &PointerStrip::yielded, &m_pointer,
                     [this, strip = window.get()] { m_pointer.forget(*strip); });
+            connect(window.get(), &PointerStrip::pressed, this,
+                    [this, frame = screen.frame](const QPoint &position) {
+                        Q_EMIT pressed(positionInCore(position, frame));
+                    });
             strips.push_back({screen.id, std::move(window)});
         }
     }
@@ -191,7 +195,7 @@ void LayerShellDesktop::layStrips()
 void LayerShellDesktop::makeWayForPanel()
 {
     for (const Strip &strip : m_strips)
-        strip.window->makeWayFor(strip.screenID == m_panelScreenID ? m_opening : QRect());
+        strip.window->makeWayFor(strip.screenID == m_panelScreenID ? m_opening : QRegion());
 }
 
 } // namespace randblatt

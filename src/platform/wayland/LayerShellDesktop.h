@@ -34,6 +34,9 @@ public:
     [[nodiscard]] QList<Screen> screens() const override { return m_screens; }
     [[nodiscard]] std::optional<Screen> mainScreen() const override;
     [[nodiscard]] std::optional<QPointF> pointerLocation() const override;
+    [[nodiscard]] bool isButtonHeld() const override { return m_pointer.isButtonHeld(); }
+    [[nodiscard]] bool isDragging() const override { return m_pointer.isDragging(); }
+    [[nodiscard]] bool knowsPointerEverywhere() const override { return false; }
     [[nodiscard]] bool isComposited() const override { return true; }
     [[nodiscard]] bool reportsPointerMotion() const override { return true; }
     void watchPointer(const QList<PointerArea> &areas) override;
@@ -49,7 +52,7 @@ public:
     /// The panel is at `rect`, in points from the upper left corner of a screen; empty for a hidden one.
     /// The strips let the pointer through in `opening`. Nothing for a panel that has lost its place to
     /// another.
-    void placePanel(const QWindow &panel, const QString &screenID, const QRect &rect, const QRect &opening);
+    void placePanel(const QWindow &panel, const QString &screenID, const QRect &rect, const QRegion &opening);
 
 private:
     struct Output
@@ -80,7 +83,7 @@ private:
     const QWindow *m_panel = nullptr;
     QString m_panelScreenID;
     QRect m_panelRect;
-    QRect m_opening;
+    QRegion m_opening;
 };
 
 } // namespace randblatt

@@ -99,6 +99,15 @@ void LayerShellPanelWindow::resignKey()
     m_surface.setTakesKeyboard(false);
 }
 
+void LayerShellPanelWindow::setInputRegion(const QRegion &region)
+{
+    m_inputRegion = region;
+    // An empty mask would be none.
+    m_window->setMask(region.isEmpty() ? QRegion(-1, -1, 1, 1) : region);
+    m_surface.commit();
+    place();
+}
+
 void LayerShellPanelWindow::setBlurRegion(const QRegion &region)
 {
     m_blur.setRegion(region);
@@ -131,8 +140,9 @@ void LayerShellPanelWindow::place()
     if (!m_surface.isShown())
         return;
     // Where it only touches the edge it may not be there yet: the pointer would be over nothing.
-    const QRect opening = pointsOf(m_frame, screen->frame);
-    m_desktop.placePanel(*m_window, m_screenID, opening.translated(rect.topLeft() - wanted.topLeft()),
+    const QRect onScreen = pointsOf(m_frame, screen->frame);
+    const QRegion opening = m_inputRegion ? m_inputRegion->translated(onScreen.topLeft()) : QRegion(onScreen);
+    m_desktop.placePanel(*m_window, m_screenID, onScreen.translated(rect.topLeft() - wanted.topLeft()),
                          opening);
 }
 

@@ -9,6 +9,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace randblatt {
 
@@ -39,6 +40,7 @@ public:
     void orderOut() override;
     void makeKey() override;
     void resignKey() override;
+    void setInputRegion(const QRegion &region) override;
     void setBlurRegion(const QRegion &region) override;
 
 private:
@@ -54,6 +56,7 @@ private:
     BackgroundBlur m_blur;
     QString m_screenID;
     QRectF m_frame;
+    std::optional<QRegion> m_inputRegion;
     double m_alpha = 1;
     /// Whether the pointer was over the panel since it became the key window.
     bool m_wasVisited = false;

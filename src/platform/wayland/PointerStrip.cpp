@@ -1,5 +1,6 @@
 #include "platform/wayland/PointerStrip.h"
 
+#include <QMouseEvent>
 #include <QPainter>
 
 namespace randblatt {
@@ -20,12 +21,17 @@ PointerStrip::PointerStrip(const WaylandConnection &connection, QScreen &screen,
     m_surface.show(screen, rect);
 }
 
-void PointerStrip::makeWayFor(const QRect &rect)
+void PointerStrip::makeWayFor(const QRegion &region)
 {
-    const QRegion left = QRegion(QRect(QPoint(), m_rect.size())) - rect.translated(-m_rect.topLeft());
+    const QRegion left = QRegion(QRect(QPoint(), m_rect.size())) - region.translated(-m_rect.topLeft());
     setMask(left.isEmpty() ? nothing : left);
     // There is nothing to paint that would make it take effect.
     m_surface.commit();
+}
+
+void PointerStrip::mousePressEvent(QMouseEvent *event)
+{
+    Q_EMIT pressed(m_rect.topLeft() + event->position().toPoint());
 }
 
 void PointerStrip::mouseReleaseEvent(QMouseEvent *)

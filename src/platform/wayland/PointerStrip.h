@@ -18,15 +18,17 @@ public:
                  bool yieldsToClicks);
 
     [[nodiscard]] QRect rect() const { return m_rect; }
-    /// Lets the pointer through where the strip lies over `rect`, in points of the screen.
-    void makeWayFor(const QRect &rect);
+    /// Lets the pointer through where the strip lies over `region`, in points of the screen.
+    void makeWayFor(const QRegion &region);
 
 Q_SIGNALS:
+    void pressed(const QPoint &position);
     /// A click was taken, the last one.
     void yielded();
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
 
 private:

@@ -43,13 +43,24 @@ bool PointerTracker::eventFilter(QObject *watched, QEvent *event)
     const auto *window = static_cast<const QWindow *>(watched);
     switch (event->type()) {
     case QEvent::Enter:
+        // Nobody enters a window with a button that is held elsewhere, but its release may go unheard.
+        m_isButtonHeld = m_isDragging = false;
         enter(*window, static_cast<const QEnterEvent *>(event)->position());
         break;
     case QEvent::MouseMove:
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonRelease:
+        m_isButtonHeld = static_cast<const QMouseEvent *>(event)->buttons() != Qt::NoButton;
+        m_isDragging = false;
         enter(*window, static_cast<const QMouseEvent *>(event)->position());
         break;
+    case QEvent::DragEnter:
+    case QEvent::DragMove:
+        m_isDragging = true;
+        enter(*window, static_cast<const QDropEvent *>(event)->position());
+        break;
+    case QEvent::DragLeave:
+    case QEvent::Drop:
     case QEvent::Leave:
         if (m_window == window)
             m_leaving.start();
@@ -73,6 +84,7 @@ void PointerTracker::enter(const QWindow &window, const QPointF &position)
 void PointerTracker::leave()
 {
     m_window = nullptr;
+    m_isDragging = false;
     Q_EMIT moved();
 }
 

@@ -30,6 +30,11 @@ public:
     /// held.
     [[nodiscard]] QPointF position() const { return m_position; }
 
+    /// Whether a button that was pressed over one of the windows is held.
+    [[nodiscard]] bool isButtonHeld() const { return m_isButtonHeld; }
+    /// Whether the pointer came to the window with something that may be dropped.
+    [[nodiscard]] bool isDragging() const { return m_isDragging && m_window != nullptr; }
+
 Q_SIGNALS:
     /// The pointer moved, came or left.
     void moved();
@@ -41,6 +46,8 @@ private:
 
     const QWindow *m_window = nullptr;
     QPointF m_position;
+    bool m_isButtonHeld = false;
+    bool m_isDragging = false;
     QTimer m_leaving;
 };
 

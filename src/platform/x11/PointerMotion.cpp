@@ -57,19 +57,29 @@ void PointerMotion::watch() const
     if (m_isWatching || !isAvailable())
         return;
     m_isWatching = true;
-    select(true);
+    select();
+}
+
+void PointerMotion::watchPresses(bool wanted)
+{
+    if (m_watchesPresses == wanted || !isAvailable())
+        return;
+    m_watchesPresses = wanted;
+    select();
 }
 
 bool PointerMotion::nativeEventFilter(const QByteArray &eventType, void *message, qintptr *)
 {
-    if (!m_isWatching || eventType != "xcb_generic_event_t")
+    if (eventType != "xcb_generic_event_t")
         return false;
     const auto &event = *static_cast<const xcb_generic_event_t *>(message);
-    if (!announcesMotion(event))
+    if (m_watchesPresses && isInput(event, XCB_INPUT_RAW_BUTTON_PRESS))
+        Q_EMIT pressed();
+    if (!m_isWatching || !announcesMotion(event))
         return false;
     // A moving pointer sends hundreds of these a second: one is enough until somebody looks again.
     m_isWatching = false;
-    select(false);
+    select();
     Q_EMIT moved(event.full_sequence);
     return false;
 }
@@ -79,10 +89,15 @@ bool PointerMotion::announcesMotion(const xcb_generic_event_t &event) const
     const int type = event.response_type & 0x7f;
     if (type == m_alarmNotify)
         return reinterpret_cast<const xcb_sync_alarm_notify_event_t &>(event).alarm == m_alarm;
-    if (type != XCB_GE_GENERIC)
+    return isInput(event, XCB_INPUT_RAW_MOTION);
+}
+
+bool PointerMotion::isInput(const xcb_generic_event_t &event, int type) const
+{
+    if ((event.response_type & 0x7f) != XCB_GE_GENERIC)
         return false;
     const auto &generic = reinterpret_cast<const xcb_ge_generic_event_t &>(event);
-    return generic.extension == m_inputOpcode && generic.event_type == XCB_INPUT_RAW_MOTION;
+    return generic.extension == m_inputOpcode && generic.event_type == type;
 }
 
 void PointerMotion::setUpMotion()
@@ -128,7 +143,7 @@ void PointerMotion::setUpAlarm(const QByteArray &counterName)
                               &values);
 }
 
-void PointerMotion::select(bool wanted) const
+void PointerMotion::select() const
 {
     struct
     {
@@ -136,10 +151,11 @@ void PointerMotion::select(bool wanted) const
         quint32 events;
     } mask{};
     mask.header = {.deviceid = XCB_INPUT_DEVICE_ALL_MASTER, .mask_len = 1};
-    mask.events = wanted ? XCB_INPUT_XI_EVENT_MASK_RAW_MOTION : 0;
+    mask.events = (m_isWatching ? XCB_INPUT_XI_EVENT_MASK_RAW_MOTION : 0) |
+                  (m_watchesPresses ? XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS : 0);
     xcb_input_xi_select_events(m_x11.xcb(), m_x11.root(), 1, &mask.header);
     xcb_sync_change_alarm_value_list_t values{};
-    values.events = wanted;
+    values.events = m_isWatching;
     xcb_sync_change_alarm_aux(m_x11.xcb(), m_alarm, XCB_SYNC_CA_EVENTS, &values);
     xcb_flush(m_x11.xcb());
 }

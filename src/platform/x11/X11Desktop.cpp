@@ -6,21 +6,44 @@
 #include <QScreen>
 #include <qpa/qplatformscreen.h>
 
+#include <chrono>
 #include <cstdlib>
 
 namespace randblatt {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+// Without those that a wheel stands for.
+constexpr int mouseButtons = XCB_BUTTON_MASK_1 | XCB_BUTTON_MASK_2 | XCB_BUTTON_MASK_3;
+
+constexpr auto dragCheck = 80ms;
+
+} // namespace
 
 X11Desktop::X11Desktop(QObject *parent)
     : Desktop(parent)
     , m_workAreas(m_x11)
     , m_compositor("_NET_WM_CM_S")
+    , m_dragged("XdndSelection", SelectionWatcher::Scope::display)
 {
     // A change of monitors comes as a burst of signals and properties.
     m_refreshTimer.setSingleShot(true);
     m_refreshTimer.setInterval(0);
     connect(&m_refreshTimer, &QTimer::timeout, this, &X11Desktop::refresh);
     connect(&m_motion, &PointerMotion::moved, this, &Desktop::pointerMoved);
+    connect(&m_motion, &PointerMotion::pressed, this, [this] {
+        // Not pointerLocation(): the next movement may not be of interest.
+        const auto pointer = queryPointer();
+        if (const auto place = pointer ? m_layout.pixelInCore(pointer->pixel) : std::nullopt)
+            Q_EMIT pressed(*place);
+    });
     connect(&m_compositor, &SelectionWatcher::ownerChanged, this, &Desktop::compositedChanged);
+    // Some never give the selection up: the drag ends with the button.
+    m_dragEnd.setInterval(dragCheck);
+    connect(&m_dragged, &SelectionWatcher::taken, this, &X11Desktop::followDrag);
+    connect(&m_dragEnd, &QTimer::timeout, this, &X11Desktop::followDrag);
 
     const auto present = QGuiApplication::screens();
     for (const QScreen *screen : present)
@@ -54,9 +77,25 @@ std::optional<X11Desktop::Pointer> X11Desktop::queryPointer() const
     xcb_query_pointer_reply_t *reply = xcb_query_pointer_reply(m_x11.xcb(), cookie, nullptr);
     std::optional<Pointer> pointer;
     if (reply && reply->same_screen)
-        pointer = Pointer{QPoint(reply->root_x, reply->root_y), reply->child, cookie.sequence};
+        pointer = Pointer{QPoint(reply->root_x, reply->root_y), reply->child,
+                          (reply->mask & mouseButtons) != 0, cookie.sequence};
     std::free(reply);
     return pointer;
+}
+
+bool X11Desktop::isButtonHeld() const
+{
+    const auto pointer = queryPointer();
+    return pointer && pointer->isButtonHeld;
+}
+
+void X11Desktop::followDrag()
+{
+    m_isDragging = isButtonHeld();
+    if (!m_isDragging)
+        m_dragEnd.stop();
+    else if (!m_dragEnd.isActive())
+        m_dragEnd.start();
 }
 
 bool X11Desktop::nativeEventFilter(const QByteArray &eventType, void *message, qintptr *)

@@ -27,6 +27,9 @@ public:
     [[nodiscard]] std::optional<Screen> mainScreen() const override;
     [[nodiscard]] std::optional<QPointF> pointerLocation() const override;
     [[nodiscard]] bool reportsPointerMotion() const override { return m_motion.isAvailable(); }
+    [[nodiscard]] bool isButtonHeld() const override;
+    void watchPresses(bool wanted) override { m_motion.watchPresses(wanted); }
+    [[nodiscard]] bool isDragging() const override { return m_isDragging; }
     [[nodiscard]] bool isComposited() const override { return m_compositor.hasOwner(); }
 
     /// For windows of this desktop.
@@ -38,6 +41,7 @@ protected:
         QPoint pixel;
         /// The root window's child below the pointer, or XCB_NONE.
         xcb_window_t window = XCB_NONE;
+        bool isButtonHeld = false;
         /// The number of the request that asked for it.
         quint32 sequence = 0;
     };
@@ -49,10 +53,14 @@ protected:
 private:
     void watch(const QScreen *screen);
     void refresh();
+    void followDrag();
 
     X11Connection m_x11;
     X11WorkAreas m_workAreas;
     SelectionWatcher m_compositor;
+    SelectionWatcher m_dragged;
+    QTimer m_dragEnd;
+    bool m_isDragging = false;
     PointerMotion m_motion;
     QTimer m_refreshTimer;
     ScreenLayout m_layout;

@@ -5,6 +5,8 @@
 
 #include <QCoreApplication>
 
+#include <xcb/shape.h>
+
 #include <array>
 #include <utility>
 
@@ -46,8 +48,10 @@ void X11PanelWindow::setFrame(const QRectF &frame)
     const bool isResized = native.size() != m_native.size();
     m_native = native;
     applyFrame();
-    if (isResized)
+    if (isResized) {
+        announceInput();
         announceBlur();
+    }
 }
 
 void X11PanelWindow::setAlpha(double alpha)
@@ -91,6 +95,14 @@ void X11PanelWindow::resignKey()
 {
     if (m_keyboard.owner() == id() && m_keyboard.canTake(m_formerKeyWindow))
         m_keyboard.give(m_formerKeyWindow);
+}
+
+void X11PanelWindow::setInputRegion(const QRegion &region)
+{
+    if (region == m_inputRegion)
+        return;
+    m_inputRegion = region;
+    announceInput();
 }
 
 void X11PanelWindow::setBlurRegion(const QRegion &region)
@@ -165,16 +177,39 @@ void X11PanelWindow::announceMapped() const
     m_x11.tellWindowManager(id(), m_x11.atom("_NET_WM_DESKTOP"), {allDesktops, fromApplication, 0, 0, 0});
 }
 
+QList<QRect> X11PanelWindow::nativeRects(const QRegion &region) const
+{
+    const double factor = m_frame.width() > 0 ? m_native.width() / m_frame.width() : 1;
+    QList<QRect> rects;
+    for (const QRect &rect : region)
+        rects.append(
+            QRectF(rect.x() * factor, rect.y() * factor, rect.width() * factor, rect.height() * factor)
+                .toRect());
+    return rects;
+}
+
+void X11PanelWindow::announceInput() const
+{
+    if (!m_inputRegion)
+        return;
+    QList<xcb_rectangle_t> rects;
+    const QList<QRect> parts = nativeRects(*m_inputRegion);
+    for (const QRect &part : parts)
+        rects.append({static_cast<qint16>(part.x()), static_cast<qint16>(part.y()),
+                      static_cast<quint16>(part.width()), static_cast<quint16>(part.height())});
+    // What is drawn has another shape, which stays as it is.
+    xcb_shape_rectangles(m_x11.xcb(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, XCB_CLIP_ORDERING_UNSORTED, id(),
+                         0, 0, static_cast<quint32>(rects.size()), rects.constData());
+    xcb_flush(m_x11.xcb());
+}
+
 void X11PanelWindow::announceBlur() const
 {
     const xcb_atom_t property = m_x11.atom("_KDE_NET_WM_BLUR_BEHIND_REGION");
-    const double factor = m_frame.width() > 0 ? m_native.width() / m_frame.width() : 1;
     QList<quint32> rects;
-    for (const QRect &rect : m_blurRegion) {
-        const QRect native =
-            QRectF(rect.x() * factor, rect.y() * factor, rect.width() * factor, rect.height() * factor)
-                .toRect();
-        for (const int number : {native.x(), native.y(), native.width(), native.height()})
+    const QList<QRect> parts = nativeRects(m_blurRegion);
+    for (const QRect &part : parts) {
+        for (const int number : {part.x(), part.y(), part.width(), part.height()})
             rects.append(static_cast<quint32>(number));
     }
     // An empty list would stand for the whole window.

@@ -9,6 +9,7 @@
 #include <QWindow>
 
 #include <memory>
+#include <optional>
 
 namespace randblatt {
 
@@ -32,6 +33,7 @@ public:
     void orderOut() override;
     void makeKey() override;
     void resignKey() override;
+    void setInputRegion(const QRegion &region) override;
     void setBlurRegion(const QRegion &region) override;
 
 private:
@@ -40,7 +42,9 @@ private:
     void applyFrame() const;
     void announce() const;
     void announceMapped() const;
+    void announceInput() const;
     void announceBlur() const;
+    [[nodiscard]] QList<QRect> nativeRects(const QRegion &region) const;
     void rememberKeyWindow();
 
     const X11Desktop &m_desktop;
@@ -49,6 +53,7 @@ private:
     std::unique_ptr<QWindow> m_window;
     QRectF m_frame;
     QRect m_native;
+    std::optional<QRegion> m_inputRegion;
     QRegion m_blurRegion;
     double m_alpha = 1;
     /// Who had the keyboard before the panel.

@@ -3,6 +3,7 @@
 #include <xcb/xinput.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace randblatt {
 
@@ -52,25 +53,46 @@ std::optional<QPointF> XWaylandDesktop::pointerLocation() const
 
 void XWaylandDesktop::watchPointer(const QList<PointerArea> &areas)
 {
-    std::vector<std::unique_ptr<TriggerStrip>> strips;
+    QList<QRect> rects;
     for (const PointerArea &area : areas) {
-        // Only what lies at the screens' borders all the time: a strip that comes to lie below the pointer
-        // makes the server miss that it leaves.
-        if (area.yieldsToClicks)
+        // A strip that comes to lie below the pointer makes the server miss that it leaves: only what lies at
+        // the screens' borders all the time, and the docks between them and the panel.
+        if (area.yieldsToClicks) {
+            rects.append(dockStrips(area.rect));
             continue;
-        const QRect native = layout().inNative(area.rect);
-        for (const Monitor &monitor : layout().monitors()) {
-            const QList<QRect> rects = triggerStrips(native, monitor.native);
-            for (const QRect &rect : rects) {
-                const auto present = std::find_if(m_strips.begin(), m_strips.end(), [&](const auto &strip) {
-                    return strip != nullptr && strip->rect() == rect;
-                });
-                strips.push_back(present != m_strips.end() ? std::move(*present)
-                                                           : std::make_unique<TriggerStrip>(rect));
-            }
         }
+        const QRect native = layout().inNative(area.rect);
+        for (const Monitor &monitor : layout().monitors())
+            rects.append(triggerStrips(native, monitor.native));
+    }
+    std::vector<std::unique_ptr<TriggerStrip>> strips;
+    for (const QRect &rect : std::as_const(rects)) {
+        const auto present = std::find_if(m_strips.begin(), m_strips.end(), [&](const auto &strip) {
+            return strip != nullptr && strip->rect() == rect;
+        });
+        strips.push_back(present != m_strips.end() ? std::move(*present)
+                                                   : std::make_unique<TriggerStrip>(rect));
     }
     m_strips = std::move(strips);
+}
+
+QList<QRect> XWaylandDesktop::dockStrips(const QRectF &area) const
+{
+    QList<QRect> strips;
+    const QList<Screen> all = screens();
+    for (const Screen &screen : all) {
+        const QRectF &frame = screen.frame;
+        const QRectF &visible = screen.visibleFrame;
+        // Without the outermost pixels, where a pointer may rest that has revealed the panel.
+        const QRect border = layout().inNative(frame).adjusted(1, 1, -1, -1);
+        for (const QRectF &dock : {QRectF(frame.topLeft(), QPointF(visible.left(), frame.bottom())),
+                                   QRectF(QPointF(visible.right(), frame.top()), frame.bottomRight())}) {
+            const QRect strip = layout().inNative(area & dock) & border;
+            if (!dock.isEmpty() && area.intersects(dock) && !strip.isEmpty())
+                strips.append(strip);
+        }
+    }
+    return strips;
 }
 
 bool XWaylandDesktop::nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result)
@@ -79,7 +101,7 @@ bool XWaylandDesktop::nativeEventFilter(const QByteArray &eventType, void *messa
         const auto &event = *static_cast<const xcb_generic_event_t *>(message);
         // Later questions may be too late: a window that comes gives the lost pointer another place.
         if (const auto pixel = placeOfLoss(event))
-            lose({*pixel, XCB_NONE, event.full_sequence});
+            lose({.pixel = *pixel, .sequence = event.full_sequence});
     }
     return X11Desktop::nativeEventFilter(eventType, message, result);
 }

@@ -19,12 +19,15 @@ public:
     explicit XWaylandDesktop(QObject *parent = nullptr);
 
     [[nodiscard]] std::optional<QPointF> pointerLocation() const override;
+    [[nodiscard]] bool knowsPointerEverywhere() const override { return false; }
     /// The server tells nothing when the pointer leaves for a window of the compositor's.
     [[nodiscard]] bool reportsPointerMotion() const override { return false; }
     void watchPointer(const QList<PointerArea> &areas) override;
 
 private:
     bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;
+    /// What lies of an area between a screen's edge and what docks leave of it, in native pixels.
+    [[nodiscard]] QList<QRect> dockStrips(const QRectF &area) const;
     void lose(const Pointer &pointer) const;
     void comeBack(quint32 sequence);
 

@@ -1,6 +1,7 @@
 import QtQuick
 
-// A text of a card, sized by the card's text scale.
+// A text of a card, sized by the card's text scale. Where it is part of what has a name of its own, assistive
+// tools are to ignore it.
 Text {
     id: root
 
@@ -13,4 +14,8 @@ Text {
     elide: Text.ElideRight
     textFormat: Text.PlainText
     verticalAlignment: Text.AlignVCenter
+
+    Accessible.role: Accessible.StaticText
+    Accessible.name: text
+    Accessible.ignored: text === ""
 }

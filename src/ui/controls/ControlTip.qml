@@ -6,11 +6,13 @@ Loader {
     id: root
 
     required property T.AbstractButton control
+    // Whether there is something to say that is not seen.
+    property bool isWanted: true
     // Pressing the button answers what it is for.
     property bool dismissed: false
 
     anchors.fill: parent
-    active: control.hovered && !dismissed
+    active: isWanted && control.hovered && !dismissed
 
     Connections {
         target: root.control
@@ -49,7 +51,7 @@ Loader {
 
             text: tip.text
             color: "white"
-            font.pixelSize: Metrics.captionSize
+            font.pixelSize: Metrics.sized(Metrics.captionSize)
             textFormat: Text.PlainText
             Accessible.ignored: true
         }

@@ -10,5 +10,5 @@ Rectangle {
     radius: 7
     color: appearance.alpha(0.08)
     border.width: 1
-    border.color: active ? appearance.accent : appearance.alpha(0.16)
+    border.color: active ? appearance.accent : appearance.rim
 }

@@ -4,7 +4,7 @@ import QtQuick
 Rectangle {
     id: root
 
-    property color accent: "#8c73ff"
+    property color accent: "#c4b8ff"
 
     anchors.fill: parent
     anchors.margins: -2

@@ -1,5 +1,7 @@
 #include "ui/controls/InputGuard.h"
 
+#include "ui/controls/Focus.h"
+
 #include <QGuiApplication>
 #include <QInputMethod>
 #include <QKeyEvent>
@@ -87,6 +89,31 @@ bool takesQuickClicks(const QQuickItem *item)
     return false;
 }
 
+/// Whether a key does nothing by itself.
+bool isModifier(int key)
+{
+    return key >= Qt::Key_Shift && key <= Qt::Key_ScrollLock;
+}
+
+void noteInput(const QEvent &event)
+{
+    switch (event.type()) {
+    case QEvent::KeyPress:
+        if (!isModifier(static_cast<const QKeyEvent &>(event).key()))
+            Focus::note(Focus::Input::key);
+        break;
+    case QEvent::MouseButtonPress:
+    case QEvent::TouchBegin:
+        Focus::note(Focus::Input::press);
+        break;
+    case QEvent::MouseMove:
+        Focus::note(Focus::Input::motion);
+        break;
+    default:
+        break;
+    }
+}
+
 void commitText(const QQuickWindow &window)
 {
     const QQuickItem *item = window.activeFocusItem();
@@ -110,6 +137,7 @@ bool InputGuard::eventFilter(QObject *watched, QEvent *event)
     auto *window = qobject_cast<QQuickWindow *>(watched);
     if (window == nullptr)
         return false;
+    noteInput(*event);
     bool stops = false;
     switch (event->type()) {
     case QEvent::KeyPress:

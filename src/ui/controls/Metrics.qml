@@ -2,6 +2,8 @@ pragma Singleton
 
 import QtQuick
 
+import Randblatt.Controls
+
 // Lengths, text sizes and durations that recur, in points and milliseconds.
 QtObject {
     // Text sizes, before the card's text scale.
@@ -17,5 +19,15 @@ QtObject {
     readonly property int wideGap: 12
 
     readonly property int rowRadius: 7
-    readonly property int quickDuration: 120
+    readonly property int quickDuration: duration(120)
+
+    // A length that goes with texts which no card scales, as large as the desktop wants them.
+    function sized(length: real): real {
+        return Math.round(length * Wishes.textScale * 4) / 4
+    }
+
+    // How long a motion takes: no time where the desktop wants little of it.
+    function duration(milliseconds: int): int {
+        return Wishes.reducedMotion ? 0 : milliseconds
+    }
 }

@@ -16,12 +16,18 @@ Item {
     Accessible.role: Accessible.AlertMessage
     Accessible.name: message
 
+    Announcement {
+        source: root
+        text: root.message
+        isUrgent: true
+    }
+
     Rectangle {
         anchors.fill: parent
         radius: 10
         color: root.appearance.alpha(0.12)
         border.width: 1
-        border.color: root.appearance.alpha(0.16)
+        border.color: root.appearance.rim
     }
 
     Symbol {

@@ -9,9 +9,9 @@ T.AbstractButton {
     property string symbol
     property real symbolSize: 15
     property color color: "white"
-    property color accent: "#8c73ff"
+    property color accent: "#c4b8ff"
     property bool showsText: symbol === ""
-    property real textSize: Metrics.bodySize
+    property real textSize: Metrics.sized(Metrics.bodySize)
     // The clickable area reaches this far around the drawing.
     property real reach: 5
 
@@ -58,28 +58,9 @@ T.AbstractButton {
         }
     }
 
-    background: Item {
-        Rectangle {
-            anchors.fill: parent
-            radius: Metrics.rowRadius
-            color: root.color
-            opacity: root.hovered && root.enabled ? 0.1 : 0
-
-            Behavior on opacity {
-                NumberAnimation {
-                    duration: Metrics.quickDuration
-                }
-            }
-        }
-
-        FocusRing {
-            visible: root.visualFocus
-            accent: root.accent
-        }
-
-        // Not on the button itself: with a handler it would take the right mouse button as well.
-        HoverHandler {
-            cursorShape: Qt.PointingHandCursor
-        }
+    background: PlainGround {
+        control: root
+        color: root.color
+        accent: root.accent
     }
 }

@@ -15,7 +15,7 @@ T.TextField {
     implicitHeight: Math.ceil(contentHeight)
     color: appearance.foreground
     placeholderTextColor: appearance.tertiary
-    selectionColor: appearance.accent
+    selectionColor: appearance.selection
     selectedTextColor: "white"
     selectByMouse: true
     validator: SingleLine {}
@@ -42,5 +42,10 @@ T.TextField {
 
     HoverHandler {
         cursorShape: Qt.IBeamCursor
+    }
+
+    TextMenu {
+        field: root
+        appearance: root.appearance
     }
 }

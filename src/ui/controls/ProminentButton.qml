@@ -1,13 +1,15 @@
 import QtQuick
 import QtQuick.Templates as T
 
+import Randblatt.Controls
+
 // The button for what a view most wants the user to do: a filled, rounded bar.
 T.AbstractButton {
     id: root
 
-    property color accent: "#8c73ff"
+    property color accent: "#c4b8ff"
     property string symbol
-    property real textSize: Metrics.bodySize
+    property real textSize: Metrics.sized(Metrics.bodySize)
 
     implicitWidth: contentItem.implicitWidth + 2 * 14
     implicitHeight: Math.max(28, contentItem.implicitHeight + 2 * 6)
@@ -51,7 +53,11 @@ T.AbstractButton {
 
     background: Rectangle {
         radius: Metrics.rowRadius
-        color: root.down ? Qt.darker("#6a50e6", 1.2) : root.hovered ? Qt.lighter("#6a50e6", 1.08) : "#6a50e6"
+        readonly property color ground: Wishes.highContrast ? "#4a31c4" : "#6a50e6"
+
+        color: root.down ? Qt.darker(ground, 1.2) : root.hovered ? Qt.lighter(ground, 1.08) : ground
+        border.width: Wishes.highContrast ? 1 : 0
+        border.color: "white"
 
         FocusRing {
             visible: root.visualFocus

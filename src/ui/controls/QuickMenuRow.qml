@@ -2,21 +2,21 @@ import QtQuick
 import QtQuick.Templates as T
 
 // One choice of a module's quick menu: symbol, label and, on the chosen row, a check mark. White on dark.
-T.AbstractButton {
+T.RadioButton {
     id: root
 
+    required property bool chosen
     property string symbol
-    property color accent: "#8c73ff"
+    property color accent: "#c4b8ff"
 
     implicitWidth: 220
     implicitHeight: label.implicitHeight + 2 * 6
     focusPolicy: Qt.TabFocus
-    checkable: false
+    checked: chosen
 
-    Accessible.role: Accessible.RadioButton
     Accessible.name: text
-    Accessible.checked: checked
     Accessible.onPressAction: root.clicked()
+    Accessible.onToggleAction: root.clicked()
 
     Keys.onReturnPressed: root.clicked()
     Keys.onEnterPressed: root.clicked()
@@ -46,7 +46,7 @@ T.AbstractButton {
             anchors.verticalCenter: parent.verticalCenter
             text: root.text
             color: "white"
-            font.pixelSize: Metrics.bodySize
+            font.pixelSize: Metrics.sized(Metrics.bodySize)
             elide: Text.ElideRight
             textFormat: Text.PlainText
         }
@@ -57,7 +57,7 @@ T.AbstractButton {
             anchors.right: parent.right
             anchors.rightMargin: 8
             anchors.verticalCenter: parent.verticalCenter
-            visible: root.checked
+            visible: root.chosen
             name: "checkmark"
             size: 11
         }
@@ -65,7 +65,7 @@ T.AbstractButton {
 
     background: Rectangle {
         radius: Metrics.rowRadius
-        color: root.checked ? Qt.rgba(root.accent.r, root.accent.g, root.accent.b, 0.4)
+        color: root.chosen ? Qt.rgba(root.accent.r, root.accent.g, root.accent.b, 0.4)
                             : Qt.rgba(1, 1, 1, root.hovered ? 0.16 : 0.1)
 
         FocusRing {

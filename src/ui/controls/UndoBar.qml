@@ -18,12 +18,17 @@ Item {
     Accessible.role: Accessible.AlertMessage
     Accessible.name: message
 
+    Announcement {
+        source: root
+        text: root.message
+    }
+
     Rectangle {
         anchors.fill: parent
         radius: 9
         color: root.appearance.alpha(0.12)
         border.width: 1
-        border.color: root.appearance.alpha(0.16)
+        border.color: root.appearance.rim
     }
 
     CardText {

@@ -1,25 +1,28 @@
 import QtQuick
 import QtQuick.Templates as T
 
-// A colour, and by a click the toolkit's dialog to pick another one, without opacity.
+// A colour, and by a click a window to choose another one in, which is told while one chooses.
 T.AbstractButton {
     id: root
 
     required property color color
 
     signal edited(color color)
+    // The choosing begins, and ends without a choice: what was told meanwhile is to be taken back.
+    signal opened
+    signal cancelled
 
     function open(): void {
-        dialog.active = true
-        present(dialog.item)
-    }
-
-    function present(picker: var): void {
-        picker.show(root.color)
+        root.opened()
+        chooser.active = true
+        const window = chooser.item as ColorWindow
+        window.transientParent = root.Window.window
+        window.title = root.text
+        window.present(root.color)
     }
 
     implicitWidth: 56
-    implicitHeight: 28
+    implicitHeight: FormStyle.sized(28)
     focusPolicy: Qt.TabFocus
     Accessible.role: Accessible.Button
     Accessible.name: text
@@ -33,7 +36,7 @@ T.AbstractButton {
         radius: 8
         color: FormStyle.face
         border.width: 1
-        border.color: FormStyle.alpha(root.hovered ? 0.36 : 0.2)
+        border.color: root.hovered ? FormStyle.alpha(0.5) : FormStyle.rim
 
         Rectangle {
             anchors.fill: parent
@@ -50,19 +53,13 @@ T.AbstractButton {
         }
     }
 
-    // The dialog brings a whole style of controls with it: only for who wants it.
     Loader {
-        id: dialog
+        id: chooser
 
         active: false
-        source: "ColorPickerDialog.qml"
-
-        Connections {
-            target: dialog.item
-
-            function onPicked(color: color): void {
-                root.edited(color)
-            }
+        sourceComponent: ColorWindow {
+            onEdited: color => root.edited(color)
+            onCancelled: root.cancelled()
         }
     }
 }

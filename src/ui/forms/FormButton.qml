@@ -1,17 +1,15 @@
 import QtQuick
 import QtQuick.Templates as T
 
-import Randblatt.Controls
-
 // A push button; a prominent one is what the window is there for.
 T.AbstractButton {
     id: root
 
     property bool prominent: false
-    property real textSize: Metrics.bodySize
+    property real textSize: FormStyle.bodySize
 
     implicitWidth: Math.max(prominent ? 160 : 88, label.implicitWidth + 2 * 16)
-    implicitHeight: prominent ? 38 : 32
+    implicitHeight: FormStyle.sized(prominent ? 38 : 32)
     focusPolicy: Qt.TabFocus
     opacity: enabled ? 1 : 0.45
     Accessible.role: Accessible.Button

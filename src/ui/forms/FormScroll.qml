@@ -55,6 +55,7 @@ Flickable {
         visible: root.end > 0
         padding: 3
         minimumSize: 0.1
+        Accessible.ignored: true
         contentItem: Rectangle {
             implicitWidth: bar.hovered || bar.pressed ? 8 : 5
             radius: width / 2

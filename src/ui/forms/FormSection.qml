@@ -20,7 +20,6 @@ Column {
         font.weight: Font.DemiBold
         font.pixelSize: FormStyle.headingSize
         Accessible.role: Accessible.Heading
-        Accessible.name: text
     }
 
     Rectangle {

@@ -11,8 +11,18 @@ T.Slider {
     required property real number
     property string name
     readonly property int knobSize: 18
+    // The range, under the names that assistive tools are told it by.
+    readonly property real minimumValue: from
+    readonly property real maximumValue: to
+    // As many steps as a tenth of the range has.
+    readonly property real page: Math.max(stepSize, Math.round((to - from) / 10 / stepSize) * stepSize)
+    property bool isComplete: false
 
     signal edited(real number)
+
+    function move(target: real): void {
+        root.edited(Numbers.snapped(target, from, to, stepSize))
+    }
 
     implicitWidth: 160
     implicitHeight: 22
@@ -20,12 +30,27 @@ T.Slider {
     snapMode: T.Slider.SnapAlways
     focusPolicy: Qt.TabFocus
     Accessible.name: name
+    Accessible.onIncreaseAction: root.move(value + stepSize)
+    Accessible.onDecreaseAction: root.move(value - stepSize)
     Keys.onPressed: event => {
-        event.accepted = event.key === Qt.Key_Home || event.key === Qt.Key_End
+        const targets = {
+            [Qt.Key_Home]: from,
+            [Qt.Key_End]: to,
+            [Qt.Key_Up]: value + stepSize,
+            [Qt.Key_Down]: value - stepSize,
+            [Qt.Key_PageUp]: value + page,
+            [Qt.Key_PageDown]: value - page
+        }
+        event.accepted = event.key in targets && !(event.modifiers & ~Qt.KeypadModifier)
         if (event.accepted)
-            root.edited(event.key === Qt.Key_Home ? from : Numbers.snapped(to, from, to, stepSize))
+            root.move(targets[event.key])
     }
-    onMoved: root.edited(Numbers.snapped(value, from, to, stepSize))
+    // Whoever moves it, a hand, a key or an assistive tool that sets a value: what is not the number is new.
+    onValueChanged: {
+        if (isComplete && Math.abs(value - Numbers.limited(number, from, to)) > stepSize / 1000)
+            root.move(value)
+    }
+    Component.onCompleted: isComplete = true
 
     background: Item {
         Rectangle {

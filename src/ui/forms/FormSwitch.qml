@@ -1,5 +1,7 @@
 import QtQuick
 
+import Randblatt.Controls
+
 // The drawing of a switch.
 Rectangle {
     id: root
@@ -16,7 +18,7 @@ Rectangle {
 
     Behavior on color {
         ColorAnimation {
-            duration: 120
+            duration: Metrics.quickDuration
         }
     }
 
@@ -32,7 +34,7 @@ Rectangle {
 
         Behavior on x {
             NumberAnimation {
-                duration: 120
+                duration: Metrics.quickDuration
                 easing.type: Easing.OutCubic
             }
         }

@@ -10,7 +10,7 @@ T.TextField {
     property string name: placeholderText
 
     implicitWidth: 220
-    implicitHeight: 32
+    implicitHeight: FormStyle.sized(32)
     leftPadding: 10
     rightPadding: 10
     color: FormStyle.text
@@ -20,7 +20,7 @@ T.TextField {
     selectByMouse: true
     validator: SingleLine {}
     verticalAlignment: TextInput.AlignVCenter
-    font.pixelSize: Metrics.bodySize
+    font.pixelSize: FormStyle.bodySize
     Accessible.role: Accessible.EditableText
     Accessible.name: name
 
@@ -46,5 +46,9 @@ T.TextField {
 
     HoverHandler {
         cursorShape: Qt.IBeamCursor
+    }
+
+    TextMenu {
+        field: root
     }
 }

@@ -1,5 +1,7 @@
 #include "ui/forms/FormWindow.h"
 
+#include "ui/controls/Wishes.h"
+
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMetaEnum>
@@ -25,7 +27,8 @@ FormWindow::FormWindow(QQmlEngine &engine, const Description &description)
     setSource(description.source);
     // Leaves room for the window's frame.
     const QSize available = screen()->availableSize() - QSize(0, 48);
-    resize(description.size.boundedTo(available).expandedTo(description.minimumSize));
+    const QSize wanted = description.size * Wishes().textScale();
+    resize(wanted.boundedTo(available).expandedTo(description.minimumSize));
 }
 
 FormWindow::~FormWindow()

@@ -28,7 +28,7 @@ Column {
 
         model: root.options
 
-        T.AbstractButton {
+        T.RadioButton {
             id: button
 
             required property var modelData
@@ -40,12 +40,11 @@ Column {
             implicitHeight: texts.implicitHeight
             text: modelData.label
             focusPolicy: chosen || activeFocus ? Qt.TabFocus : Qt.NoFocus
-            Accessible.role: Accessible.RadioButton
+            checked: chosen
             Accessible.name: text
             Accessible.description: modelData.description ?? ""
-            Accessible.checkable: true
-            Accessible.checked: chosen
             Accessible.onPressAction: button.clicked()
+            Accessible.onToggleAction: button.clicked()
             Keys.onUpPressed: event => event.modifiers ? event.accepted = false : root.step(index - 1)
             Keys.onDownPressed: event => event.modifiers ? event.accepted = false : root.step(index + 1)
             onClicked: root.edited(modelData.value)
@@ -87,6 +86,7 @@ Column {
                     FormText {
                         width: parent.width
                         text: button.text
+                        Accessible.ignored: true
                     }
 
                     FormText {
@@ -95,6 +95,7 @@ Column {
                         text: button.modelData.description ?? ""
                         color: FormStyle.secondary
                         font.pixelSize: FormStyle.captionSize
+                        Accessible.ignored: true
                     }
                 }
             }

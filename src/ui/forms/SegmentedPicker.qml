@@ -25,7 +25,7 @@ Rectangle {
     }
 
     implicitWidth: 220
-    implicitHeight: 30
+    implicitHeight: FormStyle.sized(30)
     radius: 8
     color: FormStyle.trough
     Accessible.role: Accessible.Grouping
@@ -44,7 +44,7 @@ Rectangle {
 
         Behavior on x {
             NumberAnimation {
-                duration: 120
+                duration: Metrics.quickDuration
                 easing.type: Easing.OutCubic
             }
         }
@@ -59,7 +59,7 @@ Rectangle {
 
             model: root.options
 
-            T.AbstractButton {
+            T.RadioButton {
                 id: segment
 
                 required property var modelData
@@ -72,11 +72,10 @@ Rectangle {
                 text: modelData.label
                 // Where the value is none of the options, the first one lets the keyboard in.
                 focusPolicy: chosen || activeFocus || (root.chosenIndex < 0 && index === 0) ? Qt.TabFocus : Qt.NoFocus
-                Accessible.role: Accessible.RadioButton
+                checked: chosen
                 Accessible.name: text
-                Accessible.checkable: true
-                Accessible.checked: chosen
                 Accessible.onPressAction: segment.clicked()
+                Accessible.onToggleAction: segment.clicked()
                 Keys.onLeftPressed: root.step(index - 1)
                 Keys.onRightPressed: root.step(index + 1)
                 onClicked: root.edited(modelData.value)
@@ -85,7 +84,7 @@ Rectangle {
                     text: segment.text
                     color: FormStyle.text
                     opacity: segment.chosen || segment.hovered ? 1 : 0.78
-                    font.pixelSize: Metrics.bodySize
+                    font.pixelSize: FormStyle.bodySize
                     font.weight: segment.chosen ? Font.Medium : Font.Normal
                     horizontalAlignment: Text.AlignHCenter
                     verticalAlignment: Text.AlignVCenter

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 
 // A row with a switch, which the whole row works.
-T.AbstractButton {
+T.CheckBox {
     id: root
 
     required property bool on
@@ -13,17 +13,19 @@ T.AbstractButton {
     signal edited(bool on)
 
     width: parent ? parent.width : implicitWidth
-    implicitHeight: FormStyle.rowHeight
+    implicitHeight: Math.max(FormStyle.rowHeight, label.implicitHeight + 2 * 12)
     focusPolicy: Qt.TabFocus
-    Accessible.role: Accessible.CheckBox
+    checked: on
     Accessible.name: text
-    Accessible.checkable: true
-    Accessible.checked: on
     Accessible.onPressAction: root.clicked()
     Accessible.onToggleAction: root.clicked()
     Keys.onReturnPressed: root.clicked()
     Keys.onEnterPressed: root.clicked()
-    onClicked: root.edited(!on)
+    onClicked: {
+        root.edited(!on)
+        // The template changes by itself.
+        checked = Qt.binding(() => root.on)
+    }
 
     contentItem: Item {
         ModuleTile {
@@ -37,12 +39,15 @@ T.AbstractButton {
         }
 
         FormText {
+            id: label
+
             anchors.left: parent.left
             anchors.leftMargin: tile.visible ? tile.x + tile.width + 12 : FormStyle.rowPadding
             anchors.right: indicator.left
             anchors.rightMargin: 12
             anchors.verticalCenter: parent.verticalCenter
             text: root.text
+            Accessible.ignored: true
         }
 
         FormSwitch {

@@ -23,7 +23,7 @@ FocusScope {
 
         signal edited(string value)
 
-        labelWidth: 140
+        labelWidth: FormStyle.sized(140)
 
         SegmentedPicker {
             id: picker
@@ -49,7 +49,7 @@ FocusScope {
 
     FormScroll {
         anchors.fill: parent
-        formWidth: 480
+        formWidth: FormStyle.sized(480)
 
         Column {
             width: parent.width
@@ -67,7 +67,7 @@ FocusScope {
                 width: parent.width
                 topPadding: 6
                 text: "Willkommen bei Quillbar"
-                font.pixelSize: 26
+                font.pixelSize: FormStyle.sized(26)
                 font.weight: Font.Bold
                 horizontalAlignment: Text.AlignHCenter
                 Accessible.role: Accessible.Heading
@@ -78,7 +78,7 @@ FocusScope {
                 width: parent.width
                 text: "Kurz einrichten – später jederzeit per Rechtsklick änderbar."
                 color: FormStyle.secondary
-                font.pixelSize: 14
+                font.pixelSize: FormStyle.sized(14)
                 horizontalAlignment: Text.AlignHCenter
             }
         }
@@ -134,8 +134,8 @@ FocusScope {
             objectName: "finish"
             anchors.horizontalCenter: parent.horizontalCenter
             prominent: true
-            width: 220
-            textSize: 15
+            width: FormStyle.sized(220)
+            textSize: FormStyle.sized(15)
             text: "Los geht's"
             onClicked: root.finish()
         }

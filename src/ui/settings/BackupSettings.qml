@@ -26,7 +26,7 @@ FormSection {
     FormRow {
         text: "Aufgaben, Notizzettel und Einstellungen"
         description: root.description()
-        labelWidth: 400
+        labelWidth: FormStyle.sized(400)
 
         FormButton {
             objectName: "bringBack"
@@ -43,7 +43,7 @@ FormSection {
         height: visible ? implicitHeight : 0
         text: visible ? "Beim nächsten Start: Stand von " + root.backups.label(root.chosen) : ""
         description: "Der jetzige Stand bleibt unter anderem Namen aufgehoben."
-        labelWidth: 400
+        labelWidth: FormStyle.sized(400)
 
         FormButton {
             objectName: "keepPresent"
@@ -62,7 +62,7 @@ FormSection {
             required property string modelData
 
             text: root.backups.label(modelData)
-            labelWidth: 400
+            labelWidth: FormStyle.sized(400)
 
             FormButton {
                 objectName: "choose-" + row.modelData

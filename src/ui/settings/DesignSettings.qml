@@ -65,6 +65,8 @@ FormScroll {
                 text: "Tönungsfarbe"
                 color: root.editor.tint
                 onEdited: color => root.editor.tint = color
+                onOpened: root.editor.keepColors()
+                onCancelled: root.editor.restoreColors()
             }
         }
 
@@ -117,6 +119,8 @@ FormScroll {
                 text: "Lichtfarbe"
                 color: root.editor.lightColor
                 onEdited: color => root.editor.lightColor = color
+                onOpened: root.editor.keepColors()
+                onCancelled: root.editor.restoreColors()
             }
         }
 

@@ -2,6 +2,7 @@ import QtQuick
 
 import Randblatt.Forms
 import Randblatt.Settings
+import Randblatt.SettingsUI
 
 // The tab for the panel's behaviour, its trigger and its size.
 FormScroll {
@@ -10,6 +11,7 @@ FormScroll {
     required property AppSettings settings
     property StoreHealth health: null
     property StoreBackups backups: null
+    property ShortcutSetting shortcut: null
 
     FormSection {
         objectName: "storeTrouble"
@@ -23,7 +25,7 @@ FormScroll {
             visible: text !== ""
             height: visible ? implicitHeight : 0
             text: root.health?.sentence ?? ""
-            labelWidth: 400
+            labelWidth: FormStyle.sized(400)
 
             FormButton {
                 objectName: "retrySaving"
@@ -40,7 +42,7 @@ FormScroll {
             visible: text !== ""
             height: visible ? implicitHeight : 0
             text: root.health?.asideSentence ?? ""
-            labelWidth: 400
+            labelWidth: FormStyle.sized(400)
 
             FormButton {
                 objectName: "openAsideFolder"
@@ -131,6 +133,10 @@ FormScroll {
             stepSize: 0.02
             number: root.settings.revealDelay
             onEdited: number => root.settings.revealDelay = number
+        }
+
+        ShortcutRow {
+            shortcut: root.shortcut
         }
     }
 

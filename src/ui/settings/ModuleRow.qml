@@ -53,7 +53,7 @@ FocusScope {
         enabled: root.makesRoom
 
         NumberAnimation {
-            duration: 140
+            duration: Metrics.duration(140)
             easing.type: Easing.OutCubic
         }
     }
@@ -153,6 +153,7 @@ FocusScope {
                 anchors.verticalCenter: parent.verticalCenter
                 text: root.title
                 font.weight: Font.Medium
+                Accessible.ignored: true
                 maximumLineCount: 1
                 elide: Text.ElideRight
             }
@@ -182,7 +183,7 @@ FocusScope {
                 onEdited: number => root.settings.setHeight(number, root.moduleID)
             }
 
-            T.AbstractButton {
+            T.CheckBox {
                 id: toggle
 
                 objectName: "enabled-" + root.moduleID
@@ -191,16 +192,19 @@ FocusScope {
                 anchors.verticalCenter: parent.verticalCenter
                 text: root.title
                 focusPolicy: Qt.TabFocus
-                Accessible.role: Accessible.CheckBox
+                checked: root.moduleEnabled
                 Accessible.name: text
-                Accessible.checkable: true
-                Accessible.checked: root.moduleEnabled
                 Accessible.onPressAction: toggle.clicked()
+                Accessible.onToggleAction: toggle.clicked()
                 implicitWidth: contentItem.implicitWidth
                 implicitHeight: contentItem.implicitHeight
                 Keys.onReturnPressed: toggle.clicked()
                 Keys.onEnterPressed: toggle.clicked()
-                onClicked: root.settings.setEnabled(root.moduleID, !root.moduleEnabled)
+                onClicked: {
+                    root.settings.setEnabled(root.moduleID, !root.moduleEnabled)
+                    // The template changes by itself.
+                    checked = Qt.binding(() => root.moduleEnabled)
+                }
 
                 contentItem: Item {
                     implicitWidth: drawing.width

@@ -1,5 +1,6 @@
 import QtQuick
 
+import Randblatt.Controls
 import Randblatt.Forms
 import Randblatt.Settings
 import Randblatt.SettingsUI
@@ -49,7 +50,7 @@ FormScroll {
         const gap = gapFor(row, offset)
         draggedRow = null
         sliding.enabled = false
-        modules.move(row.index, gap > row.index ? gap - 1 : gap)
+        move(row, gap > row.index ? gap - 1 : gap)
         list.forceLayout()
         sliding.enabled = true
     }
@@ -58,6 +59,14 @@ FormScroll {
         const row = draggedRow
         draggedRow = null
         row.cancelDrag()
+    }
+
+    function move(row: ModuleRow, target: int): void {
+        if (target < 0 || target >= rows.count)
+            return
+        const title = row.title
+        modules.move(row.index, target)
+        Voice.say(root, title + ": Platz " + (target + 1) + " von " + rows.count)
     }
 
     function scrollAlong(): void {
@@ -110,7 +119,7 @@ FormScroll {
 
                     NumberAnimation {
                         property: "y"
-                        duration: 160
+                        duration: Metrics.duration(160)
                         easing.type: Easing.OutCubic
                     }
                 }
@@ -132,7 +141,7 @@ FormScroll {
                                 root.draggedRow = row
                         }
                         onDropped: offset => root.drop(row, offset)
-                        onMoveRequested: by => root.modules.move(index, index + by)
+                        onMoveRequested: by => root.move(row, index + by)
                     }
                 }
             }

@@ -18,7 +18,7 @@ Item {
         buttons.itemAt(currentIndex).forceActiveFocus(Qt.TabFocusReason)
     }
 
-    implicitHeight: 72
+    implicitHeight: 50 + FormStyle.sized(22)
     Accessible.role: Accessible.PageTabList
     Accessible.name: "Bereiche"
 
@@ -31,7 +31,7 @@ Item {
 
             model: root.tabs
 
-            T.AbstractButton {
+            T.TabButton {
                 id: tab
 
                 required property var modelData
@@ -40,11 +40,11 @@ Item {
                 readonly property color tone: current ? FormStyle.text : FormStyle.secondary
 
                 objectName: "tab-" + modelData.label
-                width: 96
-                height: 54
+                width: FormStyle.sized(96)
+                height: 32 + FormStyle.sized(22)
                 text: modelData.label
                 focusPolicy: current || activeFocus ? Qt.TabFocus : Qt.NoFocus
-                Accessible.role: Accessible.PageTab
+                checked: current
                 Accessible.name: text
                 Accessible.selected: current
                 Accessible.onPressAction: tab.clicked()
@@ -66,7 +66,7 @@ Item {
                         anchors.horizontalCenter: parent.horizontalCenter
                         text: tab.text
                         color: tab.tone
-                        font.pixelSize: Metrics.calloutSize
+                        font.pixelSize: FormStyle.captionSize
                         font.weight: tab.current ? Font.DemiBold : Font.Normal
                         textFormat: Text.PlainText
                     }

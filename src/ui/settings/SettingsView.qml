@@ -16,11 +16,14 @@ FocusScope {
     property var media: null
     property StoreHealth health: null
     property StoreBackups backups: null
+    property ShortcutSetting shortcut: null
 
     // What comes back is to be seen.
     function undo(): void {
-        if (editor.undoHistory.undo())
-            bar.currentIndex = 2
+        if (!editor.undoHistory.undo())
+            return
+        bar.currentIndex = 2
+        Voice.say(root, "Rückgängig gemacht")
     }
 
     component Page: Loader {
@@ -57,7 +60,7 @@ FocusScope {
         anchors.top: bar.bottom
         anchors.left: parent.left
         anchors.right: parent.right
-        anchors.bottom: undoBar.active ? undoBar.top : parent.bottom
+        anchors.bottom: undoBar.active ? undoBar.top : foot.top
         anchors.bottomMargin: undoBar.active ? 8 : 0
 
         Page {
@@ -66,6 +69,7 @@ FocusScope {
                 settings: root.settings
                 health: root.health
                 backups: root.backups
+                shortcut: root.shortcut
             }
         }
 
@@ -98,7 +102,7 @@ FocusScope {
         id: undoBar
 
         anchors.horizontalCenter: parent.horizontalCenter
-        anchors.bottom: parent.bottom
+        anchors.bottom: foot.top
         anchors.bottomMargin: 12
         width: Math.min(parent.width - 2 * 24, FormStyle.formWidth)
         active: root.editor.undoHistory.offer !== ""
@@ -110,6 +114,31 @@ FocusScope {
             }
             onUndone: root.undo()
             onHeld: hold => root.editor.undoHistory.holdOffer(hold)
+        }
+    }
+
+    // Where there is no tray, this is the way out.
+    Item {
+        id: foot
+
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.bottom: parent.bottom
+        height: 48
+
+        Rectangle {
+            width: parent.width
+            height: 1
+            color: FormStyle.hairline
+        }
+
+        FormButton {
+            objectName: "quitButton"
+            anchors.right: parent.right
+            anchors.rightMargin: 24
+            anchors.verticalCenter: parent.verticalCenter
+            text: "Randblatt beenden"
+            onClicked: Qt.quit()
         }
     }
 

@@ -2,6 +2,7 @@
 
 #include "settings/AppSettings.h"
 #include "settings/ModuleRegistry.h"
+#include "settings/ShortcutSetting.h"
 #include "settings/StoreBackups.h"
 #include "settings/StoreHealth.h"
 #include "ui/forms/FormWindow.h"
@@ -14,13 +15,15 @@ using namespace Qt::StringLiterals;
 
 SettingsWindowController::SettingsWindowController(QQmlEngine &engine, AppSettings &settings,
                                                    ModuleRegistry &registry, QObject *media,
-                                                   StoreHealth *health, StoreBackups *backups)
+                                                   StoreHealth *health, StoreBackups *backups,
+                                                   ShortcutSetting *shortcut)
     : m_engine(engine)
     , m_settings(settings)
     , m_registry(registry)
     , m_media(media)
     , m_health(health)
     , m_backups(backups)
+    , m_shortcut(shortcut)
 {
 }
 
@@ -41,6 +44,7 @@ void SettingsWindowController::show()
                               {u"media"_s, QVariant::fromValue(m_media)},
                               {u"health"_s, QVariant::fromValue(m_health)},
                               {u"backups"_s, QVariant::fromValue(m_backups)},
+                              {u"shortcut"_s, QVariant::fromValue(m_shortcut)},
                           },
                           u"Einstellungen – Quillbar"_s,
                           QSize(720, 780),

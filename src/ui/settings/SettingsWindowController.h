@@ -15,6 +15,7 @@ class AppSettings;
 class FormWindow;
 class ModuleListModel;
 class ModuleRegistry;
+class ShortcutSetting;
 class StoreBackups;
 class StoreHealth;
 class ThemeEditor;
@@ -28,10 +29,10 @@ public:
     /// connect (`isAuthorized`, `lastError`, `signIn()`, `signOut()`), and the `problem` of its property
     /// `webPlayer` says why the application cannot play by itself. They are not asked for before they are
     /// seen. With `health` the window tells what of the settings is not on the disk, with
-    /// `backups` it offers to bring one back.
+    /// `backups` it offers to bring one back, with `shortcut` it records the key for the panel.
     SettingsWindowController(QQmlEngine &engine, AppSettings &settings, ModuleRegistry &registry,
                              QObject *media = nullptr, StoreHealth *health = nullptr,
-                             StoreBackups *backups = nullptr);
+                             StoreBackups *backups = nullptr, ShortcutSetting *shortcut = nullptr);
     ~SettingsWindowController() override;
 
     void show() override;
@@ -45,6 +46,7 @@ private:
     QObject *m_media;
     StoreHealth *m_health;
     StoreBackups *m_backups;
+    ShortcutSetting *m_shortcut;
     std::unique_ptr<ModuleListModel> m_modules;
     std::unique_ptr<ThemeEditor> m_editor;
     std::unique_ptr<FormWindow> m_window;

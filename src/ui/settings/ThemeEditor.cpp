@@ -53,6 +53,15 @@ void ThemeEditor::reset()
     overwrite({});
 }
 
+void ThemeEditor::restoreColors()
+{
+    ThemeConfig edited = theme();
+    edited.tint = m_kept.tint;
+    edited.lightColor = m_kept.lightColor;
+    if (edited != theme())
+        m_settings.setTheme(edited, m_selectedID);
+}
+
 void ThemeEditor::overwrite(const ThemeConfig &theme)
 {
     const QString moduleID = m_settings.perModuleTheme() ? m_selectedID : QString();

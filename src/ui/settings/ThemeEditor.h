@@ -45,6 +45,9 @@ public:
     Q_INVOKABLE void resetText();
     /// Makes the theme the default one. Can be undone.
     Q_INVOKABLE void reset();
+    /// Keeps the present theme's colours, and brings them back, exactly as they were.
+    Q_INVOKABLE void keepColors() { m_kept = theme(); }
+    Q_INVOKABLE void restoreColors();
     /// The ways back of this editor. One leads back to the look that was reset, except for what was changed
     /// since, and selects what it belongs to.
     [[nodiscard]] UndoHistory *undoHistory() { return &m_undoHistory; }
@@ -105,6 +108,7 @@ private:
     AppSettings &m_settings;
     const ModuleRegistry &m_registry;
     QString m_selectedID;
+    ThemeConfig m_kept;
     UndoHistory m_undoHistory;
 };
 

@@ -19,7 +19,7 @@ struct MediaFixture
 {
     struct SilentSink : MediaKeySink
     {
-        void post(const MediaKeyEvent &) override {}
+        void postMediaKey(MediaKey) override {}
     };
 
     explicit MediaFixture(bool isSignedIn = true, const QString &helper = {})

@@ -1,4 +1,5 @@
 #include "modules/media/CoverCache.h"
+#include "modules/media/RunAside.h"
 #include "support/SpotifyServer.h"
 #include "support/TestEnvironment.h"
 
@@ -102,6 +103,19 @@ private Q_SLOTS:
         QTRY_COMPARE(f.got.size(), 4);
         QTest::qWait(50);
         QCOMPARE(f.server.requests.size(), 4);
+    }
+
+    void workBesideTheMainThreadGivesNothingWhereItThrows()
+    {
+        QObject context;
+        QList<std::optional<int>> results;
+        const auto done = [&results](const std::optional<int> &result) { results.append(result); };
+        runAside(
+            &context, []() -> std::optional<int> { throw std::bad_alloc(); }, done);
+        QTRY_COMPARE(results.size(), 1);
+        runAside(
+            &context, []() -> std::optional<int> { return 5; }, done);
+        QTRY_COMPARE(results, (QList<std::optional<int>>{std::nullopt, 5}));
     }
 
     void staysSmall()

@@ -202,7 +202,7 @@ private Q_SLOTS:
         card.click(u"swipeHint"_s);
         QTRY_COMPARE(card.view->texts(u"folderRow"_s), (QStringList{u"Notizen"_s, u"Ideen"_s}));
         QTRY_COMPARE(ViewTest::centre(card.first(u"folderRow"_s)).x(), 392 / 2);
-        QVERIFY(card.first(u"allNotesRow"_s)->property("checked").toBool());
+        QVERIFY(card.first(u"allNotesRow"_s)->property("isChosen").toBool());
         card.view->click(card.view->seen(u"folderRow"_s).at(1));
         QTRY_COMPARE(card.view->texts(u"folderName"_s), QStringList(u"Ideen"_s));
         QTRY_COMPARE(card.heading(), u"Notizen"_s);

@@ -44,7 +44,11 @@ Exec="/somewhere/my \\"new\\" \\$HOME/100 %%/quillbar" %u
         if (!QStandardPaths::findExecutable(u"update-desktop-database"_s).isEmpty())
             QCOMPARE(content(u"mimeinfo.cache"_s),
                      "[MIME Cache]\nx-scheme-handler/randblatt=com.randblatt.Quillbar.callback.desktop;\n");
+        registerUrlScheme(u"randblatt"_s, u"/a\nExec=evil/quillbar"_s);
+        QVERIFY(content(u"com.randblatt.Quillbar.callback.desktop"_s)
+                    .contains("\nExec=\"/a\\nExec=evil/quillbar\" %u\nTryExec=/a\\nExec=evil/quillbar\n"));
         registerUrlScheme(u"randblatt"_s, u"/elsewhere/quillbar"_s);
+        registerUrlScheme(u"randblatt"_s, u"/with\x1b/quillbar"_s);
         QVERIFY(content(u"com.randblatt.Quillbar.callback.desktop"_s).contains("\"/elsewhere/quillbar\" %u"));
     }
 

@@ -61,31 +61,34 @@ private Q_SLOTS:
         QCOMPARE(QDir(folder()).entryList(QDir::Files).size(), 1);
 
         QCOMPARE(item.unregisterItem(), std::nullopt);
-        QVERIFY(!item.isRegistered());
+        QVERIFY(!item.hasEntry());
         QVERIFY(!QFile::exists(entryPath()));
     }
 
     void doesNotCountWhatStartsNothingOrSomethingElse_data()
     {
         QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("isEntry");
         const QString ours = uR"(Exec="/usr/bin/quillbar")"_s;
         const QString entry = "[Desktop Entry]\n"_L1 + ours + u'\n';
-        QTest::newRow("hidden") << entry + "Hidden=true\n"_L1;
-        QTest::newRow("switched off") << entry + "X-GNOME-Autostart-enabled=false\n"_L1;
-        QTest::newRow("foreign") << u"[Desktop Entry]\nExec=/opt/old/quillbar\n"_s;
-        QTest::newRow("without Exec") << u"[Desktop Entry]\nType=Application\n"_s;
+        QTest::newRow("hidden") << entry + "Hidden=true\n"_L1 << false;
+        QTest::newRow("switched off") << entry + "X-GNOME-Autostart-enabled=false\n"_L1 << false;
+        QTest::newRow("foreign") << u"[Desktop Entry]\nExec=/opt/old/quillbar\n"_s << true;
+        QTest::newRow("without Exec") << u"[Desktop Entry]\nType=Application\n"_s << true;
         QTest::newRow("in another group")
-            << "[Desktop Entry]\nExec=/opt/old/quillbar\n[Desktop Action a]\n"_L1 + ours;
-        QTest::newRow("commented out") << "[Desktop Entry]\n#"_L1 + ours;
-        QTest::newRow("empty") << QString();
+            << "[Desktop Entry]\nExec=/opt/old/quillbar\n[Desktop Action a]\n"_L1 + ours << true;
+        QTest::newRow("commented out") << "[Desktop Entry]\n#"_L1 + ours << true;
+        QTest::newRow("empty") << QString() << true;
     }
 
     void doesNotCountWhatStartsNothingOrSomethingElse()
     {
         QFETCH(QString, text);
+        QFETCH(bool, isEntry);
         write(entryPath(), text);
         XdgAutostartLoginItem item(executable);
         QVERIFY(!item.isRegistered());
+        QCOMPARE(item.hasEntry(), isEntry);
         // Registering replaces it.
         QCOMPARE(item.registerItem(), std::nullopt);
         QVERIFY(item.isRegistered());
@@ -119,6 +122,11 @@ Hidden=true
                                << uR"(/opt/"a"/quillbar)"_s;
         QTest::newRow("backslash") << uR"(/opt/a\b/quillbar)"_s << uR"("/opt/a\\\\b/quillbar")"_s
                                    << uR"(/opt/a\\b/quillbar)"_s;
+        QTest::newRow("backtick") << u"/opt/`id`/quillbar"_s << uR"("/opt/\\`id\\`/quillbar")"_s
+                                  << u"/opt/`id`/quillbar"_s;
+        QTest::newRow("line breaks and tab")
+            << u"/opt/a\nHidden=true\r\tb/quillbar"_s << uR"("/opt/a\nHidden=true\r\tb/quillbar")"_s
+            << uR"(/opt/a\nHidden=true\r\tb/quillbar)"_s;
         QTest::newRow("umlaut") << u"/home/jörg/quillbar"_s << uR"("/home/jörg/quillbar")"_s
                                 << u"/home/jörg/quillbar"_s;
     }
@@ -138,6 +146,12 @@ Hidden=true
 
     void saysWhyItCannotWrite()
     {
+        const QString unspeakable = u"/opt/a\x1b[2Jb/quillbar"_s;
+        const auto noEscape = XdgAutostartLoginItem(unspeakable).registerItem();
+        QVERIFY(noEscape);
+        QVERIFY2(noEscape->contains(unspeakable), qUtf8Printable(*noEscape));
+        QVERIFY(!QFile::exists(entryPath()));
+
         XdgAutostartLoginItem item(executable);
         // What is in the way stops even the superuser: a file in the folder's place …
         write(folder(), {});

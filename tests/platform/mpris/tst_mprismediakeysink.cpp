@@ -10,31 +10,6 @@
 using namespace Qt::StringLiterals;
 using namespace randblatt;
 
-namespace {
-
-MediaKeyEvent half(std::int64_t code, std::uint32_t state)
-{
-    MediaKeyEvent event;
-    event.type = 14;
-    event.modifierFlags = state;
-    event.subtype = 8;
-    event.data1 = (code << 16) | state;
-    event.data2 = -1;
-    return event;
-}
-
-MediaKeyEvent keyDown(std::int64_t code)
-{
-    return half(code, 0xa00);
-}
-
-MediaKeyEvent keyUp(std::int64_t code)
-{
-    return half(code, 0xb00);
-}
-
-} // namespace
-
 class TestMprisMediaKeySink : public QObject
 {
     Q_OBJECT
@@ -58,14 +33,12 @@ private Q_SLOTS:
         m_daemon->waitForFinished();
     }
 
-    void turnsEachKeyDownIntoOneCall()
+    void turnsEachKeyIntoOneCall()
     {
         FakePlayer player(m_address, u"one"_s, u"Playing"_s);
         MprisMediaKeySink sink(*m_bus);
-        for (const int key : {16, 17, 18, 19}) {
-            sink.post(keyDown(key));
-            sink.post(keyUp(key));
-        }
+        for (const auto key : {MediaKey::play, MediaKey::next, MediaKey::previous})
+            sink.postMediaKey(key);
         QTRY_COMPARE(player.calls, QStringList({u"PlayPause"_s, u"Next"_s, u"Previous"_s}));
     }
 
@@ -76,19 +49,19 @@ private Q_SLOTS:
         FakePlayer first(m_address, u"a"_s, u"Paused"_s);
         FakePlayer second(m_address, u"b"_s, u"Playing"_s);
         MprisMediaKeySink sink(*m_bus);
-        sink.post(keyDown(16));
+        sink.postMediaKey(MediaKey::play);
         QTRY_COMPARE(second.calls.size(), 1);
 
         // Both play: the one that was current stays so.
         first.setStatus(u"Playing"_s);
         QTest::qWait(50);
-        sink.post(keyDown(17));
+        sink.postMediaKey(MediaKey::next);
         QTRY_COMPARE(second.calls.size(), 2);
 
         second.setStatus(u"Paused"_s);
         first.setStatus(u"Paused"_s);
         QTest::qWait(50);
-        sink.post(keyDown(18));
+        sink.postMediaKey(MediaKey::previous);
         QTRY_COMPARE(first.calls, QStringList(u"Previous"_s));
         QCOMPARE(second.calls.size(), 2);
         QVERIFY(proxy.calls.isEmpty());
@@ -100,12 +73,12 @@ private Q_SLOTS:
         twoNames.addName(u"a.instance1"_s);
         FakePlayer other(m_address, u"b"_s, u"Paused"_s);
         MprisMediaKeySink sink(*m_bus);
-        sink.post(keyDown(16));
+        sink.postMediaKey(MediaKey::play);
         QTRY_COMPARE(twoNames.calls.size(), 1);
         twoNames.setStatus(u"Paused"_s);
         other.setStatus(u"Playing"_s);
         QTest::qWait(50);
-        sink.post(keyDown(17));
+        sink.postMediaKey(MediaKey::next);
         QTRY_COMPARE(other.calls, QStringList(u"Next"_s));
     }
 
@@ -117,7 +90,7 @@ private Q_SLOTS:
         MprisMediaKeySink sink(*m_bus);
         QElapsedTimer posting;
         posting.start();
-        sink.post(keyDown(16));
+        sink.postMediaKey(MediaKey::play);
         QVERIFY(posting.elapsed() < 100);
         // While nobody is known to play, the key waits for what the mute player does not say.
         lively.setStatus(u"Playing"_s);
@@ -129,20 +102,20 @@ private Q_SLOTS:
         FakePlayer hung(m_address, u"a"_s, u"Playing"_s);
         FakePlayer other(m_address, u"b"_s, u"Paused"_s);
         MprisMediaKeySink sink(*m_bus);
-        sink.post(keyDown(16));
+        sink.postMediaKey(MediaKey::play);
         QTRY_COMPARE(hung.calls, QStringList(u"PlayPause"_s));
         hung.isMute = true;
         other.setStatus(u"Playing"_s);
         // In order, and nothing for the other one to do when it wakes.
         QElapsedTimer waiting;
         waiting.start();
-        sink.post(keyDown(17));
-        sink.post(keyDown(18));
+        sink.postMediaKey(MediaKey::next);
+        sink.postMediaKey(MediaKey::previous);
         QTRY_COMPARE(other.calls, QStringList({u"Next"_s, u"Previous"_s}));
         QVERIFY(waiting.elapsed() < 1000);
         // From now on nobody waits for it.
         waiting.start();
-        sink.post(keyDown(16));
+        sink.postMediaKey(MediaKey::play);
         QTRY_COMPARE(other.calls.size(), 3);
         QVERIFY(waiting.elapsed() < 250);
         QCOMPARE(hung.calls.size(), 1);
@@ -150,19 +123,19 @@ private Q_SLOTS:
         hung.isMute = false;
         other.setStatus(u"Paused"_s);
         hung.setStatus(u"Playing"_s);
-        QTRY_VERIFY((sink.post(keyDown(17)), hung.calls.contains(u"Next"_s)));
+        QTRY_VERIFY((sink.postMediaKey(MediaKey::next), hung.calls.contains(u"Next"_s)));
     }
 
     void keepsKeysFromPlayersThatAllHang()
     {
         FakePlayer hung(m_address, u"a"_s, u"Playing"_s);
         MprisMediaKeySink sink(*m_bus);
-        sink.post(keyDown(16));
+        sink.postMediaKey(MediaKey::play);
         QTRY_COMPARE(hung.calls.size(), 1);
         hung.isMute = true;
-        sink.post(keyDown(17));
+        sink.postMediaKey(MediaKey::next);
         FakePlayer late(m_address, u"b"_s, u"Stopped"_s);
-        QTRY_VERIFY((sink.post(keyDown(18)), late.calls.contains(u"Previous"_s)));
+        QTRY_VERIFY((sink.postMediaKey(MediaKey::previous), late.calls.contains(u"Previous"_s)));
         QCOMPARE(hung.calls.size(), 1);
     }
 
@@ -175,7 +148,7 @@ private Q_SLOTS:
         const FakePlayer other(m_address, u"b"_s, u"Stopped"_s);
         MprisMediaKeySink sink(*m_bus);
         // The key waits until both are known.
-        sink.post(keyDown(17));
+        sink.postMediaKey(MediaKey::next);
         QTRY_COMPARE(other.calls, QStringList(u"Next"_s));
         own.kill();
         own.waitForFinished();
@@ -186,29 +159,29 @@ private Q_SLOTS:
         auto gone = std::make_unique<FakePlayer>(m_address, u"a"_s, u"Playing"_s);
         FakePlayer stays(m_address, u"b"_s, u"Paused"_s);
         MprisMediaKeySink sink(*m_bus);
-        sink.post(keyDown(16));
+        sink.postMediaKey(MediaKey::play);
         QTRY_COMPARE(gone->calls.size(), 1);
         gone.reset();
-        sink.post(keyDown(16));
+        sink.postMediaKey(MediaKey::play);
         QTest::qWait(50);
-        sink.post(keyDown(17));
+        sink.postMediaKey(MediaKey::next);
         QTRY_VERIFY(stays.calls.contains(u"Next"_s));
     }
 
     void findsAPlayerThatComesLater()
     {
         MprisMediaKeySink sink(*m_bus);
-        sink.post(keyDown(16));
+        sink.postMediaKey(MediaKey::play);
         const FakePlayer late(m_address, u"late"_s, u"Stopped"_s);
         // What was pressed before it came is not for it.
-        QTRY_VERIFY((sink.post(keyDown(17)), late.calls.contains(u"Next"_s)));
+        QTRY_VERIFY((sink.postMediaKey(MediaKey::next), late.calls.contains(u"Next"_s)));
         QVERIFY(!late.calls.contains(u"PlayPause"_s));
     }
 
-    void dropsEventsWithoutABus()
+    void dropsKeysWithoutABus()
     {
         MprisMediaKeySink sink(QDBusConnection(u"no such connection"_s));
-        sink.post(keyDown(16));
+        sink.postMediaKey(MediaKey::play);
     }
 
 private:

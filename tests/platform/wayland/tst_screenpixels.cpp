@@ -77,21 +77,25 @@ private Q_SLOTS:
     {
         QTest::addColumn<SidebarSide>("side");
         QTest::addColumn<double>("heightFraction");
-        QTest::newRow("left") << SidebarSide::left << 1.0;
-        QTest::newRow("right, half as high") << SidebarSide::right << 0.5;
+        QTest::addColumn<QRectF>("visible");
+        QTest::newRow("left") << SidebarSide::left << 1.0 << QRectF(-100, 20, 100, 60);
+        QTest::newRow("right, half as high") << SidebarSide::right << 0.5 << QRectF(-100, 20, 100, 60);
+        QTest::newRow("left, beside a dock") << SidebarSide::left << 1.0 << QRectF(-80, 20, 80, 60);
+        QTest::newRow("right, beside a dock") << SidebarSide::right << 0.5 << QRectF(-100, 10, 80, 80);
     }
 
     void bandIsWatchedAroundThePanel()
     {
         QFETCH(SidebarSide, side);
         QFETCH(double, heightFraction);
+        QFETCH(QRectF, visible);
         const QRectF frame(-100, 10, 100, 80);
-        const QRectF visible(-100, 20, 100, 60);
+        const Screen screen{QStringLiteral("screen"), frame, visible};
         const QRectF shown = panelGeometry(visible, side, 40, heightFraction).shown;
         const QRegion expected =
-            pointsWhere(frame, [&](const QPointF &point) { return isInPanelArea(visible, side, 40, point); });
+            pointsWhere(frame, [&](const QPointF &point) { return isInPanelArea(screen, side, 40, point); });
         const QRegion panel = pointsOf(shown, frame);
-        const QRegion watched = pointsWithinAny(around(shown, panelArea(visible, side, 40)), frame);
+        const QRegion watched = pointsWithinAny(around(shown, panelArea(screen, side, 40)), frame);
         QCOMPARE(watched + panel, expected);
         // Only the column and row that border on the panel may lie under it.
         const QRect inner = panel.boundingRect().adjusted(1, 1, -1, -1);

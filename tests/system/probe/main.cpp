@@ -1,18 +1,21 @@
 // A window for the system tests, driven by lines on standard input and answering with lines of JSON on
 // standard output. Without arguments it is a panel; with "plain" an ordinary window of another application,
-// which may be one on a Wayland desktop.
+// which may be one on a Wayland desktop, and out of which text and links can be dragged.
 
 #include "platform/x11/X11Desktop.h"
 #include "platform/x11/X11PanelWindow.h"
 
+#include <QDrag>
 #include <QGuiApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QPainter>
 #include <QRasterWindow>
 #include <QSocketNotifier>
+#include <QUrl>
 
 #include <cstdio>
 #include <iostream>
@@ -37,6 +40,9 @@ public:
 
     QString typed;
     int clicks = 0;
+    /// What can be dragged out of the window: text, or links.
+    QString text;
+    QList<QUrl> urls;
 
 protected:
     void paintEvent(QPaintEvent *) override
@@ -47,6 +53,19 @@ protected:
     }
     void keyPressEvent(QKeyEvent *event) override { typed += event->text(); }
     void mousePressEvent(QMouseEvent *) override { ++clicks; }
+    void mouseMoveEvent(QMouseEvent *event) override
+    {
+        if (event->buttons() != Qt::LeftButton || (text.isEmpty() && urls.isEmpty()))
+            return;
+        auto *data = new QMimeData;
+        if (!text.isEmpty())
+            data->setText(text);
+        if (!urls.isEmpty())
+            data->setUrls(urls);
+        auto *drag = new QDrag(this);
+        drag->setMimeData(data);
+        drag->exec(Qt::CopyAction | Qt::MoveAction, Qt::MoveAction);
+    }
 
 private:
     QColor m_colour;
@@ -108,6 +127,10 @@ public:
             numbers.append(word.toDouble());
         if (command == "quit"_L1)
             QCoreApplication::quit();
+        else if (command == "carry"_L1)
+            m_window->text = QUrl::fromPercentEncoding(words.value(1).toUtf8());
+        else if (command == "carry-links"_L1)
+            m_window->urls = QUrl::fromStringList(words.mid(1));
         else if (m_isPlain)
             runPlain(command, numbers);
         else

@@ -370,23 +370,75 @@ private Q_SLOTS:
         QVERIFY(f.settings.alwaysVisible());
     }
 
-    void takesAColourFromTheDialog()
+    void takesAColourFromAWindowOfItsOwn()
     {
         Fixture f(u"Design"_s);
         f.view->click(f.item(u"tint"_s));
-        auto *dialog = f.item(u"tint"_s)->findChild<QObject *>(u"colorDialog"_s);
-        QVERIFY(dialog != nullptr);
-        QTRY_VERIFY(dialog->property("visible").toBool());
-        f.view->press(Qt::Key_Escape);
-        QTRY_VERIFY(!dialog->property("visible").toBool());
+        auto *window = f.item(u"tint"_s)->findChild<QQuickWindow *>(u"colorWindow"_s);
+        QVERIFY(window != nullptr);
+        QVERIFY(QTest::qWaitForWindowActive(window));
+        const auto stop = [window](const QString &name) {
+            auto *item = window->findChild<QQuickItem *>(name);
+            item->forceActiveFocus(Qt::TabFocusReason);
+            return item;
+        };
+        const QColor former = f.settings.globalTheme().tint.color();
+
+        // The cards show each change at once, and have their colour again when it is cancelled.
+        stop(u"hueSlider"_s);
+        QTest::keyClick(window, Qt::Key_PageUp);
+        const QColor turned = f.settings.globalTheme().tint.color();
+        QVERIFY(std::abs(turned.hsvHue() - former.hsvHue() - 36) <= 2);
+        QVERIFY(std::abs(turned.value() - former.value()) <= 2);
+        QTest::keyClick(window, Qt::Key_Escape);
+        QTRY_VERIFY(!window->isVisible());
         QVERIFY(f.controller.window()->isVisible());
         QCOMPARE(f.settings.globalTheme(), ThemeConfig());
 
         f.view->click(f.item(u"tint"_s));
-        dialog->setProperty("selectedColor", QColor(10, 200, 30));
-        QMetaObject::invokeMethod(dialog, "accept");
+        QTRY_VERIFY(window->isVisible());
+        QQuickItem *number = stop(u"colorNumber"_s);
+        QCOMPARE(number->property("text").toString(), former.name());
+        number->setProperty("text", QString());
+        for (const QChar digit : u"#0ac81e"_s)
+            QTest::sendKeyEvent(QTest::Click, window, Qt::Key_unknown, QString(digit), Qt::NoModifier);
         QCOMPARE(f.settings.globalTheme().tint.color(),
                  QColor::fromRgbF(10 / 255.0F, 200 / 255.0F, 30 / 255.0F));
+        QTest::keyClick(window, Qt::Key_Return);
+        QTRY_VERIFY(!window->isVisible());
+        QCOMPARE(f.settings.globalTheme().tint.color().green(), 200);
+    }
+
+    void storesWhatKeysAndAssistiveToolsDoToSliders_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<double>("stored");
+        QTest::newRow("a step up") << int(Qt::Key_Up) << 95.0;
+        QTest::newRow("a step down") << int(Qt::Key_Down) << 85.0;
+        QTest::newRow("a page up") << int(Qt::Key_PageUp) << 105.0;
+        QTest::newRow("a page down") << int(Qt::Key_PageDown) << 75.0;
+        QTest::newRow("increased") << 0 << 95.0;
+        QTest::newRow("set") << 1 << 120.0;
+    }
+
+    void storesWhatKeysAndAssistiveToolsDoToSliders()
+    {
+        QFETCH(int, key);
+        QFETCH(double, stored);
+        Fixture f(u"Allgemein"_s);
+        QQuickItem *slider = f.item(u"cornerSizeSlider"_s);
+        slider->forceActiveFocus(Qt::TabFocusReason);
+        QAccessibleInterface *tool = QAccessible::queryAccessibleInterface(slider);
+        QCOMPARE(tool->valueInterface()->minimumValue().toDouble(), 30.0);
+        QCOMPARE(tool->valueInterface()->maximumValue().toDouble(), 200.0);
+        if (key == 0)
+            tool->actionInterface()->doAction(QAccessibleActionInterface::increaseAction());
+        else if (key == 1)
+            tool->valueInterface()->setCurrentValue(120.0);
+        else
+            f.view->press(static_cast<Qt::Key>(key));
+        QCOMPARE(f.stored<double>(u"cornerSize"_s), stored);
+        QCOMPARE(slider->property("value").toDouble(), stored);
     }
 
     void reachesEverythingWithTheTabKey()
@@ -406,11 +458,11 @@ private Q_SLOTS:
             QVERIFY2(place.top() >= 0 && place.bottom() <= 420, qPrintable(focused->objectName()));
             f.view->press(Qt::Key_Tab);
         } while (f.controller.window()->activeFocusItem()->objectName() != firstStop && reached.size() < 50);
-        QCOMPARE(reached,
-                 (QStringList{u"perModuleTheme"_s, u"style-clear"_s, u"tint"_s, u"tintStrengthSlider"_s,
-                              u"darknessSlider"_s, u"blurSlider"_s, u"lightsEnabled"_s, u"lightColor"_s,
-                              u"lightsIntensitySlider"_s, u"textWhite"_s, u"haloStrengthSlider"_s,
-                              u"textScaleSlider"_s, u"resetText"_s, u"resetTheme"_s, u"tab-Design"_s}));
+        QCOMPARE(reached, (QStringList{u"perModuleTheme"_s, u"style-clear"_s, u"tint"_s,
+                                       u"tintStrengthSlider"_s, u"darknessSlider"_s, u"blurSlider"_s,
+                                       u"lightsEnabled"_s, u"lightColor"_s, u"lightsIntensitySlider"_s,
+                                       u"textWhite"_s, u"haloStrengthSlider"_s, u"textScaleSlider"_s,
+                                       u"resetText"_s, u"resetTheme"_s, u"quitButton"_s, u"tab-Design"_s}));
     }
 
     void choosesWithTheArrowKeys()

@@ -82,7 +82,12 @@ EvolutionCalendar::EvolutionCalendar(const QString &serverName)
     std::promise<void> end;
     m_end = end.get_future();
     m_thread = std::thread([worker = m_worker, end = std::move(end)]() mutable {
-        worker->run();
+        (void)guarded(
+            [&worker] {
+                worker->run();
+                return true;
+            },
+            [](const QString &) { return false; });
         end.set_value();
     });
 }

@@ -19,15 +19,16 @@ Deadline::Deadline(GCancellable *shutdown, std::chrono::milliseconds time)
     : m_shutdown(shutdown)
     , m_cancellable(g_cancellable_new())
 {
-    m_connection = g_cancellable_connect(shutdown, G_CALLBACK(+[](GCancellable *, gpointer data) {
-                                             g_cancellable_cancel(static_cast<GCancellable *>(data));
-                                         }),
-                                         m_cancellable.get(), nullptr);
+    // Before the connection: without a thread there is no deadline that could take that away again.
     m_watch = std::thread([this, time] {
         std::unique_lock lock(m_mutex);
         if (!m_done.wait_for(lock, time, [this] { return m_isDone; }))
             g_cancellable_cancel(m_cancellable.get());
     });
+    m_connection = g_cancellable_connect(shutdown, G_CALLBACK(+[](GCancellable *, gpointer data) {
+                                             g_cancellable_cancel(static_cast<GCancellable *>(data));
+                                         }),
+                                         m_cancellable.get(), nullptr);
 }
 
 Deadline::~Deadline()

@@ -1,1 +1,0 @@
-return 1 div 0

@@ -1,3 +1,0 @@
-else
-return 1
-end if

@@ -1,4 +1,0 @@
-set l to {}
-repeat
-set l to {l, l}
-end repeat

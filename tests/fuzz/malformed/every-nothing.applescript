@@ -1,1 +1,0 @@
-tell application "Notes" to return every of

@@ -1,3 +1,0 @@
-on run argv
-    return item 1 of argv
-end run

@@ -1,1 +1,0 @@
-return 1e999999 as integer

@@ -1,2 +1,0 @@
-on error m number n
-end try

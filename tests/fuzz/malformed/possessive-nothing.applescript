@@ -1,1 +1,0 @@
-return x's
