@@ -17,7 +17,7 @@ from virtual_desktop import VirtualDesktop, wait_for
 # The plus sign of the first card, and where its form's parts are.
 FORM_SWITCH = (385, 83)
 START_FIELD = (290, 154)
-ADD_BUTTON = (343, 267)
+ADD_BUTTON = (343, 235)
 BERLIN = ZoneInfo("Europe/Berlin")
 
 
@@ -125,6 +125,22 @@ class CalendarTest(unittest.TestCase):
                          ("Theater", "20271224T170000Z"))
         wait_for(lambda: self.draft() == {}, message=lambda: str(self.draft()))
         self.assertTrue(again.program.is_running())
+
+    def test_comes_back_from_a_rule_that_never_matches(self):
+        self.file.write_bytes(calendar(event("x", "Nie", f"{datetime.now(BERLIN):%Y%m%d}").replace(
+            "X-EIGEN:bleibt", "RRULE:FREQ=MINUTELY;BYMONTH=2;BYMONTHDAY=30"),
+            event("y", "Auch nie").replace(";VALUE=DATE:20260101", ":20260101T080000Z").replace(
+                "X-EIGEN:bleibt", "RRULE:FREQ=MINUTELY;BYMONTH=2;BYMONTHDAY=30")))
+        sidebar = self.start()
+        self.open_form()
+        self.type_title("Zahnarzt")
+        self.desktop.key("Return")
+        # It is saved once the events have been loaded, on the same thread.
+        self.wait_events(3)
+        wait_for(lambda: self.draft() == {}, message=lambda: str(self.draft()))
+        sidebar.program.process.terminate()
+        self.assertEqual(sidebar.program.wait(5), 0, sidebar.program.log)
+        self.assertNotIn("wartet nicht auf ihn", sidebar.program.log)
 
     def test_leaves_a_file_alone_that_it_cannot_read(self):
         elsewhere = self.desktop.home / "termine.ics"

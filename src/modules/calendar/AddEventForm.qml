@@ -97,32 +97,37 @@ Column {
         Accessible.name: text
     }
 
-    DayCheckBox {
-        objectName: "allDayBox"
-        anchors.right: parent.right
-        width: startField.width
-        appearance: root.appearance
-        text: "Ganztägig"
-        checked: root.draft.allDay
-        onToggled: root.draft.allDay = checked
-    }
-
     Item {
-        visible: !root.draft.allDay
         width: parent.width
         height: picker.height
 
         CardText {
+            id: durationLabel
+
             anchors.verticalCenter: parent.verticalCenter
             appearance: root.appearance
             color: root.appearance.secondary
             text: "Dauer"
         }
 
+        DayCheckBox {
+            objectName: "allDayBox"
+            anchors.left: durationLabel.right
+            anchors.leftMargin: 2 * Metrics.wideGap
+            anchors.right: root.draft.allDay ? parent.right : picker.left
+            anchors.rightMargin: Metrics.tightGap
+            anchors.verticalCenter: parent.verticalCenter
+            appearance: root.appearance
+            text: "Ganztägig"
+            checked: root.draft.allDay
+            onToggled: root.draft.allDay = checked
+        }
+
         ChoicePicker {
             id: picker
 
             objectName: "durationPicker"
+            visible: !root.draft.allDay
             anchors.right: parent.right
             width: startField.width
             appearance: root.appearance
@@ -135,53 +140,37 @@ Column {
         }
     }
 
-    Item {
-        visible: root.calendars.length > 1
+    CardText {
+        objectName: "addProblem"
+        visible: text !== ""
         width: parent.width
-        height: calendarPicker.height
-
-        CardText {
-            anchors.verticalCenter: parent.verticalCenter
-            appearance: root.appearance
-            color: root.appearance.secondary
-            text: "Kalender"
-        }
-
-        ChoicePicker {
-            id: calendarPicker
-
-            objectName: "calendarPicker"
-            anchors.right: parent.right
-            width: startField.width
-            appearance: root.appearance
-            label: "Kalender"
-            entryName: "calendar"
-            entries: root.calendars.map(calendar => calendar.name)
-            current: root.calendars.findIndex(calendar => calendar.id === root.draft.calendar)
-            onChosen: index => root.draft.calendar = root.calendars[index].id
-        }
+        appearance: root.appearance
+        size: Metrics.captionSize
+        color: root.appearance.destructive
+        wrapMode: Text.WordWrap
+        text: root.draft.problem
+        Accessible.role: Accessible.AlertMessage
+        Accessible.name: text
     }
 
     Item {
         width: parent.width
-        height: Math.max(addButton.height, problem.visible ? problem.height : 0)
+        height: addButton.height
 
-        CardText {
-            id: problem
-
-            objectName: "addProblem"
-            visible: text !== ""
+        ChoicePicker {
+            objectName: "calendarPicker"
+            visible: root.calendars.length > 1
             anchors.left: parent.left
             anchors.right: addButton.left
             anchors.rightMargin: Metrics.gap
-            anchors.verticalCenter: parent.verticalCenter
+            height: parent.height
             appearance: root.appearance
-            size: Metrics.captionSize
-            color: root.appearance.destructive
-            wrapMode: Text.WordWrap
-            text: root.draft.problem
-            Accessible.role: Accessible.AlertMessage
-            Accessible.name: text
+            label: "Kalender"
+            showsLabel: true
+            entryName: "calendar"
+            entries: root.calendars.map(calendar => calendar.name)
+            current: root.calendars.findIndex(calendar => calendar.id === root.draft.calendar)
+            onChosen: index => root.draft.calendar = root.calendars[index].id
         }
 
         ProminentButton {
@@ -189,7 +178,6 @@ Column {
 
             objectName: "addButton"
             anchors.right: parent.right
-            anchors.verticalCenter: parent.verticalCenter
             accent: root.appearance.accent
             textSize: Metrics.bodySize * root.appearance.textScale
             text: "Hinzufügen"

@@ -12,6 +12,8 @@ T.ComboBox {
     // The texts to choose from.
     required property var entries
     required property int current
+    // Whether the label stands before the choice.
+    property bool showsLabel: false
     // What the rows' names for tests begin with.
     property string entryName: "entry"
 
@@ -36,7 +38,7 @@ T.ComboBox {
         appearance: root.appearance
         leftPadding: 8
         rightPadding: 26
-        text: root.displayText
+        text: root.showsLabel ? root.label + ": " + root.displayText : root.displayText
         Accessible.ignored: true
     }
 
