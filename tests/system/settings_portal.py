@@ -37,9 +37,18 @@ class SettingsPortal:
     def set(self, namespace, key, value):
         """Changes a value, and tells so."""
         self._values[(namespace, key)] = value
-        self._connection.emit_signal(None, PATH, INTERFACE, "SettingChanged",
-                                     GLib.Variant("(ssv)", (namespace, key, value)))
-        self._connection.flush_sync(None)
+        told = threading.Event()
+
+        def tell():
+            self._connection.emit_signal(None, PATH, INTERFACE, "SettingChanged",
+                                         GLib.Variant("(ssv)", (namespace, key, value)))
+            self._connection.flush_sync(None)
+            told.set()
+            return GLib.SOURCE_REMOVE
+        source = GLib.idle_source_new()
+        source.set_callback(lambda *_: tell())
+        source.attach(self._context)
+        told.wait(10)
 
     def close(self):
         self._loop.quit()
