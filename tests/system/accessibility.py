@@ -19,7 +19,8 @@ PROPERTIES = "org.freedesktop.DBus.Properties"
 TIMEOUT_MS = 15000
 
 # Numbers of the accessibility protocol's states.
-STATES = {"checked": 4, "enabled": 8, "focused": 12, "showing": 25, "visible": 30}
+STATES = {"checked": 4, "enabled": 8, "expanded": 10, "focusable": 11, "focused": 12, "selected": 23, "sensitive": 24,
+          "showing": 25, "visible": 30}
 
 WITH_TEXT = {"text", "entry"}
 
@@ -103,6 +104,46 @@ class Application:
     def ping(self):
         """Asks for what is at hand, so that only the program's main thread takes time."""
         self._ask(self._bus_name(), [(ROOT, "Accessible", "GetRole", None)])
+
+    # --- hands of an assistive tool
+
+    def actions(self, node):
+        """The names of what can be done with the node."""
+        answer = self._ask(self._bus_name(), [(node.path, "Action", "GetActions", None)], lenient=True)[0]
+        return [action[0] for action in answer[0]] if answer else []
+
+    def act(self, node, name):
+        index = self.actions(node).index(name)
+        return self._ask(self._bus_name(), [(node.path, "Action", "DoAction", GLib.Variant("(i)", (index,)))])[0][0]
+
+    def value(self, node):
+        """(lowest, present, highest) of what has a value."""
+        names = ("MinimumValue", "CurrentValue", "MaximumValue")
+        answers = self._ask(self._bus_name(), [(node.path, None, "Get", GLib.Variant("(ss)", (INTERFACE + "Value", name)))
+                                               for name in names])
+        return tuple(answer[0] for answer in answers)
+
+    def set_value(self, node, value):
+        arguments = GLib.Variant("(ssv)", (INTERFACE + "Value", "CurrentValue", GLib.Variant("d", value)))
+        self._ask(self._bus_name(), [(node.path, None, "Set", arguments)])
+
+    def descriptions(self, nodes):
+        question = GLib.Variant("(ss)", (INTERFACE + "Accessible", "Description"))
+        answers = self._ask(self._bus_name(), [(node.path, None, "Get", question) for node in nodes], lenient=True)
+        return [answer[0] if answer else "" for answer in answers]
+
+    def hear(self, member, heard):
+        """Calls heard with what each signal of the program's of this name says, while follow() runs."""
+        def arrived(_connection, _sender, _path, _interface, _signal, parameters):
+            heard(parameters.unpack())
+        self._connection.signal_subscribe(self._bus_name(), "org.a11y.atspi.Event.Object", member, None, None,
+                                          Gio.DBusSignalFlags.NONE, arrived)
+
+    @staticmethod
+    def follow():
+        """Takes in what was heard."""
+        while GLib.MainContext.default().iteration(False):
+            pass
 
     def close(self):
         self._connection.close_sync(None)

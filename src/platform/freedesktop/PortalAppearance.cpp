@@ -1,11 +1,11 @@
 #include "platform/freedesktop/PortalAppearance.h"
 
 #include <QDBusArgument>
-#include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
+#include <QDBusVariant>
 
 #include <algorithm>
 #include <cmath>
@@ -101,7 +101,7 @@ PortalAppearance::PortalAppearance(const QDBusConnection &bus, std::unique_ptr<D
     connect(m_fallback.get(), &DesktopAppearance::wishesChanged, this, &PortalAppearance::follow);
     connect(m_watcher, &QDBusServiceWatcher::serviceRegistered, this, &PortalAppearance::ask);
     m_bus.connect(service, objectPath, interface, u"SettingChanged"_s, this,
-                  SLOT(changeSetting(QString, QString, QDBusVariant)));
+                  SLOT(changeSetting(QDBusMessage)));
     follow();
     ask();
 }
@@ -139,9 +139,13 @@ void PortalAppearance::ask()
     });
 }
 
-void PortalAppearance::changeSetting(const QString &name, const QString &key, const QDBusVariant &value)
+void PortalAppearance::changeSetting(const QDBusMessage &message)
 {
-    m_values[name].insert(key, value.variant());
+    const QVariantList arguments = message.arguments();
+    if (message.signature() != "ssv"_L1)
+        return;
+    m_values[arguments.at(0).toString()].insert(arguments.at(1).toString(),
+                                                arguments.at(2).value<QDBusVariant>().variant());
     follow();
 }
 

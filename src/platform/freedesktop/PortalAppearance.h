@@ -3,7 +3,7 @@
 #include "platform/DesktopAppearance.h"
 
 #include <QDBusConnection>
-#include <QDBusVariant>
+#include <QDBusMessage>
 #include <QMap>
 #include <QVariantMap>
 
@@ -32,7 +32,7 @@ public:
     [[nodiscard]] static Wishes read(const Values &values, const Wishes &fallback);
 
 private Q_SLOTS:
-    void changeSetting(const QString &name, const QString &key, const QDBusVariant &value);
+    void changeSetting(const QDBusMessage &message);
 
 private:
     void ask();

@@ -36,7 +36,7 @@ T.AbstractButton {
         radius: 8
         color: root.down ? Qt.darker(ground, 1.12) : root.hovered ? FormStyle.mix(ground, FormStyle.text, 0.06) : ground
         border.width: 1
-        border.color: root.prominent ? Qt.rgba(0, 0, 0, 0.15) : FormStyle.alpha(0.18)
+        border.color: root.prominent ? Qt.rgba(0, 0, 0, 0.15) : FormStyle.highContrast ? FormStyle.rim : FormStyle.alpha(0.18)
 
         FormFocusRing {
             visible: root.visualFocus

@@ -8,5 +8,4 @@ Rectangle {
     color: "transparent"
     border.width: 2
     border.color: FormStyle.accent
-    opacity: 0.85
 }

@@ -28,7 +28,8 @@ T.TextField {
         radius: 7
         color: FormStyle.dark ? Qt.darker(FormStyle.card, 1.3) : FormStyle.face
         border.width: root.activeFocus ? 2 : 1
-        border.color: root.activeFocus ? FormStyle.accent : FormStyle.alpha(root.hovered ? 0.32 : 0.22)
+        border.color: root.activeFocus ? FormStyle.accent : FormStyle.highContrast ? FormStyle.rim
+                                                             : FormStyle.alpha(root.hovered ? 0.32 : 0.22)
 
         Text {
             anchors.fill: parent

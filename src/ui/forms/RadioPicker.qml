@@ -59,7 +59,7 @@ Column {
                     radius: 8
                     color: button.chosen ? FormStyle.accent : FormStyle.face
                     border.width: button.chosen ? 0 : 1
-                    border.color: FormStyle.alpha(button.hovered ? 0.5 : 0.34)
+                    border.color: FormStyle.highContrast ? FormStyle.rim : FormStyle.alpha(button.hovered ? 0.5 : 0.34)
 
                     Rectangle {
                         visible: button.chosen

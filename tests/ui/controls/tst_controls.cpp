@@ -81,7 +81,7 @@ private Q_SLOTS:
             Column {
                 PlainButton { objectName: "plain"; text: "Löschen"; symbol: "trash" }
                 ProminentButton { objectName: "prominent"; text: "Zugriff anfragen" }
-                QuickMenuRow { objectName: "row"; text: "Liste"; symbol: "list.bullet" }
+                QuickMenuRow { objectName: "row"; text: "Liste"; symbol: "list.bullet"; chosen: false }
             })",
                       {300, 200});
         for (const auto &name : {u"plain"_s, u"prominent"_s, u"row"_s}) {
