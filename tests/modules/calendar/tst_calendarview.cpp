@@ -184,7 +184,7 @@ private Q_SLOTS:
         m_store->release(0);
         m_store->release(0);
         QTRY_VERIFY(m_view->findAll(u"reloadButton"_s).isEmpty());
-        QCOMPARE(texts(u"eventTitle"_s), QStringList{u"Messe"_s});
+        QTRY_COMPARE(texts(u"eventTitle"_s), QStringList{u"Messe"_s});
     }
 
     void showsTheDetailsOfAnEvent()
