@@ -61,8 +61,8 @@ void AppDelegate::hideSidebar()
 void AppDelegate::toggleSidebar()
 {
     // Who calls during the peek, or has started the program by calling, wants to see it.
-    const bool isUp = panelController().isVisible() && !panelController().isAnimatingOut() &&
-                      !hoverManager().isPeeking();
+    const bool isUp =
+        panelController().isVisible() && !panelController().isAnimatingOut() && !hoverManager().isPeeking();
     const bool isOutOfReach = m_environment.settings.alwaysVisible() && !m_environment.uiState.hasKeyboard();
     if (isUp && !isOutOfReach)
         hideSidebar();
