@@ -13,6 +13,7 @@ from pathlib import Path
 # Called by others than the program, and by whom.
 ALLOWED = {
     "ActivateAction": "the bus",
+    "currentChanged": "tests, which watch that our own player is none to follow",
     "daysAhead": "whoever wants to know what the calendar shows",
     "inMemory": "tests, for which the store is the same in memory",
     "nextTick": "tests, which follow the clock",

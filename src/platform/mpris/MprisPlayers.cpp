@@ -287,7 +287,11 @@ void MprisPlayers::setPlaying(const QString &service, bool isPlaying)
 void MprisPlayers::settle()
 {
     const auto chosen = choosePlayer(m_players, m_current);
-    m_current = chosen ? m_players.at(*chosen).service : QString();
+    const QString current = chosen ? m_players.at(*chosen).service : QString();
+    if (m_current != current) {
+        m_current = current;
+        Q_EMIT currentChanged();
+    }
     if (!m_commands.isEmpty())
         runCommands();
 }

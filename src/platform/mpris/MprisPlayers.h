@@ -26,6 +26,10 @@ public:
     /// is the current one. A call that fails is logged.
     void command(const QString &method);
 
+Q_SIGNALS:
+    /// Commands go to another player, or to one at last.
+    void currentChanged();
+
 private Q_SLOTS:
     void propertiesChanged(const QString &interface, const QVariantMap &changed,
                            const QStringList &invalidated, const QDBusMessage &message);
