@@ -78,7 +78,7 @@ build_state() {
 # build <preset> [<option of cmake --build> …]: configures, with the options in configure_options, and builds.
 configure_options=()
 build() {
-    local preset=$1 steps start=$SECONDS
+    local preset=$1 steps= start=$SECONDS
     shift
     mkdir -p "build/$preset"
     [[ -e build/$preset/build.ninja ]] || echo "Configuring build/$preset"
@@ -86,12 +86,13 @@ build() {
         name_missing_packages "build/$preset/configure.log"
         fail "configuring failed, see build/$preset/configure.log"
     fi
-    steps=$(ninja -C "build/$preset" -n 2>/dev/null | tail -n1 | sed -n 's|^\[[0-9]*/\([0-9]*\)\].*|\1|p') || steps=
-    # Two thirds of a second for each, as measured; most of a second build comes from ccache where there is one.
-    [[ -z $steps || $steps -lt 20 ]] \
-        || echo "Building build/$preset: $steps steps, up to $(duration $((steps * 2 / 3 / $(nproc) + 1)))"
+    # Of a first build all steps are known; two thirds of a second for each, as measured.
+    if [[ ! -e build/$preset/.ninja_log ]]; then
+        steps=$(ninja -C "build/$preset" -t commands | wc -l)
+        echo "Building build/$preset: $steps steps, up to $(duration $((steps * 2 / 3 / $(nproc) + 1)))"
+    fi
     NINJA_STATUS='[%f/%t %e] ' watched "build/$preset/build.log" build_state \
         cmake --build --preset "$preset" --parallel "$(nproc)" "$@" \
         || fail "building failed, see build/$preset/build.log"
-    [[ -z $steps || $steps -lt 20 ]] || echo "Built build/$preset in $(duration $((SECONDS - start)))"
+    [[ -z $steps ]] || echo "Built build/$preset in $(duration $((SECONDS - start)))"
 }
