@@ -6,6 +6,7 @@
 #include "support/Unprivileged.h"
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -352,7 +353,10 @@ private Q_SLOTS:
                                                : addUntilStopped(writer == Writer::writesInto));
         CalendarFile file(path());
         QByteArrayList uids;
-        for (int number = 0; number < 60; ++number) {
+        // A machine with much else to do lets the others win for long.
+        constexpr qsizetype enough = 12;
+        QDeadlineTimer end(30'000);
+        for (int number = 0; (number < 60 || uids.size() < enough) && !end.hasExpired(); ++number) {
             if (const auto saved = file.append(sample()))
                 uids.append(saved->uid.toUtf8());
         }
@@ -361,7 +365,7 @@ private Q_SLOTS:
         int status = 0;
         QCOMPARE(::waitpid(process, &status, 0), process);
         QVERIFY(WIFEXITED(status) && WEXITSTATUS(status) == 0);
-        QVERIFY2(uids.size() > 10, qPrintable(QString::number(uids.size())));
+        QVERIFY2(uids.size() >= enough, qPrintable(QString::number(uids.size())));
 
         QFile log(m_folder->filePath(u"log"_s));
         QVERIFY(log.open(QFile::ReadOnly));

@@ -31,7 +31,7 @@ constexpr auto controls = R"(
         Column {
             PlainButton { objectName: "plain"; text: "a"; onClicked: ++root.done }
             ProminentButton { objectName: "prominent"; text: "a"; onClicked: ++root.done }
-            QuickMenuRow { objectName: "menuRow"; text: "a"; onClicked: ++root.done }
+            QuickMenuRow { objectName: "menuRow"; text: "a"; chosen: false; onClicked: ++root.done }
             RowList {
                 objectName: "rowList"; appearance: root.appearance; model: 3; height: 10; delegate: Item {}
                 onChosen: ++root.done
