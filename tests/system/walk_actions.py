@@ -88,6 +88,11 @@ def click_row(walk, task, role=None, name=None, **click):
         if distance == 0:
             break
         walk.desk.desktop.scroll(1 if distance > 0 else -1)
+    # What can be pressed in a row is there while the pointer is on it.
+    x, y, width, height = walk.desk.frame(row)
+    walk.desk.desktop.move(x + width // 2, y + height // 2)
+    if name:
+        walk.desk.wait(lambda: walk.desk.frames([find()])[0][2] > 0, f"nothing to press: {name}")
     walk.desk.click(find, **click)
 
 
