@@ -217,8 +217,11 @@ class Desk:
         return min(range(len(places)), key=lambda index: abs(places[index][0] - left[0]))
 
     def note_rows(self):
-        rows = self.card("Notizen").first("list", "Notizen").children
-        return [row for row in rows if row.has("visible")]
+        """The notes in the list, and those above it that are not saved."""
+        card = self.card("Notizen")
+        folders = card.first("list", "Ordner")
+        hidden = {row.path for row in folders.children} if folders else set()
+        return [row for row in card.find("list item") if row.has("visible") and row.path not in hidden]
 
     def note_row(self, name):
         return next((row for row in self.note_rows() if row.name == name), None)
