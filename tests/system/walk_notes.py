@@ -231,9 +231,15 @@ def visit_folders(walk, rng):
     walk.detail(choice)
     press(walk, "← wischen für Ordner")
     walk.desk.wait(lambda: is_offered(walk, "Zurück zu den Notizen"), "the folders do not come")
-    press(walk, choice)
-    if choice != "Zurück zu den Notizen":
-        walk.model.openNote = None
+    if choice == "Zurück zu den Notizen":
+        press(walk, choice)
+        return
+
+    def row():
+        folders = walk.desk.card("Notizen").first("list", "Ordner")
+        return folders.first("list item", choice) if folders else None
+    walk.desk.click(row)
+    walk.model.openNote = None
 
 
 @action(2, when=lambda model: not model.showsPad and len(model.notes) < MOST)
